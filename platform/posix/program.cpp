@@ -1,0 +1,96 @@
+#include "platform/program.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <langinfo.h>
+#include <pthread.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+#include <thread>
+
+namespace genostat::platform {
+
+const char* const kLibrarySuffix = ".so";
+
+std::filesystem::path pathFromUtf8(std::string_view utf8) { return std::filesystem::path(utf8); }
+std::string pathToUtf8(const std::filesystem::path& path) { return path.string(); }
+std::string pathToNarrow(const std::filesystem::path& path) { return path.string(); }
+std::filesystem::path pathFromNarrow(std::string_view narrow) { return std::filesystem::path(narrow); }
+
+std::vector<std::string> commandLineArguments(int argc, const char* const* argv) {
+  return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+void prepareStandardStreams() {
+  // A reader that went away shows up as a failed write, not as a signal.
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+std::filesystem::path programFolder() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+std::unique_ptr<DynamicLibrary> DynamicLibrary::open(const std::filesystem::path& path, std::string& error) {
+  void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (handle == nullptr) {
+    const char* text = dlerror();
+    error = text != nullptr ? text : "unknown reason";
+    return nullptr;
+  }
+  return std::unique_ptr<DynamicLibrary>(new DynamicLibrary(handle));
+}
+
+void* DynamicLibrary::symbol(const char* name) const { return dlsym(handle_, name); }
+
+void onInterrupt(std::function<void()> handler) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction action = {};
+    sigaction(signal, nullptr, &action);
+    // What the parent chose to ignore (nohup) stays ignored.
+    if (action.sa_handler != SIG_IGN) sigaddset(&signals, signal);
+  }
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::thread([signals, handler = std::move(handler)] {
+    int signal = 0;
+    while (sigwait(&signals, &signal) == 0) {
+      handler();
+    }
+  }).detach();
+}
+
+void exitNow(int status) { _exit(status); }
+
+Terminal standardOutputTerminal() {
+  Terminal terminal;
+  terminal.isTerminal = isatty(STDOUT_FILENO) == 1;
+  winsize size = {};
+  if (terminal.isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+    terminal.width = size.ws_col;
+  }
+  locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
+  if (locale != nullptr) {
+    terminal.isUtf8 = std::strcmp(nl_langinfo_l(CODESET, locale), "UTF-8") == 0;
+    freelocale(locale);
+  }
+  return terminal;
+}
+
+std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::error_code error;
+  std::filesystem::rename(from, to, error);
+  return error ? error.message() : std::string();
+}
+
+int processId() { return getpid(); }
+
+}  // namespace genostat::platform

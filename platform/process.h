@@ -1,0 +1,42 @@
+// Child processes: start, wait, end with all descendants.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace genostat::platform {
+
+// Ends the launcher's file name: ".bat" on Windows, ".sh" elsewhere.
+extern const char* const kLauncherSuffix;
+
+// What is started. Windows takes `commandLine` whole; other systems take the three parts.
+struct LaunchCommand {
+  std::u16string commandLine;
+  std::string launcher;  // with its suffix
+  std::string script;
+  std::string payload;
+};
+
+// A started process. As long as this object lives, the system gives the process's id to
+// no other process, even after the process has ended.
+class ChildProcess {
+ public:
+  // Null when the process cannot be created. The child inherits the environment and the current
+  // folder, no handles but the standard streams, and leads a process group of its own.
+  static std::unique_ptr<ChildProcess> start(const LaunchCommand& command);
+
+  virtual ~ChildProcess() = default;
+
+  // Greater than 0.
+  virtual std::int32_t id() const = 0;
+  // Blocks until the process has ended; its exit code, bit for bit (128 plus the signal for
+  // a process that a signal ended, 0 where the system cannot tell).
+  virtual std::uint32_t wait() = 0;
+};
+
+// Ends every descendant of a process, children before parents, then the process itself.
+// True when the process itself was ended. An id of 0 or less reaches no system call.
+bool killProcessTree(std::int32_t id);
+
+}  // namespace genostat::platform

@@ -1,0 +1,123 @@
+#include "platform/program.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+
+namespace genostat::platform {
+
+namespace {
+
+std::wstring widen(std::string_view text, UINT codePage) {
+  if (text.empty()) return {};
+  const int size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), length);
+  return wide;
+}
+
+std::string narrow(std::wstring_view wide, UINT codePage) {
+  if (wide.empty()) return {};
+  const int size = static_cast<int>(wide.size());
+  const int length = WideCharToMultiByte(codePage, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(length), '\0');
+  WideCharToMultiByte(codePage, 0, wide.data(), size, text.data(), length, nullptr, nullptr);
+  return text;
+}
+
+std::function<void()>& interruptHandler() {
+  static std::function<void()>* handler = new std::function<void()>;
+  return *handler;
+}
+
+BOOL WINAPI handleConsoleEvent(DWORD) {
+  interruptHandler()();
+  return TRUE;
+}
+
+std::string systemMessage(DWORD code) {
+  return std::error_code(static_cast<int>(code), std::system_category()).message();
+}
+
+}  // namespace
+
+const char* const kLibrarySuffix = ".dll";
+
+std::filesystem::path pathFromUtf8(std::string_view utf8) { return widen(utf8, CP_UTF8); }
+std::string pathToUtf8(const std::filesystem::path& path) { return narrow(path.native(), CP_UTF8); }
+std::string pathToNarrow(const std::filesystem::path& path) { return narrow(path.native(), CP_ACP); }
+std::filesystem::path pathFromNarrow(std::string_view text) { return widen(text, CP_ACP); }
+
+std::vector<std::string> commandLineArguments(int, const char* const*) {
+  // The C runtime's arguments have gone through the ANSI code page; the system's have not.
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) {
+    arguments.push_back(narrow(wide[i], CP_UTF8));
+  }
+  LocalFree(wide);
+  return arguments;
+}
+
+void prepareStandardStreams() {
+  SetConsoleOutputCP(CP_UTF8);
+  _setmode(_fileno(stdin), _O_BINARY);
+}
+
+std::filesystem::path programFolder() {
+  std::wstring path(32768, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  return std::filesystem::path(path).parent_path();
+}
+
+std::unique_ptr<DynamicLibrary> DynamicLibrary::open(const std::filesystem::path& path, std::string& error) {
+  HMODULE handle = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  if (handle == nullptr) {
+    error = systemMessage(GetLastError());
+    return nullptr;
+  }
+  return std::unique_ptr<DynamicLibrary>(new DynamicLibrary(handle));
+}
+
+void* DynamicLibrary::symbol(const char* name) const {
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+}
+
+void onInterrupt(std::function<void()> handler) {
+  interruptHandler() = std::move(handler);
+  SetConsoleCtrlHandler(handleConsoleEvent, TRUE);
+}
+
+void exitNow(int status) { ExitProcess(static_cast<UINT>(status)); }
+
+Terminal standardOutputTerminal() {
+  Terminal terminal;
+  HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  terminal.isTerminal = GetConsoleMode(console, &mode) != 0;
+  if (terminal.isTerminal) {
+    terminal.isUtf8 = true;
+    SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    CONSOLE_SCREEN_BUFFER_INFO info = {};
+    if (GetConsoleScreenBufferInfo(console, &info) != 0 && info.srWindow.Right >= info.srWindow.Left) {
+      terminal.width = info.srWindow.Right - info.srWindow.Left + 1;
+    }
+  }
+  return terminal;
+}
+
+std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) return {};
+  return systemMessage(GetLastError());
+}
+
+int processId() { return static_cast<int>(GetCurrentProcessId()); }
+
+}  // namespace genostat::platform

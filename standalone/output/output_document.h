@@ -1,0 +1,41 @@
+// The output of a session: one JSON document, built item by item.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "standalone/output/pivot_table.h"
+
+namespace genostat::standalone {
+
+// Not thread-safe: the command thread owns it. The JSON form is described in
+// docs/output-format.md.
+class OutputDocument {
+ public:
+  OutputDocument();
+  ~OutputDocument();
+  OutputDocument(const OutputDocument&) = delete;
+  OutputDocument& operator=(const OutputDocument&) = delete;
+
+  // Adds a table that `procedure` ("DESCRIPTIVES") made.
+  void addTable(std::string_view procedure, const PivotTable& table);
+  // Adds a line of text, such as an error message. `kind`: "error", "warning" or "note".
+  void addText(std::string_view kind, std::string_view text);
+  // Adds what a module's procedure handed over as JSON text (see host/output.h).
+  // Throws CommandError when the text is not such a document.
+  void addProcedureJson(std::string_view procedure, std::string_view json);
+
+  // Called with each new item as JSON text, right after it was added.
+  void onItem(std::function<void(const std::string& itemJson)> listener);
+
+  // The whole document.
+  std::string toJson() const;
+
+ private:
+  struct Contents;
+  std::unique_ptr<Contents> contents_;
+};
+
+}  // namespace genostat::standalone

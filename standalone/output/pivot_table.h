@@ -1,0 +1,38 @@
+// Pivot tables as procedures build them.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace genostat::standalone {
+
+// How a number is shown.
+struct NumberFormat {
+  int decimals = 0;
+  bool leadingZero = true;  // false: .000, as for significances
+};
+
+// One value: missing (shown blank), a text, or a number with its format.
+struct CellValue {
+  std::variant<std::monostate, std::string, double> value;
+  NumberFormat format;
+};
+
+// A label of a dimension; leaves carry the cells, groups carry labels below them.
+struct Category {
+  std::string label;
+  std::vector<Category> children;
+};
+
+struct PivotTable {
+  std::string title;
+  std::string rowLabel;     // heads the row categories; empty: not shown
+  std::string columnLabel;  // heads the column categories; empty: not shown
+  std::vector<Category> rows;
+  std::vector<Category> columns;
+  std::vector<std::vector<CellValue>> cells;  // [row leaf][column leaf]
+  std::vector<std::string> footnotes;
+};
+
+}  // namespace genostat::standalone

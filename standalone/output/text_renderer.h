@@ -1,0 +1,18 @@
+// Output items as aligned text for terminals and files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace genostat::standalone {
+
+struct TextStyle {
+  bool unicode = false;  // box drawing
+  bool colour = false;
+  int width = 80;        // wide tables are split at this many columns
+};
+
+// Renders one item of an output document (its JSON text), with a final line feed.
+std::string renderItemAsText(std::string_view itemJson, const TextStyle& style);
+
+}  // namespace genostat::standalone

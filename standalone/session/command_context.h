@@ -1,0 +1,41 @@
+// What a command of the standalone host works with.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "standalone/syntax/command.h"
+
+namespace genostat::standalone {
+
+class DatasetStore;
+class OutputDocument;
+
+// Settings that PRESERVE keeps and RESTORE brings back.
+struct Settings {
+  char decimal = '.';
+};
+
+// Borrowed for the run of one command, on the command thread.
+struct CommandContext {
+  const Command& command;
+  DatasetStore& datasets;
+  OutputDocument& output;
+  Settings& settings;
+  // Shows a warning; the command goes on and counts as successful.
+  std::function<void(const Diagnostic&)> warn;
+};
+
+// One command of the host. `name` is upper case, its words separated by one blank ("GET DATA").
+// `run` finds the tokens from the command's first word on and throws CommandError to fail.
+struct CommandHandler {
+  std::string_view name;
+  void (*run)(CommandContext& context);
+};
+
+// The commands that procedures/ implements.
+std::span<const CommandHandler> procedureCommands();
+
+}  // namespace genostat::standalone

@@ -1,0 +1,23 @@
+// Keywords as the user may write them: in any case, cut short to three or more letters.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace genostat::standalone {
+
+// The index of the one keyword that `word` means: equal to it without regard to case,
+// or, with three or more letters, the beginning of just one of them.
+std::optional<std::size_t> matchKeyword(std::string_view word, std::span<const std::string_view> keywords);
+
+// The keyword nearest to a misspelled word, or none when all are far off.
+std::optional<std::string_view> nearestKeyword(std::string_view word, std::span<const std::string_view> keywords);
+
+// ASCII letters without regard to case.
+bool equalsIgnoreCase(std::string_view a, std::string_view b);
+std::string toUpperAscii(std::string_view text);
+
+}  // namespace genostat::standalone
