@@ -1,6 +1,9 @@
 // Command syntax, cut into commands.
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "standalone/syntax/diagnostic.h"
@@ -12,21 +15,42 @@ namespace genostat::standalone {
 struct Command {
   SourcePtr source;
   std::vector<Token> tokens;
+
+  // From the first token to the final period, as typed, comments between included.
+  // The view lives as long as `source`.
+  std::string_view text() const;
 };
 
 // What a source text holds, in order. A text that cannot be cut into tokens (a quote
 // that is not closed) costs one command and gives one error at its place in `commands`.
 struct ScanResult {
   struct Item {
-    Command command;                  // meaningful when `error` is empty
+    Command command;  // meaningful when `error` is empty
     std::optional<Diagnostic> error;
   };
   std::vector<Item> items;
 };
 
-// Cuts a text into commands. A command ends with a period at a line's end (blanks may
-// follow), at a blank line, or with the text. Comments are dropped: a command that
-// begins with `*` up to its end, and slash-star to star-slash anywhere outside quotes.
+// Cuts a text into commands. A command ends with a period at a line's end (blanks and
+// comments may follow), at a blank line, or with the text. Comments are dropped: a command
+// that begins with `*` up to its end, and slash-star to star-slash anywhere outside quotes.
 ScanResult scanCommands(const SourcePtr& source);
+
+// The same, one command at a time. Takes time in proportion to the text, and memory only
+// for one command.
+class CommandScanner {
+ public:
+  explicit CommandScanner(SourcePtr source);
+
+  // None when the text holds no further command.
+  std::optional<ScanResult::Item> next();
+
+ private:
+  class Reader;
+
+  SourcePtr source_;
+  std::size_t position_ = 0;
+  std::size_t line_ = 1;
+};
 
 }  // namespace genostat::standalone

@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace genostat::standalone {
@@ -24,6 +25,9 @@ struct SourceRange {
   SourcePtr source;
   std::size_t begin = 0;
   std::size_t end = 0;
+  // Line of `begin`, counted from 1; 0 when unknown, then a diagnostic counts it. The scanner
+  // fills it in, so that many errors in one long text do not count its lines again and again.
+  std::size_t line = 0;
 };
 
 struct Diagnostic {
@@ -36,8 +40,12 @@ struct Diagnostic {
 };
 
 // "FILE:LINE:COLUMN: error: MESSAGE", the line, a caret below the range, and the hint.
-// Lines and columns count from 1; columns count characters, not bytes. No final line feed.
+// Lines and columns count from 1; columns count characters, not bytes. A long line is shown
+// cut around the place. Bytes that would upset a terminal are shown as U+FFFD. No final line feed.
 std::string renderDiagnostic(const Diagnostic& diagnostic);
+
+// Words of the user for use inside a message: in double quotes, cut short when very long.
+std::string quoteForMessage(std::string_view text);
 
 // Ends the command that throws it; the session shows the diagnostic and goes on.
 class CommandError : public std::runtime_error {

@@ -14,7 +14,21 @@ namespace genostat::standalone {
 std::optional<std::size_t> matchKeyword(std::string_view word, std::span<const std::string_view> keywords);
 
 // The keyword nearest to a misspelled word, or none when all are far off.
-std::optional<std::string_view> nearestKeyword(std::string_view word, std::span<const std::string_view> keywords);
+std::optional<std::string_view> nearestKeyword(std::string_view word,
+                                               std::span<const std::string_view> keywords);
+
+// What to say of a word that matches none of the keywords, or several.
+struct KeywordFault {
+  std::string message;  // unknown subcommand "JBO"
+  std::string hint;     // expected JOB or PRINT; did you mean JOB?
+};
+
+// `what` says which kind of keyword was looked for: "subcommand", "keyword in JOB".
+KeywordFault explainKeyword(std::string_view word, std::span<const std::string_view> keywords,
+                            std::string_view what);
+
+// "A", "A or B", "A, B or C"; a very long list is cut short.
+std::string joinAlternatives(std::span<const std::string_view> keywords);
 
 // ASCII letters without regard to case.
 bool equalsIgnoreCase(std::string_view a, std::string_view b);

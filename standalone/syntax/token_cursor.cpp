@@ -1,0 +1,128 @@
+#include "standalone/syntax/token_cursor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::standalone {
+
+const Token& TokenCursor::peek(std::size_t ahead) const {
+  const std::size_t last = command_.tokens.size() - 1;
+  return command_.tokens[ahead < last - std::min(position_, last) ? position_ + ahead : last];
+}
+
+const Token& TokenCursor::next() {
+  const Token& token = peek();
+  if (token.kind != Token::Kind::End) ++position_;
+  return token;
+}
+
+bool TokenCursor::acceptSymbol(char symbol) {
+  if (!peek().isSymbol(symbol)) return false;
+  next();
+  return true;
+}
+
+bool TokenCursor::acceptKeyword(std::string_view keyword) {
+  return acceptKeyword({&keyword, 1}).has_value();
+}
+
+std::optional<std::size_t> TokenCursor::acceptKeyword(Keywords keywords) {
+  if (peek().kind != Token::Kind::Word) return std::nullopt;
+  const auto index = matchKeyword(peek().text, keywords);
+  if (index) next();
+  return index;
+}
+
+void TokenCursor::expectSymbol(char symbol) {
+  if (!acceptSymbol(symbol)) failExpected(quoteForMessage({&symbol, 1}));
+}
+
+std::size_t TokenCursor::expectKeyword(Keywords keywords, std::string_view what) {
+  if (const auto index = acceptKeyword(keywords)) return *index;
+  if (peek().kind != Token::Kind::Word) failExpected(joinAlternatives(keywords));
+  KeywordFault fault = explainKeyword(peek().text, keywords, what);
+  fail(std::move(fault.message), peek(), std::move(fault.hint));
+}
+
+std::string TokenCursor::expectName(std::string_view what) {
+  if (peek().kind != Token::Kind::Word) failExpected(what);
+  return next().text;
+}
+
+std::string TokenCursor::expectString(std::string_view what) {
+  if (peek().kind != Token::Kind::String) failExpected(std::string(what) + " in quotes");
+  return next().text;
+}
+
+double TokenCursor::expectNumber(std::string_view what) {
+  if (peek().kind != Token::Kind::Number) failExpected(what);
+  return next().number;
+}
+
+std::int32_t TokenCursor::expectInteger(std::string_view what) {
+  const Token& token = peek();
+  const double number = expectNumber(what);
+  if (number != std::trunc(number)) fail("expected " + std::string(what) + ", a whole number", token);
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (number < Limits::min() || number > Limits::max()) {
+    fail("the number " + token.text + " is too large", token,
+         "expected a whole number from " + std::to_string(Limits::min()) + " to " +
+             std::to_string(Limits::max()));
+  }
+  return static_cast<std::int32_t>(number);
+}
+
+void TokenCursor::expectEnd() {
+  if (!atEnd()) failExpected("the end of the command");
+}
+
+std::optional<std::size_t> TokenCursor::nextSubcommand(Keywords subcommands) {
+  if (atEnd()) return std::nullopt;
+  if (!acceptSymbol('/') && subcommandSeen_) failExpected("\"/\" or the end of the command");
+  subcommandSeen_ = true;
+  const std::size_t index = expectKeyword(subcommands, "subcommand");
+  acceptSymbol('=');
+  return index;
+}
+
+std::optional<std::size_t> TokenCursor::findSubcommand(std::string_view keyword, Keywords subcommands) const {
+  TokenCursor cursor(command_);
+  while (!cursor.atEnd()) {
+    if (!cursor.next().isSymbol('/')) continue;
+    const auto index = cursor.acceptKeyword(subcommands);
+    if (!index || subcommands[*index] != keyword) continue;
+    cursor.acceptSymbol('=');
+    return cursor.position();
+  }
+  return std::nullopt;
+}
+
+void TokenCursor::fail(std::string message, const Token& token, std::string hint) {
+  throw CommandError(
+      Diagnostic{Diagnostic::Severity::Error, std::move(message), token.range, std::move(hint)});
+}
+
+void TokenCursor::failExpected(std::string_view what) const {
+  fail("expected " + std::string(what) + ", found " + describeToken(peek()), peek());
+}
+
+std::string describeToken(const Token& token) {
+  switch (token.kind) {
+    case Token::Kind::Word:
+    case Token::Kind::Symbol:
+      return quoteForMessage(token.text);
+    case Token::Kind::Number:
+      return "the number " + token.text;
+    case Token::Kind::String:
+      return "the text " + quoteForMessage(token.text);
+    case Token::Kind::End:
+      break;
+  }
+  return "the end of the command";
+}
+
+}  // namespace genostat::standalone
