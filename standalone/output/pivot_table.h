@@ -1,6 +1,7 @@
 // Pivot tables as procedures build them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <variant>
 #include <vector>
@@ -33,6 +34,15 @@ struct PivotTable {
   std::vector<Category> columns;
   std::vector<std::vector<CellValue>> cells;  // [row leaf][column leaf]
   std::vector<std::string> footnotes;
+  // What the procedure wishes for the width of value columns, in points; 0: no wish.
+  int minColumnWidth = 0;
+  int maxColumnWidth = 0;
 };
+
+std::size_t leafCount(const std::vector<Category>& categories);
+
+// Makes labels and cells agree, whatever a module handed over: column labels without a text
+// and without a value go, cells without a label get an empty one, missing cells are blank.
+void squareUp(PivotTable& table);
 
 }  // namespace genostat::standalone

@@ -9,7 +9,7 @@ namespace genostat::standalone {
 struct TextStyle {
   bool unicode = false;  // box drawing
   bool colour = false;
-  int width = 80;        // wide tables are split at this many columns
+  int width = 80;  // wide tables are split at this many columns
 };
 
 // Renders one item of an output document (its JSON text), with a final line feed.

@@ -1,0 +1,125 @@
+#include "standalone/output/display_text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "standalone/output/utf8.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+std::string hexEscape(char32_t value) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text = value < 0x100 ? "\\x" : "\\u";
+  for (int shift = value < 0x100 ? 4 : 12; shift >= 0; shift -= 4) {
+    text += kDigits[(value >> shift) & 0xFU];
+  }
+  return text;
+}
+
+// C0, C1, line and paragraph separators, and the marks that turn the direction of writing.
+bool steersTerminal(char32_t value) {
+  return value < 0x20 || (value >= 0x7F && value < 0xA0) || (value >= 0x2028 && value <= 0x202E) ||
+         (value >= 0x2066 && value <= 0x2069) || value == 0x200E || value == 0x200F;
+}
+
+std::string visible(char32_t value) {
+  switch (value) {
+    case U'\t':
+      return "\\t";
+    case U'\n':
+      return "\\n";
+    case U'\r':
+      return "\\r";
+    default:
+      return hexEscape(value);
+  }
+}
+
+bool mayBreakBehind(char c) {
+  return std::string_view("_-/\\,;").find(c) != std::string_view::npos;
+}
+
+// The bytes of `word` that fit `width` columns, at least one character with its combining marks.
+std::size_t fittingPrefix(std::string_view word, int width) {
+  int used = 0;
+  std::size_t end = 0;
+  std::size_t lastBreak = 0;
+  while (end < word.size()) {
+    const CodePoint point = codePointAt(word, end);
+    used += codePointWidth(point.value);
+    if (used > width && end > 0) break;
+    end += point.size;
+    if (mayBreakBehind(word[end - 1])) lastBreak = end;
+  }
+  return end < word.size() && lastBreak > 0 ? lastBreak : end;
+}
+
+// Calls `use` for each run of characters that are not blanks, with the blanks before it.
+template <typename Use>
+void forEachWord(std::string_view text, Use use) {
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t begin = std::min(text.find_first_not_of(' ', position), text.size());
+    const std::size_t end = std::min(text.find(' ', begin), text.size());
+    if (begin < end) use(text.substr(position, begin - position), text.substr(begin, end - begin));
+    position = end;
+  }
+}
+
+}  // namespace
+
+std::string printableText(std::string_view text, LineBreaks lineBreaks) {
+  std::string printable;
+  printable.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const CodePoint point = codePointAt(text, i);
+    const bool kept = lineBreaks == LineBreaks::Keep && (point.value == U'\n' || point.value == U'\t');
+    if (!point.valid) {
+      printable += "\xEF\xBF\xBD";
+    } else if (steersTerminal(point.value) && !kept) {
+      printable += visible(point.value);
+    } else {
+      printable += text.substr(i, point.size);
+    }
+    i += point.size;
+  }
+  return printable;
+}
+
+std::vector<std::string> wrapText(std::string_view text, int width) {
+  width = std::max(width, 1);
+  if (displayWidth(text) <= width) return {std::string(text)};
+  std::vector<std::string> lines(1);
+  int used = 0;
+  forEachWord(text, [&](std::string_view blanks, std::string_view word) {
+    const int gap = lines.back().empty() ? 0 : static_cast<int>(blanks.size());
+    if (used + gap + displayWidth(word) <= width) {
+      lines.back().append(static_cast<std::size_t>(gap), ' ').append(word);
+      used += gap + displayWidth(word);
+      return;
+    }
+    if (!lines.back().empty()) lines.emplace_back();
+    while (displayWidth(word) > width) {
+      const std::size_t size = fittingPrefix(word, width);
+      lines.back() = word.substr(0, size);
+      word.remove_prefix(size);
+      if (word.empty()) break;
+      lines.emplace_back();
+    }
+    if (!word.empty()) lines.back() = word;
+    used = displayWidth(lines.back());
+  });
+  return lines;
+}
+
+int longestWordWidth(std::string_view text) {
+  int longest = 0;
+  forEachWord(text, [&](std::string_view, std::string_view word) {
+    longest = std::max(longest, displayWidth(word));
+  });
+  return longest;
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,190 @@
+#include "standalone/output/table_json.h"
+
+#include <rapidjson/error/en.h>
+
+#include <cmath>
+#include <string>
+
+#include "standalone/output/utf8.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// Labels nest by hand-made procedures only; this keeps a hostile text from exhausting the stack.
+constexpr int kDeepestNesting = 32;
+
+void writeCategories(JsonWriter& writer, const std::vector<Category>& categories) {
+  writer.StartArray();
+  for (const Category& category : categories) {
+    writer.StartObject();
+    writeMember(writer, "label", category.label);
+    if (!category.children.empty()) {
+      writer.Key("children");
+      writeCategories(writer, category.children);
+    }
+    writer.EndObject();
+  }
+  writer.EndArray();
+}
+
+void writeDimension(JsonWriter& writer, const char* key, const std::string& label,
+                    const std::vector<Category>& categories) {
+  writer.Key(key);
+  writer.StartObject();
+  writeMember(writer, "label", label);
+  writer.Key("categories");
+  writeCategories(writer, categories);
+  writer.EndObject();
+}
+
+void writeCell(JsonWriter& writer, const CellValue& cell) {
+  if (const auto* text = std::get_if<std::string>(&cell.value)) return writeString(writer, *text);
+  const auto* number = std::get_if<double>(&cell.value);
+  // JSON has no words for infinity and not-a-number.
+  if (number == nullptr || !std::isfinite(*number)) {
+    writer.Null();
+    return;
+  }
+  writer.StartObject();
+  writer.Key("number");
+  writer.Double(*number);
+  writer.Key("decimals");
+  writer.Int(cell.format.decimals);
+  if (!cell.format.leadingZero) {
+    writer.Key("leadingZero");
+    writer.Bool(false);
+  }
+  writer.EndObject();
+}
+
+void writeWidth(JsonWriter& writer, const char* key, int points) {
+  if (points <= 0) return;
+  writer.Key(key);
+  writer.Int(points);
+}
+
+[[noreturn]] void fail(const std::string& what) {
+  throw JsonFormatError("the output JSON is malformed: " + what);
+}
+
+const rapidjson::Value& arrayMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  if (member == object.MemberEnd() || !member->value.IsArray()) fail(std::string("no array \"") + key + '"');
+  return member->value;
+}
+
+const rapidjson::Value& objectMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  if (member == object.MemberEnd() || !member->value.IsObject())
+    fail(std::string("no object \"") + key + '"');
+  return member->value;
+}
+
+int intMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  return member != object.MemberEnd() && member->value.IsInt() ? member->value.GetInt() : 0;
+}
+
+std::vector<Category> readCategories(const rapidjson::Value& array, int depth) {
+  if (depth > kDeepestNesting) fail("labels are nested too deeply");
+  std::vector<Category> categories;
+  for (const rapidjson::Value& value : array.GetArray()) {
+    if (!value.IsObject()) fail("a category is no object");
+    Category category{std::string(stringMember(value, "label")), {}};
+    if (value.HasMember("children"))
+      category.children = readCategories(arrayMember(value, "children"), depth + 1);
+    categories.push_back(std::move(category));
+  }
+  return categories;
+}
+
+CellValue readCell(const rapidjson::Value& value) {
+  if (value.IsNull()) return {};
+  if (value.IsString()) return {std::string(value.GetString(), value.GetStringLength()), {}};
+  if (!value.IsObject()) fail("a cell is neither null, a text nor a number with its format");
+  const auto number = value.FindMember("number");
+  if (number == value.MemberEnd() || !number->value.IsNumber()) fail("a cell object without a number");
+  const auto leadingZero = value.FindMember("leadingZero");
+  const bool zero = leadingZero == value.MemberEnd() || !leadingZero->value.IsFalse();
+  return {number->value.GetDouble(), {intMember(value, "decimals"), zero}};
+}
+
+}  // namespace
+
+void writeString(JsonWriter& writer, std::string_view text) {
+  const std::string valid = toValidUtf8(text);
+  writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
+}
+
+void writeMember(JsonWriter& writer, std::string_view key, std::string_view text) {
+  writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
+  writeString(writer, text);
+}
+
+void writeTableMembers(JsonWriter& writer, const PivotTable& table) {
+  writeMember(writer, "title", table.title);
+  writeDimension(writer, "rows", table.rowLabel, table.rows);
+  writeDimension(writer, "columns", table.columnLabel, table.columns);
+  writer.Key("cells");
+  writer.StartArray();
+  for (const std::vector<CellValue>& row : table.cells) {
+    writer.StartArray();
+    for (const CellValue& cell : row) {
+      writeCell(writer, cell);
+    }
+    writer.EndArray();
+  }
+  writer.EndArray();
+  writer.Key("footnotes");
+  writer.StartArray();
+  for (const std::string& footnote : table.footnotes) {
+    writeString(writer, footnote);
+  }
+  writer.EndArray();
+  writeWidth(writer, "minColumnWidth", table.minColumnWidth);
+  writeWidth(writer, "maxColumnWidth", table.maxColumnWidth);
+}
+
+rapidjson::Document parseJson(std::string_view text) {
+  rapidjson::Document document;
+  document.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag |
+                 rapidjson::kParseValidateEncodingFlag>(text.data(), text.size());
+  if (document.HasParseError()) fail(rapidjson::GetParseError_En(document.GetParseError()));
+  if (!document.IsObject()) fail("no object");
+  return document;
+}
+
+PivotTable readTable(const rapidjson::Value& object) {
+  if (!object.IsObject()) fail("a table is no object");
+  PivotTable table;
+  const rapidjson::Value& rows = objectMember(object, "rows");
+  const rapidjson::Value& columns = objectMember(object, "columns");
+  table.title = stringMember(object, "title");
+  table.rowLabel = stringMember(rows, "label");
+  table.columnLabel = stringMember(columns, "label");
+  table.rows = readCategories(arrayMember(rows, "categories"), 1);
+  table.columns = readCategories(arrayMember(columns, "categories"), 1);
+  for (const rapidjson::Value& row : arrayMember(object, "cells").GetArray()) {
+    if (!row.IsArray()) fail("a row of cells is no array");
+    std::vector<CellValue>& cells = table.cells.emplace_back();
+    for (const rapidjson::Value& cell : row.GetArray()) {
+      cells.push_back(readCell(cell));
+    }
+  }
+  for (const rapidjson::Value& footnote : arrayMember(object, "footnotes").GetArray()) {
+    if (footnote.IsString()) table.footnotes.emplace_back(footnote.GetString(), footnote.GetStringLength());
+  }
+  table.minColumnWidth = intMember(object, "minColumnWidth");
+  table.maxColumnWidth = intMember(object, "maxColumnWidth");
+  squareUp(table);
+  return table;
+}
+
+std::string_view stringMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  if (member == object.MemberEnd() || !member->value.IsString()) return {};
+  return {member->value.GetString(), member->value.GetStringLength()};
+}
+
+}  // namespace genostat::standalone
