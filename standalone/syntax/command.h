@@ -1,7 +1,7 @@
 // Command syntax, cut into commands.
 #pragma once
 
-#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -21,8 +21,8 @@ struct Command {
   std::string_view text() const;
 };
 
-// What a source text holds, in order. A text that cannot be cut into tokens (a quote
-// that is not closed) costs one command and gives one error at its place in `commands`.
+// What a source text holds, in order. A command that cannot be cut into tokens (a quote
+// that is not closed) gives one error in its place.
 struct ScanResult {
   struct Item {
     Command command;  // meaningful when `error` is empty
@@ -36,11 +36,11 @@ struct ScanResult {
 // that begins with `*` up to its end, and slash-star to star-slash anywhere outside quotes.
 ScanResult scanCommands(const SourcePtr& source);
 
-// The same, one command at a time. Takes time in proportion to the text, and memory only
-// for one command.
+// The same, one command at a time: memory for one command, however long the text.
 class CommandScanner {
  public:
   explicit CommandScanner(SourcePtr source);
+  ~CommandScanner();
 
   // None when the text holds no further command.
   std::optional<ScanResult::Item> next();
@@ -48,9 +48,7 @@ class CommandScanner {
  private:
   class Reader;
 
-  SourcePtr source_;
-  std::size_t position_ = 0;
-  std::size_t line_ = 1;
+  std::unique_ptr<Reader> reader_;
 };
 
 }  // namespace genostat::standalone

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "standalone/syntax/display_text.h"
+#include "standalone/output/display_text.h"
+#include "standalone/output/utf8.h"
 
 namespace genostat::standalone {
 
@@ -36,6 +37,13 @@ std::size_t countLineFeeds(std::string_view text) {
   return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
+std::size_t countCharacters(std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t position = 0; position < text.size(); ++count)
+    position += codePointAt(text, position).size;
+  return count;
+}
+
 // Where the shown part begins: at most kCharactersBefore characters before `position`.
 std::size_t shownBegin(std::string_view text, std::size_t lineBegin, std::size_t position) {
   for (std::size_t i = 0; i < kCharactersBefore && position > lineBegin; ++i) {
@@ -56,23 +64,23 @@ std::string excerpt(std::string_view text, const Line& line, std::size_t begin, 
     shown += kEllipsis;
     carets += ' ';
   }
-  bool caretSet = false;
+  std::size_t caret = carets.size();
   for (std::size_t count = 0; position < line.end && count < kCharactersShown; ++count) {
-    const DisplayChar c = displayCharAt(text.substr(0, line.end), position);
-    shown += c.shown;
+    const std::size_t size = codePointAt(text.substr(0, line.end), position).size;
+    const std::string character = printableText(text.substr(position, size), LineBreaks::Keep);
+    const auto columns = static_cast<std::size_t>(displayWidth(character));
+    shown += character;
     if (position < begin) {
-      c.shown == "\t" ? carets += '\t' : carets.append(c.columns, ' ');
-    } else if (!caretSet) {
-      carets += '^';
-      if (c.columns > 1 && end > begin) carets += '~';
-      caretSet = true;
+      character == "\t" ? carets += '\t' : carets.append(columns, ' ');
+      caret = carets.size();
     } else if (position < end) {
-      carets.append(c.columns, '~');
+      carets.append(columns, '~');
     }
-    position += c.length;
+    position += size;
   }
   if (position < line.end) shown += kEllipsis;
-  if (!caretSet) carets += '^';
+  if (caret == carets.size()) carets += '^';
+  carets[caret] = '^';
   return shown + "\n" + carets;
 }
 
@@ -88,22 +96,22 @@ std::string renderDiagnostic(const Diagnostic& diagnostic) {
     const Line line = lineAround(text, begin);
     const std::size_t lineNumber =
         diagnostic.range->line ? diagnostic.range->line : countLineFeeds(text.substr(0, begin)) + 1;
-    const std::size_t column =
-        countCharacters(text.substr(line.begin, std::max(begin, line.begin) - line.begin)) + 1;
+    const std::size_t column = countCharacters(text.substr(line.begin, begin - line.begin)) + 1;
     rendered =
-        displayText(source.name) + ":" + std::to_string(lineNumber) + ":" + std::to_string(column) + ": ";
+        printableText(source.name) + ":" + std::to_string(lineNumber) + ":" + std::to_string(column) + ": ";
     quotedLine = "\n" + excerpt(text, line, begin, diagnostic.range->end);
   }
   rendered += diagnostic.severity == Diagnostic::Severity::Error ? "error: " : "warning: ";
-  rendered += displayText(diagnostic.message) + quotedLine;
-  if (!diagnostic.hint.empty()) rendered += "\n" + std::string(kIndent) + displayText(diagnostic.hint);
+  rendered += printableText(diagnostic.message, LineBreaks::Keep) + quotedLine;
+  if (!diagnostic.hint.empty())
+    rendered += "\n" + std::string(kIndent) + printableText(diagnostic.hint, LineBreaks::Keep);
   return rendered;
 }
 
 std::string quoteForMessage(std::string_view text) {
   std::size_t end = 0;
   for (std::size_t count = 0; end < text.size() && count < kQuotedCharacters; ++count) {
-    end += displayCharAt(text, end).length;
+    end += codePointAt(text, end).size;
   }
   std::string quoted = "\"" + std::string(text.substr(0, end));
   if (end < text.size()) quoted += kEllipsis;

@@ -41,7 +41,7 @@ struct Diagnostic {
 
 // "FILE:LINE:COLUMN: error: MESSAGE", the line, a caret below the range, and the hint.
 // Lines and columns count from 1; columns count characters, not bytes. A long line is shown
-// cut around the place. Bytes that would upset a terminal are shown as U+FFFD. No final line feed.
+// cut around the place. Characters that would steer a terminal are written visibly. No final line feed.
 std::string renderDiagnostic(const Diagnostic& diagnostic);
 
 // Words of the user for use inside a message: in double quotes, cut short when very long.
