@@ -12,7 +12,8 @@ struct TextStyle {
   int width = 80;  // wide tables are split at this many columns
 };
 
-// Renders one item of an output document (its JSON text), with a final line feed.
+// Renders one item of an output document (its JSON text), with a final line feed. A table has an
+// empty line before it. Nothing for an item of a kind that this version does not know.
 std::string renderItemAsText(std::string_view itemJson, const TextStyle& style);
 
 }  // namespace genostat::standalone
