@@ -54,7 +54,7 @@ void onInterrupt(std::function<void()> handler);
 // The terminal behind standard output, if it is one.
 struct Terminal {
   bool isTerminal = false;
-  int width = 80;        // columns; 80 where unknown
+  int width = 80;  // columns; 80 where unknown
   bool isUtf8 = false;
 };
 Terminal standardOutputTerminal();

@@ -19,10 +19,18 @@ namespace genostat::platform {
 
 const char* const kLibrarySuffix = ".so";
 
-std::filesystem::path pathFromUtf8(std::string_view utf8) { return std::filesystem::path(utf8); }
-std::string pathToUtf8(const std::filesystem::path& path) { return path.string(); }
-std::string pathToNarrow(const std::filesystem::path& path) { return path.string(); }
-std::filesystem::path pathFromNarrow(std::string_view narrow) { return std::filesystem::path(narrow); }
+std::filesystem::path pathFromUtf8(std::string_view utf8) {
+  return std::filesystem::path(utf8);
+}
+std::string pathToUtf8(const std::filesystem::path& path) {
+  return path.string();
+}
+std::string pathToNarrow(const std::filesystem::path& path) {
+  return path.string();
+}
+std::filesystem::path pathFromNarrow(std::string_view narrow) {
+  return std::filesystem::path(narrow);
+}
 
 std::vector<std::string> commandLineArguments(int argc, const char* const* argv) {
   return argc > 0 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
@@ -48,7 +56,9 @@ std::unique_ptr<DynamicLibrary> DynamicLibrary::open(const std::filesystem::path
   return std::unique_ptr<DynamicLibrary>(new DynamicLibrary(handle));
 }
 
-void* DynamicLibrary::symbol(const char* name) const { return dlsym(handle_, name); }
+void* DynamicLibrary::symbol(const char* name) const {
+  return dlsym(handle_, name);
+}
 
 void onInterrupt(std::function<void()> handler) {
   sigset_t signals;
@@ -68,7 +78,9 @@ void onInterrupt(std::function<void()> handler) {
   }).detach();
 }
 
-void exitNow(int status) { _exit(status); }
+void exitNow(int status) {
+  _exit(status);
+}
 
 Terminal standardOutputTerminal() {
   Terminal terminal;
@@ -91,6 +103,8 @@ std::string replaceFile(const std::filesystem::path& from, const std::filesystem
   return error ? error.message() : std::string();
 }
 
-int processId() { return getpid(); }
+int processId() {
+  return getpid();
+}
 
 }  // namespace genostat::platform

@@ -50,10 +50,18 @@ std::string systemMessage(DWORD code) {
 
 const char* const kLibrarySuffix = ".dll";
 
-std::filesystem::path pathFromUtf8(std::string_view utf8) { return widen(utf8, CP_UTF8); }
-std::string pathToUtf8(const std::filesystem::path& path) { return narrow(path.native(), CP_UTF8); }
-std::string pathToNarrow(const std::filesystem::path& path) { return narrow(path.native(), CP_ACP); }
-std::filesystem::path pathFromNarrow(std::string_view text) { return widen(text, CP_ACP); }
+std::filesystem::path pathFromUtf8(std::string_view utf8) {
+  return widen(utf8, CP_UTF8);
+}
+std::string pathToUtf8(const std::filesystem::path& path) {
+  return narrow(path.native(), CP_UTF8);
+}
+std::string pathToNarrow(const std::filesystem::path& path) {
+  return narrow(path.native(), CP_ACP);
+}
+std::filesystem::path pathFromNarrow(std::string_view text) {
+  return widen(text, CP_ACP);
+}
 
 std::vector<std::string> commandLineArguments(int, const char* const*) {
   // The C runtime's arguments have gone through the ANSI code page; the system's have not.
@@ -96,7 +104,9 @@ void onInterrupt(std::function<void()> handler) {
   SetConsoleCtrlHandler(handleConsoleEvent, TRUE);
 }
 
-void exitNow(int status) { ExitProcess(static_cast<UINT>(status)); }
+void exitNow(int status) {
+  ExitProcess(static_cast<UINT>(status));
+}
 
 Terminal standardOutputTerminal() {
   Terminal terminal;
@@ -115,10 +125,13 @@ Terminal standardOutputTerminal() {
 }
 
 std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) return {};
+  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+    return {};
   return systemMessage(GetLastError());
 }
 
-int processId() { return static_cast<int>(GetCurrentProcessId()); }
+int processId() {
+  return static_cast<int>(GetCurrentProcessId());
+}
 
 }  // namespace genostat::platform

@@ -1,0 +1,28 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace genostat::platform {
+
+const char kPathSeparator = '/';
+
+PathKind queryPath(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) return PathKind::Missing;
+  return S_ISDIR(status.st_mode) ? PathKind::Folder : PathKind::File;
+}
+
+InputProbe probeInputFile(const std::string& utf8Path) {
+  // Without O_NONBLOCK the probe of a named pipe would wait for a writer.
+  const int file = open(utf8Path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) return InputProbe::Unreadable;
+  struct stat status = {};
+  const bool known = fstat(file, &status) == 0;
+  close(file);
+  if (known && S_ISDIR(status.st_mode)) return InputProbe::Unreadable;
+  return known && status.st_size > 0 ? InputProbe::HasData : InputProbe::Empty;
+}
+
+}  // namespace genostat::platform

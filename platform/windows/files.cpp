@@ -1,0 +1,39 @@
+#include "platform/files.h"
+
+#include <windows.h>
+
+#include "platform/windows/handle.h"
+
+namespace genostat::platform {
+
+namespace {
+
+std::wstring widenUtf8(const std::string& text) {
+  const int size = static_cast<int>(text.size());
+  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), length);
+  return wide;
+}
+
+}  // namespace
+
+const char kPathSeparator = '\\';
+
+PathKind queryPath(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return PathKind::Missing;
+  return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? PathKind::Folder : PathKind::File;
+}
+
+InputProbe probeInputFile(const std::string& utf8Path) {
+  const UniqueHandle file(CreateFileW(widenUtf8(utf8Path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
+                          CloseHandle);
+  if (!file.valid()) return InputProbe::Unreadable;
+  LARGE_INTEGER size = {};
+  if (GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart == 0) return InputProbe::Empty;
+  return InputProbe::HasData;
+}
+
+}  // namespace genostat::platform

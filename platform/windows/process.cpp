@@ -1,0 +1,77 @@
+#include "platform/process.h"
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <set>
+#include <utility>
+
+#include "platform/windows/handle.h"
+
+namespace genostat::platform {
+
+namespace {
+
+class WindowsProcess : public ChildProcess {
+ public:
+  WindowsProcess(UniqueHandle process, DWORD id) : process_(std::move(process)), id_(id) {}
+
+  std::int32_t id() const override { return static_cast<std::int32_t>(id_); }
+
+  std::uint32_t wait() override {
+    WaitForSingleObject(process_.get(), INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process_.get(), &exitCode);
+    return exitCode;
+  }
+
+ private:
+  UniqueHandle process_;
+  DWORD id_;
+};
+
+// `visited` stops at loops: a parent id may belong to a later process by now.
+bool killTree(DWORD id, std::set<DWORD>& visited) {
+  if (!visited.insert(id).second) return false;
+  {
+    const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), CloseHandle);
+    if (!snapshot.valid()) return false;
+    PROCESSENTRY32 entry = {};
+    entry.dwSize = sizeof(entry);
+    if (Process32First(snapshot.get(), &entry) == 0) return false;
+    do {
+      if (entry.th32ParentProcessID == id) killTree(entry.th32ProcessID, visited);
+    } while (Process32Next(snapshot.get(), &entry) != 0);
+  }
+  const UniqueHandle process(OpenProcess(PROCESS_TERMINATE, FALSE, id), CloseHandle);
+  return process.valid() && TerminateProcess(process.get(), 1) != 0;
+}
+
+}  // namespace
+
+const char* const kLauncherSuffix = ".bat";
+
+std::unique_ptr<ChildProcess> ChildProcess::start(const LaunchCommand& command) {
+  // The system may write into the command line while it starts the process.
+  std::wstring line(command.commandLine.begin(), command.commandLine.end());
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  PROCESS_INFORMATION process = {};
+  if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE,
+                     CREATE_NEW_PROCESS_GROUP | CREATE_UNICODE_ENVIRONMENT, nullptr, nullptr, &startup,
+                     &process) == 0) {
+    return nullptr;
+  }
+  UniqueHandle handle(process.hProcess, CloseHandle);
+  CloseHandle(process.hThread);
+  return std::make_unique<WindowsProcess>(std::move(handle), process.dwProcessId);
+}
+
+bool killProcessTree(std::int32_t id) {
+  if (id <= 0) return false;
+  std::set<DWORD> visited;
+  return killTree(static_cast<DWORD>(id), visited);
+}
+
+}  // namespace genostat::platform
