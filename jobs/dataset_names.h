@@ -1,0 +1,11 @@
+// The names that open datasets hold in the host.
+#pragma once
+
+#include <string>
+
+namespace genostat {
+
+// True when an open dataset bears this name, without regard to case. Command thread only.
+bool isDatasetName(const std::string& name);
+
+}  // namespace genostat
