@@ -1,0 +1,56 @@
+#include "run/paths.h"
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+
+#include "platform/files.h"
+
+namespace genostat {
+
+namespace {
+
+constexpr char kSeparators[] = "/\\";
+constexpr int kMaxCandidates = 1000;
+
+}  // namespace
+
+std::string joinPath(const std::string& base, const std::string& name) {
+  std::string path = base;
+  if (!path.empty() && path.find_last_of(kSeparators) != path.size() - 1) path += platform::kPathSeparator;
+  return path + name;
+}
+
+std::string getFolderPath(const std::string& path) {
+  const std::size_t separator = path.find_last_of(kSeparators);
+  return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
+bool fileExists(const std::string& path) {
+  return platform::queryPath(path) == platform::PathKind::File;
+}
+
+bool directoryExists(const std::string& path) {
+  return platform::queryPath(path) == platform::PathKind::Folder;
+}
+
+std::string generateUniqueFilename(const std::string& folder) {
+  try {
+    if (!directoryExists(folder)) return {};
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::string stamp = std::to_string(std::chrono::floor<std::chrono::seconds>(now).count());
+    std::string candidate = joinPath(folder, stamp + ".csv");
+    for (int n = 1; n < kMaxCandidates && fileExists(candidate); ++n) {
+      candidate = joinPath(folder, stamp + "_" + std::to_string(n) + ".csv");
+    }
+    return candidate;
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+bool removeIfExists(const std::string& path) {
+  return !fileExists(path) || std::remove(path.c_str()) == 0;
+}
+
+}  // namespace genostat

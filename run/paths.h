@@ -1,0 +1,28 @@
+// Paths and file names of a run. Paths are byte strings in the system's narrow encoding, taken
+// as they are; slash and backslash both separate.
+#pragma once
+
+#include <string>
+
+namespace genostat {
+
+// `base`, the system's separator unless base is empty or ends in one, and `name`.
+std::string joinPath(const std::string& base, const std::string& name);
+
+// The folder part of a path with its final separator; empty when there is none.
+std::string getFolderPath(const std::string& path);
+
+// An existing entry that is not a folder.
+bool fileExists(const std::string& path);
+// An existing folder.
+bool directoryExists(const std::string& path);
+
+// A path in `folder` for a result file: T.csv, T being the seconds since 1970 UTC, or the first of
+// T_1.csv to T_999.csv that does not exist; T_999.csv when all exist. Nothing is created. Empty when
+// the folder does not exist or memory runs out.
+std::string generateUniqueFilename(const std::string& folder);
+
+// Removes the file if it exists and is no folder. False, with errno set, when it could not be removed.
+bool removeIfExists(const std::string& path);
+
+}  // namespace genostat
