@@ -1,0 +1,126 @@
+// The tables of GENOSTAT /PRINT.
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "entry/geno_job_settings.h"
+#include "entry/texts.h"
+#include "host/output.h"
+#include "host/procedure.h"
+#include "jobs/geno_stat_algo_manager.h"
+
+namespace {
+
+namespace texts = genostat::texts;
+
+using Texts = std::vector<std::string>;
+
+constexpr int kTextCell = 1;
+constexpr int kMinColumnWidth = 100;
+constexpr int kMaxColumnWidth = 700;
+constexpr int kCellWidth = 10;
+constexpr int kCellDecimals = 4;
+
+// The host's generator, with where its output goes and whose it is.
+struct OutputGenerator {
+  OutputGenerator(StatJSONConverter& outputConverter, const GenoJobSettings& jobRecord)
+      : generator(texts::kProcedureName, ""), converter(&outputConverter), job(jobRecord) {}
+
+  StatJSONGenerator generator;
+  StatJSONConverter* converter;
+  const GenoJobSettings& job;
+};
+
+Cell textCell(Table* table, const std::string& text) {
+  Cell cell(table, kTextCell);
+  cell.setValue(text);
+  return cell;
+}
+
+const std::string& entryOrEmpty(const Texts& entries, std::size_t index) {
+  static const std::string empty;
+  return index < entries.size() ? entries[index] : empty;
+}
+
+// Adds a table of texts. Labels and columns may differ in number; what is missing is left empty.
+void addTextTable(StatJSONGenerator& generator, const std::string& title, const Texts& columnLabels,
+                  const Texts& rowLabels, const std::vector<Texts>& columns) {
+  const std::unique_ptr<Table> table(new (std::nothrow) Table(&generator, title));
+  if (!table) return;
+  table->set_table_title(title);
+  table->hide_title(false);
+  table->set_min_data_column_width(kMinColumnWidth);
+  table->set_max_data_column_width(kMaxColumnWidth);
+  table->set_default_cell_format(ZORV_Format::FORMAT_NUMBER, kCellWidth, kCellDecimals);
+
+  const std::unique_ptr<Descendants> rows(new (std::nothrow) Descendants(table.get()));
+  const std::unique_ptr<Descendants> headers(new (std::nothrow) Descendants(table.get()));
+  const std::unique_ptr<Cells> cells(new (std::nothrow) Cells(table.get()));
+  if (!rows || !headers || !cells) return;
+  rows->setLabel("  ");
+  rows->setShowLabel(false);
+  for (const std::string& label : columnLabels) {
+    headers->addCell(textCell(table.get(), label));
+  }
+
+  std::size_t rowCount = 0;
+  for (const Texts& column : columns) {
+    rowCount = std::max(rowCount, column.size());
+  }
+  for (std::size_t row = 0; row < rowCount; ++row) {
+    rows->addCell(textCell(table.get(), entryOrEmpty(rowLabels, row)));
+  }
+  for (std::size_t row = 0; row < rowCount; ++row) {
+    std::vector<Cell> values;
+    for (const Texts& column : columns) {
+      values.push_back(textCell(table.get(), entryOrEmpty(column, row)));
+    }
+    cells->addCells(values);
+  }
+
+  const Dimension dimension(table.get(), rows.get(), headers.get());
+  table->set_dimensions(&dimension);
+  table->set_cells(cells.get());
+  table->addTableToProcedureJSON();
+}
+
+}  // namespace
+
+void GenoStatAlgoManager::postOutputToDisplay(GenoJobSettings* settings, BpProcedure* procedure) {
+  if (settings == nullptr) return;
+  ProcedureDataSource dataSource;
+  const auto specs = std::make_unique<ACAVarValidSpecs>(true, true, true);
+  const OPSCommonOutput commonOutput(specs.get(), &dataSource, procedure, nullptr);
+  StatJSONConverter converter(procedure);
+  OutputGenerator output(converter, *settings);
+
+  addTextTable(output.generator, getLocalizedString(texts::kSummary), {getLocalizedString(texts::kCount)},
+               {getLocalizedString(texts::kSamples), getLocalizedString(texts::kVariables)},
+               {{std::to_string(settings->sampleCount()), std::to_string(settings->variableCount())}});
+
+  generateMessageString(*settings);
+  const Texts rowLabels = {getLocalizedString(texts::kMessage), getLocalizedString(texts::kDataset)};
+  // One empty column label for each row label, although the values form one column.
+  const Texts columnLabels(rowLabels.size());
+  const std::string dataset =
+      settings->sampleCount() < 1 ? getLocalizedString(texts::kNone) : settings->jobName();
+  addTextTable(output.generator, getLocalizedString(texts::kDetails), columnLabels, rowLabels,
+               {{getLocalizedString(settings->messageText()), dataset}});
+
+  if (output.converter != nullptr) output.converter->generateOutput(output.generator.getProcedureStatJSON());
+}
+
+void GenoStatAlgoManager::generateMessageString(GenoJobSettings& settings) {
+  const std::int32_t code = settings.messageCode();
+  if (code == genostat::message_code::kResults) {
+    settings.setMessageText(getLocalizedString(texts::kValid) + std::to_string(settings.sampleCount()) + " " +
+                            getLocalizedString(texts::kFilesDetected));
+  } else if (code == genostat::message_code::kNoResults) {
+    settings.setMessageText(getLocalizedString(texts::kError) + getLocalizedString(texts::kGenericError));
+  } else {
+    const std::uint32_t exitCode = static_cast<std::uint32_t>(code) - genostat::message_code::kFailureBase;
+    settings.setMessageText(getErrorMessageTemplate(static_cast<std::int32_t>(exitCode)));
+  }
+}
