@@ -124,7 +124,7 @@ class ParamObj {
 
   std::string name_;
   UPSpecTypes::ParamSpec spec_ = UPSpecTypes::PARAM_SWITCH;
-  std::vector<std::string> texts_;       // literals, names or keywords
+  std::vector<std::string> texts_;  // literals, names or keywords
   std::vector<double> numbers_;
   std::shared_ptr<ParamObj> qualifier_;  // for a qualified keyword
 };
