@@ -59,9 +59,9 @@ class ParamDescriptor {
  private:
   std::string name_;
   UPSpecTypes::ParamSpec spec_;
-  bool wordValue_;
+  [[maybe_unused]] bool wordValue_;
   bool takesValue_;
-  UPSpecTypes::BracketOptions brackets_;
+  [[maybe_unused]] UPSpecTypes::BracketOptions brackets_;
   std::vector<std::string> stringValues_;
   std::vector<ParamDescriptor> qualifiers_;
 };
@@ -78,9 +78,9 @@ class SubComDescriptor {
 
  private:
   std::string name_;
-  UPSpecTypes::SubComSpec spec_;
-  bool flag1_;
-  bool flag2_;
+  [[maybe_unused]] UPSpecTypes::SubComSpec spec_;
+  [[maybe_unused]] bool flag1_;
+  [[maybe_unused]] bool flag2_;
   std::vector<ParamDescriptor> params_;
 };
 
@@ -135,6 +135,7 @@ class SubComObj {
   ParamObj* getParamObj(const std::string& name) const;
 
  private:
+  friend class CommandSpec;
   friend class UniversalParser;
 
   std::string name_;

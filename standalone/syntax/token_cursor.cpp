@@ -65,13 +65,12 @@ double TokenCursor::expectNumber(std::string_view what) {
 
 std::int32_t TokenCursor::expectInteger(std::string_view what) {
   const Token& token = peek();
+  if (token.number != std::trunc(token.number)) failExpected(what);
   const double number = expectNumber(what);
-  if (number != std::trunc(number)) fail("expected " + std::string(what) + ", a whole number", token);
   using Limits = std::numeric_limits<std::int32_t>;
   if (number < Limits::min() || number > Limits::max()) {
-    fail("the number " + token.text + " is too large", token,
-         "expected a whole number from " + std::to_string(Limits::min()) + " to " +
-             std::to_string(Limits::max()));
+    fail("the number " + token.text + " is out of range", token,
+         "expected a number from " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()));
   }
   return static_cast<std::int32_t>(number);
 }

@@ -46,7 +46,7 @@ class TokenCursor {
   std::string expectName(std::string_view what);
   std::string expectString(std::string_view what);
   double expectNumber(std::string_view what);
-  // A whole number of 32 bits.
+  // A whole number of 32 bits. `what` says that it is one: "a whole number for FIRSTCASE".
   std::int32_t expectInteger(std::string_view what);
   void expectEnd();
 

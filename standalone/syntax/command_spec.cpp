@@ -1,0 +1,80 @@
+// What a parsed command says, read back. A getter answers only for the kinds of parameter
+// that hold such a value, so that a mistaken call shows as a failure and not as an empty value.
+#include "host/syntax_parser.h"
+#include "standalone/syntax/keyword.h"
+
+using enum UPSpecTypes::ParamSpec;
+
+namespace {
+
+template <typename T>
+bool getFirst(bool kindFits, const std::vector<T>& values, T& target) {
+  if (!kindFits || values.empty()) return false;
+  target = values.front();
+  return true;
+}
+
+template <typename T>
+bool getAll(bool kindFits, const std::vector<T>& values, std::vector<T>& target) {
+  if (kindFits) target = values;
+  return kindFits;
+}
+
+}  // namespace
+
+bool ParamObj::getLiteral(std::string& value) const {
+  return getFirst(spec_ == PARAM_LITERAL, texts_, value);
+}
+
+bool ParamObj::getLiteralList(std::vector<std::string>& values) const {
+  return getAll(spec_ == PARAM_LITERAL_LIST, texts_, values);
+}
+
+bool ParamObj::getStringGeneric(std::string& value) const {
+  return getFirst(spec_ == PARAM_NAMES || spec_ == PARAM_QUALIFIER_VALUE, texts_, value);
+}
+
+bool ParamObj::getUpStringGeneric(std::string& value) const {
+  if (!getStringGeneric(value)) return false;
+  value = genostat::standalone::toUpperAscii(value);
+  return true;
+}
+
+bool ParamObj::getStringList(std::vector<std::string>& values) const {
+  return getAll(spec_ == PARAM_NAMES, texts_, values);
+}
+
+bool ParamObj::getNumberValue(double& value) const {
+  return getFirst(spec_ == PARAM_NUMBER || spec_ == PARAM_INTEGER, numbers_, value);
+}
+
+bool ParamObj::getNumberList(std::vector<double>& values) const {
+  return getAll(spec_ == PARAM_NUMBER_LIST, numbers_, values);
+}
+
+bool ParamObj::getIntegerValue(std::int32_t& value) const {
+  double number = 0;
+  if (!getFirst(spec_ == PARAM_INTEGER, numbers_, number)) return false;
+  value = static_cast<std::int32_t>(number);  // the parser let only 32-bit integers through
+  return true;
+}
+
+bool ParamObj::getStringAndQual(ParamObj& qualifier) const {
+  if (!qualifier_) return false;
+  qualifier = *qualifier_;
+  return true;
+}
+
+ParamObj* SubComObj::getParamObj(const std::string& name) const {
+  for (const auto& param : params_) {
+    if (param->getParamName() == name) return param.get();
+  }
+  return nullptr;
+}
+
+SubComObj* CommandSpec::getSubComObj(const std::string& name) const {
+  for (const auto& subcommand : subcommands_) {
+    if (subcommand->name_ == name) return subcommand.get();
+  }
+  return nullptr;
+}
