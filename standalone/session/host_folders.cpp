@@ -1,0 +1,61 @@
+#include "standalone/session/host_folders.h"
+
+#include <string>
+#include <utility>
+
+#include "host/path_service.h"
+#include "platform/program.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr int kInstallationFolder = 3;
+
+class InstallationFinder : public PathFinder {
+ public:
+  const std::string& path() override { return path_; }
+  void set(const std::filesystem::path& folder) {
+    // An empty last component makes a path end in a separator.
+    path_ = folder.empty() ? std::string() : platform::pathToNarrow(folder / "");
+  }
+
+ private:
+  std::string path_;
+};
+
+struct State {
+  HostFolders folders;
+  std::string temporaryNarrow;
+  InstallationFinder installation;
+};
+
+State& state() {
+  // Never destroyed: a module's thread may still ask while the program ends.
+  static State* const kept = new State;
+  return *kept;
+}
+
+}  // namespace
+
+void setHostFolders(HostFolders folders) {
+  State& kept = state();
+  kept.folders = std::move(folders);
+  kept.temporaryNarrow = platform::pathToNarrow(kept.folders.temporary);
+  kept.installation.set(kept.folders.installation);
+}
+
+const HostFolders& hostFolders() {
+  return state().folders;
+}
+
+}  // namespace genostat::standalone
+
+PathFinder* PathFactory::getPathInstance(int kind) {
+  namespace standalone = genostat::standalone;
+  return kind == standalone::kInstallationFolder ? &standalone::state().installation : nullptr;
+}
+
+const char* GetZorvTempPath() {
+  return genostat::standalone::state().temporaryNarrow.c_str();
+}
