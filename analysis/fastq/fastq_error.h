@@ -1,0 +1,21 @@
+// A FASTQ file that breaks the rules, and where.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace genostat::analysis {
+
+// what() reads "record 3, line 12: the quality has 24 characters, the sequence 25", without the file's
+// name; for a file without any record it is the bare sentence.
+class FastqError : public std::runtime_error {
+ public:
+  explicit FastqError(const std::string& sentence) : std::runtime_error(sentence) {}
+
+  // Records and lines are counted from 1.
+  FastqError(std::uint64_t record, std::uint64_t line, const std::string& sentence)
+      : FastqError("record " + std::to_string(record) + ", line " + std::to_string(line) + ": " + sentence) {}
+};
+
+}  // namespace genostat::analysis

@@ -1,0 +1,44 @@
+#include "analysis/fastq/file_source.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <ios>
+#include <system_error>
+
+namespace genostat::analysis {
+
+FileSource::FileSource(const std::filesystem::path& path) {
+  // Callers read large blocks: a buffer in between would only copy.
+  file_.pubsetbuf(nullptr, 0);
+  errno = 0;
+  if (file_.open(path, std::ios::in | std::ios::binary) == nullptr) {
+    throw std::system_error(errno, std::generic_category());
+  }
+}
+
+bool FileSource::startsWith(std::string_view magic) {
+  const std::size_t known = head_.size();
+  if (known < magic.size()) {
+    head_.resize(magic.size());
+    head_.resize(known + readFile(std::span(head_).subspan(known)));
+  }
+  return head_.starts_with(magic);
+}
+
+std::size_t FileSource::read(std::span<char> into) {
+  if (head_.empty()) return readFile(into);
+  const std::size_t size = std::min(head_.size(), into.size());
+  std::copy_n(head_.begin(), size, into.begin());
+  head_.erase(0, size);
+  return size;
+}
+
+std::size_t FileSource::readFile(std::span<char> into) {
+  try {
+    return static_cast<std::size_t>(file_.sgetn(into.data(), static_cast<std::streamsize>(into.size())));
+  } catch (const std::ios_base::failure& failure) {
+    throw SourceError("reading the file failed: " + failure.code().message());
+  }
+}
+
+}  // namespace genostat::analysis

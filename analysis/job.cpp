@@ -1,0 +1,178 @@
+#include "analysis/job.h"
+
+#include <algorithm>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <new>
+#include <optional>
+#include <system_error>
+
+#include "analysis/fastq/file_source.h"
+#include "analysis/fastq/gzip_source.h"
+#include "analysis/fastq/record_reader.h"
+#include "analysis/report/error_details.h"
+#include "analysis/report/output_file.h"
+#include "analysis/request/request.h"
+#include "analysis/utf8.h"
+#include "platform/program.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+std::unique_ptr<ByteSource> openSample(const Sample& sample) {
+  auto file = std::make_unique<FileSource>(sample.path);
+  if (!file->startsWith(GzipSource::kMagic)) return file;
+  return std::make_unique<GzipSource>(std::move(file));
+}
+
+Failure openFailure(const Sample& sample, const std::error_code& reason) {
+  const std::string sentence = sample.givenPath + ": " + reason.message();
+  if (reason == std::errc::no_such_file_or_directory) {
+    return {ExitCode::FileNotFound, sample.givenPath, sentence};
+  }
+  if (reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted) {
+    return {ExitCode::PermissionDenied, sample.givenPath, sentence};
+  }
+  return {ExitCode::General, sample.givenPath, sentence};
+}
+
+// The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
+std::filesystem::path pathFromRequest(const std::string& bytes) {
+  return isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
+}
+
+// Runs a step that writes to `target`; a failure of it becomes one of the output.
+void writeOutput(const std::filesystem::path& target, const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const std::runtime_error& error) {
+    const std::string path = platform::pathToUtf8(target);
+    throw Failure(ExitCode::OutputFailed, path, path + ": writing failed: " + error.what());
+  }
+}
+
+// Measures the samples and writes the result file.
+void analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
+                 AdapterKind adapter) {
+  // An impossible output is told before hours of reading. The trial file does not stay: a job that is
+  // killed while it reads leaves nothing behind.
+  writeOutput(target, [&] { OutputFile trial(target); });
+  const std::string csv = resultCsv(analyseSamples(samples, adapter));
+  writeOutput(target, [&] { writeFile(target, csv); });
+}
+
+// Runs a whole job; `tell` gets its failure.
+ExitCode runGuarded(const std::function<void()>& job, const std::function<void(const Failure&)>& tell) {
+  const auto fail = [&](const Failure& failure) {
+    tell(failure);
+    return failure.code();
+  };
+  try {
+    job();
+    return ExitCode::Success;
+  } catch (const Failure& failure) {
+    return fail(failure);
+  } catch (const std::bad_alloc&) {
+    return fail({ExitCode::OutOfMemory, "the request", "not enough memory"});
+  } catch (const std::exception& error) {
+    return fail({ExitCode::General, {}, error.what()});
+  }
+}
+
+void writeErrorDetails(const std::string& csvPath, const Failure& failure) {
+  try {
+    writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure));
+  } catch (const std::exception&) {
+    // Where the result cannot be written, this file usually cannot either; exit code and standard error
+    // remain.
+  }
+}
+
+Adapter adapterFromOption(std::string_view option) {
+  std::string upper(option);
+  std::transform(upper.begin(), upper.end(), upper.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  const std::optional<AdapterKind> kind = adapterKindFromName(upper);
+  if (kind && *kind != AdapterKind::Custom) return {*kind, {}};
+  return customAdapter(option);
+}
+
+}  // namespace
+
+SampleResult analyseSample(const Sample& sample) {
+  try {
+    const std::unique_ptr<ByteSource> source = openSample(sample);
+    RecordReader reader(*source);
+    SampleMetrics metrics;
+    for (std::span<const Record> batch = reader.next(); !batch.empty(); batch = reader.next()) {
+      metrics.add(batch);
+    }
+    return metrics.result();
+  } catch (const std::system_error& error) {
+    throw openFailure(sample, error.code());
+  } catch (const FastqError& error) {
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.fileName + ": " + error.what());
+  } catch (const SourceError& error) {
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.fileName + ": " + error.what());
+  } catch (const std::bad_alloc&) {
+    throw Failure(ExitCode::OutOfMemory, sample.fileName, sample.fileName + ": not enough memory");
+  }
+}
+
+std::vector<ResultRow> analyseSamples(const std::vector<Sample>& samples, AdapterKind adapter) {
+  std::vector<ResultRow> rows;
+  for (const Sample& sample : samples) {
+    rows.push_back({sample.name, adapter, analyseSample(sample)});
+  }
+  return rows;
+}
+
+ExitCode runRequest(std::string_view payload) {
+  std::optional<std::string> csvPath;
+  return runGuarded(
+      [&] {
+        csvPath = csvPathOfRequest(payload);
+        if (csvPath) {
+          // An old one would be taken for this job's.
+          std::error_code ignored;
+          std::filesystem::remove(pathFromRequest(errorDetailsPath(*csvPath)), ignored);
+        }
+        const Request request = parseRequest(payload);
+        const std::vector<Sample> samples =
+            request.folder ? samplesOfFolder(*request.folder) : samplesOfFiles(request.files);
+        analyseInto(pathFromRequest(request.csvPath), samples, request.adapter.kind);
+      },
+      [&](const Failure& failure) {
+        printFailure(failure);
+        if (csvPath) writeErrorDetails(*csvPath, failure);
+      });
+}
+
+ExitCode runQc(const QcOptions& options) {
+  return runGuarded(
+      [&] {
+        const Adapter adapter = adapterFromOption(options.adapter);
+        const std::vector<Sample> samples = samplesOfPaths(options.paths);
+        if (!options.output.empty()) {
+          analyseInto(platform::pathFromUtf8(options.output), samples, adapter.kind);
+          return;
+        }
+        std::cout << resultCsv(analyseSamples(samples, adapter.kind)) << std::flush;
+        if (!std::cout) {
+          throw Failure(ExitCode::OutputFailed, "standard output", "standard output: writing failed");
+        }
+      },
+      printFailure);
+}
+
+void printFailure(const Failure& failure) {
+  std::string line = failure.what();
+  // A line break can only come from a name.
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  std::cerr << "genostat-analysis: error: " + line + "\n" << std::flush;
+}
+
+}  // namespace genostat::analysis

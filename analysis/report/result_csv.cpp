@@ -1,0 +1,99 @@
+#include "analysis/report/result_csv.h"
+
+#include <array>
+#include <optional>
+
+#include "analysis/report/number_text.h"
+#include "analysis/utf8.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+constexpr int kDecimals = 4;
+
+struct Column {
+  const char* name;
+  std::string (*text)(const ResultRow&);
+};
+
+std::string nothing(const ResultRow&) {
+  return {};
+}
+
+std::string decimals(std::optional<double> value) {
+  return value ? fixedText(*value, kDecimals) : std::string();
+}
+
+std::string lengthRange(const LengthSummary& lengths) {
+  std::string text = integerText(lengths.shortest);
+  if (lengths.longest != lengths.shortest) text.append("-").append(integerText(lengths.longest));
+  return text;
+}
+
+// Readers find the columns by number as well as by name: neither order nor names may change.
+constexpr std::array kColumns = {
+    Column{"Sample", [](const ResultRow& row) { return repairedUtf8(row.sample); }},
+    Column{"Adapter_Type", [](const ResultRow& row) { return std::string(adapterKindName(row.adapter)); }},
+    Column{"Total_Sequences", [](const ResultRow& row) { return integerText(row.result.lengths.reads); }},
+    Column{"Total_Bases", [](const ResultRow& row) { return integerText(row.result.lengths.bases); }},
+    Column{"Sequence_length", [](const ResultRow& row) { return lengthRange(row.result.lengths); }},
+    Column{"GC", [](const ResultRow& row) { return decimals(row.result.bases.gcPercent()); }},
+    Column{"total_deduplicated_percentage", nothing},
+    Column{"avg_sequence_length", [](const ResultRow& row) { return decimals(row.result.lengths.mean); }},
+    Column{"median_sequence_length",
+           [](const ResultRow& row) { return shortestText(row.result.lengths.median); }},
+    Column{"basic_statistics", nothing},
+    Column{"per_base_sequence_quality", nothing},
+    Column{"per_sequence_quality_scores", nothing},
+    Column{"per_base_sequence_content", nothing},
+    Column{"per_sequence_gc_content", nothing},
+    Column{"per_base_n_content", nothing},
+    Column{"sequence_length_distribution", nothing},
+    Column{"sequence_duplication_levels", nothing},
+    Column{"overrepresented_sequences", nothing},
+    Column{"adapter_content", nothing},
+    Column{"per_tile_sequence_quality", nothing},
+    Column{"qc_score", nothing},
+    Column{"median_phred_first_10bp", nothing},
+    Column{"median_phred_last_10bp", nothing},
+    Column{"mean_phred_all_reads",
+           [](const ResultRow& row) { return decimals(row.result.qualities.meanPhred()); }},
+    Column{"low_complexity_percentage", nothing},
+    Column{"unexpected_bases_percentage", nothing},
+    Column{"overrepresented_seq_count", nothing},
+};
+static_assert(kColumns.size() == 27);
+
+// One line, each field made by `text` from its column.
+template <typename FieldText>
+void appendLine(std::string& csv, FieldText text) {
+  for (std::size_t i = 0; i < kColumns.size(); ++i) {
+    if (i > 0) csv += ',';
+    csv += csvField(text(kColumns[i]));
+  }
+  csv += '\n';
+}
+
+}  // namespace
+
+std::string csvField(std::string_view text) {
+  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
+  std::string field = "\"";
+  for (const char c : text) {
+    if (c == '"') field += '"';
+    field += c;
+  }
+  return field + '"';
+}
+
+std::string resultCsv(const std::vector<ResultRow>& rows) {
+  std::string csv;
+  appendLine(csv, [](const Column& column) { return std::string(column.name); });
+  for (const ResultRow& row : rows) {
+    appendLine(csv, [&](const Column& column) { return column.text(row); });
+  }
+  return csv;
+}
+
+}  // namespace genostat::analysis

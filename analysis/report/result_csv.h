@@ -1,0 +1,25 @@
+// The result table as CSV: UTF-8, commas, line feeds, a header line, one line per sample.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "analysis/metrics/sample_metrics.h"
+#include "analysis/request/adapter.h"
+
+namespace genostat::analysis {
+
+struct ResultRow {
+  std::string sample;  // its name
+  AdapterKind adapter = AdapterKind::None;
+  SampleResult result;
+};
+
+// The whole text. Its 27 columns are always there; one that has no value for a sample is empty.
+std::string resultCsv(const std::vector<ResultRow>& rows);
+
+// A field as it stands in a CSV line: in double quotes when it holds a comma, a quote or a line break.
+std::string csvField(std::string_view text);
+
+}  // namespace genostat::analysis

@@ -1,0 +1,138 @@
+#include "analysis/request/samples.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <system_error>
+
+#include "analysis/failure.h"
+#include "platform/program.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array<std::string_view, 2> kFastqEndings = {".fastq", ".fq"};
+
+std::string lowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lower;
+}
+
+std::string_view withoutGzipEnding(std::string_view lowerName) {
+  if (lowerName.ends_with(".gz")) lowerName.remove_suffix(3);
+  return lowerName;
+}
+
+bool hasFastqEnding(std::string_view fileName) {
+  const std::string lower = lowerCase(fileName);
+  return std::any_of(kFastqEndings.begin(), kFastqEndings.end(),
+                     [&](std::string_view ending) { return withoutGzipEnding(lower).ends_with(ending); });
+}
+
+// What stands at a path, links followed. `kind` is the word for messages: "file" or "folder".
+fs::file_status statusOf(const fs::path& path, const std::string& givenPath, const std::string& kind) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) {
+    throw Failure(ExitCode::FileNotFound, givenPath, givenPath + ": no such " + kind);
+  }
+  if (error == std::errc::permission_denied) {
+    throw Failure(ExitCode::PermissionDenied, givenPath, givenPath + ": permission denied");
+  }
+  if (!fs::status_known(status)) {
+    throw Failure(ExitCode::General, givenPath, givenPath + ": " + error.message());
+  }
+  return status;
+}
+
+Sample makeSample(fs::path path, std::string givenPath) {
+  std::string fileName = platform::pathToUtf8(path.filename());
+  std::string name = sampleName(fileName);
+  return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name)};
+}
+
+}  // namespace
+
+std::string sampleName(std::string_view fileName) {
+  const std::string lower = lowerCase(fileName);
+  std::string_view rest = withoutGzipEnding(lower);
+  for (const std::string_view ending : kFastqEndings) {
+    if (rest.ends_with(ending)) {
+      rest.remove_suffix(ending.size());
+      break;
+    }
+  }
+  return std::string(rest.empty() ? fileName : fileName.substr(0, rest.size()));
+}
+
+Sample sampleOfFile(const std::string& path) {
+  Sample sample = makeSample(platform::pathFromUtf8(path), path);
+  const fs::file_status status = statusOf(sample.path, path, "file");
+  if (fs::is_directory(status)) {
+    throw Failure(ExitCode::InvalidFastq, path, path + ": this is a folder, not a FASTQ file");
+  }
+  // Opening a pipe that nobody writes to would wait for ever.
+  if (!fs::is_regular_file(status)) {
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, path + ": this is not a regular file");
+  }
+  return sample;
+}
+
+std::vector<Sample> samplesOfFolder(const std::string& folder) {
+  const fs::path path = platform::pathFromUtf8(folder);
+  if (folder.empty()) throw Failure(ExitCode::NoFastqFiles, {}, "no FASTQ files and no folder were given");
+  if (!fs::is_directory(statusOf(path, folder, "folder"))) {
+    throw Failure(ExitCode::FileNotFound, folder, folder + ": this is not a folder");
+  }
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
+    std::string name = platform::pathToUtf8(entry->path().filename());
+    std::error_code unknown;
+    if (hasFastqEnding(name) && !entry->is_directory(unknown)) names.push_back(std::move(name));
+  }
+  if (error) {
+    const bool denied = error == std::errc::permission_denied;
+    throw Failure(denied ? ExitCode::PermissionDenied : ExitCode::General, folder,
+                  folder + ": " + (denied ? "permission denied" : error.message()));
+  }
+  if (names.empty()) {
+    throw Failure(ExitCode::NoFastqFiles, folder,
+                  folder + ": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
+  }
+  std::sort(names.begin(), names.end());
+  std::vector<Sample> samples;
+  for (const std::string& name : names) {
+    samples.push_back(sampleOfFile(platform::pathToUtf8(path / platform::pathFromUtf8(name))));
+  }
+  return samples;
+}
+
+std::vector<Sample> samplesOfFiles(const std::vector<std::string>& paths) {
+  if (paths.empty()) throw Failure(ExitCode::NoFastqFiles, {}, "the list of FASTQ files is empty");
+  std::vector<Sample> samples;
+  std::transform(paths.begin(), paths.end(), std::back_inserter(samples), sampleOfFile);
+  return samples;
+}
+
+std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
+  std::vector<Sample> samples;
+  for (const std::string& path : paths) {
+    std::error_code unknown;
+    if (fs::is_directory(platform::pathFromUtf8(path), unknown)) {
+      std::vector<Sample> found = samplesOfFolder(path);
+      std::move(found.begin(), found.end(), std::back_inserter(samples));
+    } else {
+      samples.push_back(sampleOfFile(path));
+    }
+  }
+  return samples;
+}
+
+}  // namespace genostat::analysis

@@ -1,0 +1,36 @@
+// From paths to samples: one FASTQ file is one sample.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace genostat::analysis {
+
+struct Sample {
+  std::filesystem::path path;
+  std::string givenPath;  // UTF-8, as messages name it
+  std::string fileName;   // UTF-8, without folder
+  std::string name;       // the file name without .gz, .fastq, .fq
+};
+
+// The file name without .gz and then without .fastq or .fq, endings in any case. A name that
+// would become empty is kept.
+std::string sampleName(std::string_view fileName);
+
+// One listed file, UTF-8. Throws a Failure when it is missing (FileNotFound), is hidden by
+// permissions (PermissionDenied) or is not a regular file (InvalidFastq).
+Sample sampleOfFile(const std::string& path);
+
+// The files of a folder that end in .fastq, .fq, .fastq.gz or .fq.gz (any case), in byte order
+// of their names; folders are skipped. Throws a Failure: FileNotFound, PermissionDenied, NoFastqFiles.
+std::vector<Sample> samplesOfFolder(const std::string& folder);
+
+// Listed files, in order. Throws as sampleOfFile, and NoFastqFiles for an empty list.
+std::vector<Sample> samplesOfFiles(const std::vector<std::string>& paths);
+
+// Files and folders in any mix, in the order given. Throws as the functions above.
+std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths);
+
+}  // namespace genostat::analysis
