@@ -16,6 +16,7 @@ struct Column {
 
   std::string name;
   Type type = Type::String;
+  int decimals = 0;  // numeric: as many as the values have, or as the variable's format says
   std::vector<double> numbers;
   std::vector<std::string> texts;
 };
@@ -39,7 +40,9 @@ class DatasetStore {
   // Names the active dataset; another of that name (without regard to case) is closed.
   // Throws CommandError when none is active.
   void nameActive(const std::string& name);
-  // Both throw CommandError for an unknown name.
+  // Leaves none active; closes an active one without a name, which nothing could reach any more.
+  void deactivate();
+  // Both throw CommandError for an unknown name. After closing the active one none is active.
   void activate(std::string_view name);
   void close(std::string_view name);
   void closeAll();
@@ -47,6 +50,9 @@ class DatasetStore {
   const std::vector<std::unique_ptr<Dataset>>& all() const { return datasets_; }
 
  private:
+  Dataset& named(std::string_view name) const;
+  void remove(const Dataset* dataset);
+
   std::vector<std::unique_ptr<Dataset>> datasets_;
   Dataset* active_ = nullptr;
 };

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "standalone/syntax/command.h"
 
@@ -13,9 +14,14 @@ namespace genostat::standalone {
 class DatasetStore;
 class OutputDocument;
 
-// Settings that PRESERVE keeps and RESTORE brings back.
-struct Settings {
-  char decimal = '.';
+// What PRESERVE keeps and RESTORE brings back.
+struct SettingValues {
+  char decimal = '.';  // the decimal sign of numbers in data files; output always has a dot
+};
+
+// The settings in force, and those preserved, the latest last.
+struct Settings : SettingValues {
+  std::vector<SettingValues> preserved;
 };
 
 // Borrowed for the run of one command, on the command thread.

@@ -1,0 +1,140 @@
+#include "standalone/data/text_import.h"
+
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+namespace genostat::standalone {
+
+namespace {
+
+// Lines with another number of values than there are columns.
+struct RaggedLines {
+  std::size_t count = 0;
+  std::size_t firstLine = 0;
+  std::size_t firstValues = 0;
+
+  void add(std::size_t line, std::size_t values) {
+    if (count++ > 0) return;
+    firstLine = line;
+    firstValues = values;
+  }
+
+  std::string warning(std::size_t columns, const char* consequence) const {
+    const std::string values = std::to_string(firstValues) + (firstValues == 1 ? " value" : " values");
+    std::string text = "line " + std::to_string(firstLine) + " has " + values + " for " +
+                       std::to_string(columns) + (columns == 1 ? " variable; " : " variables; ") +
+                       consequence;
+    if (count > 1) text += " (" + std::to_string(count) + " such lines)";
+    return text;
+  }
+};
+
+std::ifstream openFile(const std::filesystem::path& file) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) throw ImportError("it is a folder");
+  errno = 0;
+  std::ifstream input(file, std::ios::binary);
+  if (!input) {
+    const int code = errno;
+    throw ImportError("it cannot be opened" +
+                      (code != 0 ? ": " + std::generic_category().message(code) : std::string()));
+  }
+  return input;
+}
+
+// One reading of the file: hands each case's fields to the loaders that want them.
+class ImportPass {
+ public:
+  ImportPass(const ImportRequest& request, const std::vector<ColumnLoader*>& loaders)
+      : columnCount_(loaders.size()) {
+    std::ifstream input = openFile(request.file);
+    RecordReader reader(input, request.format);
+    for (std::size_t record = 1; reader.next(); ++record) {
+      empty_ = false;
+      if (record >= request.firstCase && !reader.isBlankLine()) addCase(reader, loaders);
+    }
+  }
+
+  bool fileIsEmpty() const { return empty_; }
+  std::size_t caseCount() const { return caseCount_; }
+
+  void appendWarnings(std::vector<std::string>& warnings) const {
+    if (caseCount_ == 0) warnings.emplace_back("it holds no cases");
+    if (short_.count > 0) warnings.push_back(short_.warning(columnCount_, "the others are missing"));
+    if (long_.count > 0) warnings.push_back(long_.warning(columnCount_, "the values beyond are left out"));
+  }
+
+ private:
+  void addCase(const RecordReader& reader, const std::vector<ColumnLoader*>& loaders) {
+    const std::span<const std::string_view> fields = reader.fields();
+    for (std::size_t i = 0; i < loaders.size(); ++i) {
+      if (loaders[i] != nullptr)
+        loaders[i]->add(i < fields.size() ? fields[i] : std::string_view(), reader.line());
+    }
+    if (fields.size() < columnCount_) short_.add(reader.line(), fields.size());
+    if (fields.size() > columnCount_) long_.add(reader.line(), fields.size());
+    ++caseCount_;
+  }
+
+  std::size_t columnCount_;
+  bool empty_ = true;
+  std::size_t caseCount_ = 0;
+  RaggedLines short_;
+  RaggedLines long_;
+};
+
+// Null stands for a column that is not to be read.
+std::vector<ColumnLoader*> pointersTo(std::vector<std::optional<ColumnLoader>>& loaders) {
+  std::vector<ColumnLoader*> pointers;
+  for (std::optional<ColumnLoader>& loader : loaders) {
+    pointers.push_back(loader ? &*loader : nullptr);
+  }
+  return pointers;
+}
+
+// Reads the columns again whose texts were given up for numbers.
+void reload(const ImportRequest& request, std::size_t caseCount,
+            std::vector<std::optional<ColumnLoader>>& loaders) {
+  std::vector<std::optional<ColumnLoader>> again(loaders.size());
+  bool any = false;
+  for (std::size_t i = 0; i < loaders.size(); ++i) {
+    if (loaders[i]->isNumeric(request.percentage) || !loaders[i]->needsReload()) continue;
+    ImportColumn asText{request.columns[i].name, ImportColumn::Kind::String, {}, 0};
+    again[i].emplace(asText, request.decimal);
+    loaders[i].reset();  // before the second reading, so that memory never holds both
+    any = true;
+  }
+  if (!any) return;
+  const ImportPass pass(request, pointersTo(again));
+  if (pass.caseCount() != caseCount) throw ImportError("it was changed while it was read");
+  for (std::size_t i = 0; i < loaders.size(); ++i) {
+    if (again[i]) loaders[i] = std::move(again[i]);
+  }
+}
+
+}  // namespace
+
+ImportResult importText(const ImportRequest& request) {
+  std::vector<std::optional<ColumnLoader>> loaders;
+  for (const ImportColumn& column : request.columns) {
+    loaders.emplace_back(ColumnLoader(column, request.decimal));
+  }
+  ImportResult result;
+  const ImportPass pass(request, pointersTo(loaders));
+  if (pass.fileIsEmpty()) throw ImportError("it is empty");
+  pass.appendWarnings(result.warnings);
+  reload(request, pass.caseCount(), loaders);
+
+  result.dataset.caseCount = pass.caseCount();
+  for (std::optional<ColumnLoader>& loader : loaders) {
+    const bool numeric = loader->isNumeric(request.percentage);
+    std::string note = loader->note(numeric);
+    if (!note.empty()) result.warnings.push_back(std::move(note));
+    result.dataset.columns.push_back(loader->take(numeric));
+  }
+  return result;
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,21 @@
+// The commands of this room, for its registry. Each throws CommandError to fail.
+#pragma once
+
+#include "standalone/session/command_context.h"
+
+namespace genostat::standalone {
+
+void runPreserve(CommandContext& context);
+void runRestore(CommandContext& context);
+void runSet(CommandContext& context);
+
+void runGetData(CommandContext& context);
+void runCacheOrExecute(CommandContext& context);
+
+void runDatasetName(CommandContext& context);
+void runDatasetActivate(CommandContext& context);
+void runDatasetClose(CommandContext& context);
+
+void runDescriptives(CommandContext& context);
+
+}  // namespace genostat::standalone

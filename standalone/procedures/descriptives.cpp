@@ -1,0 +1,198 @@
+// DESCRIPTIVES: moments of numeric variables.
+//
+//   DESCRIPTIVES [VARIABLES=] list
+//     [/STATISTICS=[DEFAULT] [ALL] [MEAN] [SEMEAN] [STDDEV] [VARIANCE] [RANGE] [MINIMUM] [MAXIMUM]
+//                  [SUM] [SKEWNESS] [KURTOSIS]]
+//     [/MISSING=VARIABLE|LISTWISE].
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+#include "standalone/output/output_document.h"
+#include "standalone/procedures/commands.h"
+#include "standalone/procedures/variable_list.h"
+#include "standalone/statistics/moments.h"
+#include "standalone/syntax/keyword.h"
+#include "standalone/syntax/token_cursor.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// In the order of the table's columns.
+enum Statistic : std::size_t {
+  Range,
+  Minimum,
+  Maximum,
+  Sum,
+  Mean,
+  MeanError,
+  Deviation,
+  Variance,
+  Skewness,
+  Kurtosis,
+  StatisticCount
+};
+using Statistics = std::bitset<StatisticCount>;
+
+constexpr std::size_t kDefaultKeyword = StatisticCount;
+constexpr std::size_t kAllKeyword = StatisticCount + 1;
+constexpr std::array<std::string_view, StatisticCount + 2> kKeywords = {
+    "RANGE",  "MINIMUM",  "MAXIMUM",  "SUM",      "MEAN",    "SEMEAN",
+    "STDDEV", "VARIANCE", "SKEWNESS", "KURTOSIS", "DEFAULT", "ALL"};
+
+Statistics defaultStatistics() {
+  Statistics statistics;
+  for (const Statistic statistic : {Mean, Deviation, Minimum, Maximum}) {
+    statistics.set(statistic);
+  }
+  return statistics;
+}
+
+struct Request {
+  std::vector<const Column*> variables;
+  Statistics statistics = defaultStatistics();
+  bool listwise = false;
+};
+
+Statistics parseStatistics(TokenCursor& cursor) {
+  Statistics statistics;
+  while (!cursor.atSubcommandEnd()) {
+    const std::size_t keyword = cursor.expectKeyword(kKeywords, "statistic");
+    if (keyword == kAllKeyword) {
+      statistics.set();
+    } else if (keyword == kDefaultKeyword) {
+      statistics |= defaultStatistics();
+    } else {
+      statistics.set(keyword);
+    }
+  }
+  return statistics.none() ? defaultStatistics() : statistics;
+}
+
+Request parseRequest(CommandContext& context, const Dataset& dataset) {
+  enum Subcommand : std::size_t { VariablesSubcommand, StatisticsSubcommand, MissingSubcommand };
+  static constexpr std::array<std::string_view, 3> kSubcommands = {"VARIABLES", "STATISTICS", "MISSING"};
+  static constexpr std::array<std::string_view, 2> kMissing = {"VARIABLE", "LISTWISE"};
+  TokenCursor cursor(context.command);
+  const Token& name = cursor.next();
+  Request request;
+  // The list may stand right behind the command's name.
+  const Token& first = cursor.peek();
+  const bool bareList = first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands);
+  if (bareList) request.variables = parseNumericVariables(context, dataset, cursor);
+  while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
+    if (*subcommand == VariablesSubcommand) {
+      if (!request.variables.empty()) TokenCursor::fail("the variables are listed twice", cursor.peek());
+      request.variables = parseNumericVariables(context, dataset, cursor);
+    } else if (*subcommand == StatisticsSubcommand) {
+      request.statistics = parseStatistics(cursor);
+    } else {
+      request.listwise = cursor.expectKeyword(kMissing) == 1;
+    }
+  }
+  if (request.variables.empty()) TokenCursor::fail("DESCRIPTIVES names no variable", name);
+  return request;
+}
+
+// [case]: no variable of the list is missing.
+std::vector<bool> completeCases(const Request& request, std::size_t caseCount) {
+  std::vector<bool> complete(caseCount, true);
+  for (const Column* column : request.variables) {
+    for (std::size_t i = 0; i < caseCount; ++i) {
+      if (std::isnan(column->numbers[i])) complete[i] = false;
+    }
+  }
+  return complete;
+}
+
+std::vector<double> valuesOf(const Column& column, const std::vector<bool>& complete) {
+  std::vector<double> values = column.numbers;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (!complete[i]) values[i] = std::numeric_limits<double>::quiet_NaN();
+  }
+  return values;
+}
+
+struct Shown {
+  std::string_view label;
+  std::optional<double> Moments::*value;
+  std::optional<double> Moments::*error;  // a standard error beside it, or null
+  int extraDecimals;                      // beyond the variable's own
+  bool ownDecimals;                       // false: decimals do not depend on the variable
+};
+
+constexpr std::array<Shown, StatisticCount> kShown = {{
+    {"Range", &Moments::range, nullptr, 0, true},
+    {"Minimum", &Moments::minimum, nullptr, 0, true},
+    {"Maximum", &Moments::maximum, nullptr, 0, true},
+    {"Sum", &Moments::sum, nullptr, 0, true},
+    {"Mean", &Moments::mean, nullptr, 2, true},
+    {"Std. Error of Mean", &Moments::meanError, nullptr, 3, true},
+    {"Std. Deviation", &Moments::standardDeviation, nullptr, 3, true},
+    {"Variance", &Moments::variance, nullptr, 3, true},
+    {"Skewness", &Moments::skewness, &Moments::skewnessError, 3, false},
+    {"Kurtosis", &Moments::kurtosis, &Moments::kurtosisError, 3, false},
+}};
+
+// Values computed from data show a little more than the data do, but no forest of digits.
+int decimalsFor(const Shown& shown, const Column& column) {
+  constexpr int kMostOwnDecimals = 4;
+  constexpr int kMostDecimals = 5;
+  if (!shown.ownDecimals) return shown.extraDecimals;
+  return std::min(std::min(column.decimals, kMostOwnDecimals) + shown.extraDecimals, kMostDecimals);
+}
+
+CellValue toCell(const std::optional<double>& value, int decimals) {
+  if (!value) return {};
+  return {*value, {decimals, true}};
+}
+
+std::vector<Category> columnLabels(const Statistics& statistics) {
+  std::vector<Category> labels = {{"N", {}}};
+  for (std::size_t i = 0; i < StatisticCount; ++i) {
+    if (!statistics.test(i)) continue;
+    labels.push_back({std::string(kShown[i].label), {}});
+    if (kShown[i].error != nullptr) labels.back().children = {{"Statistic", {}}, {"Std. Error", {}}};
+  }
+  return labels;
+}
+
+PivotTable buildTable(const Request& request, std::size_t caseCount) {
+  const std::vector<bool> complete = completeCases(request, caseCount);
+  PivotTable table;
+  table.title = "Descriptive Statistics";
+  table.columns = columnLabels(request.statistics);
+  for (const Column* column : request.variables) {
+    const Moments moments =
+        request.listwise ? computeMoments(valuesOf(*column, complete)) : computeMoments(column->numbers);
+    table.rows.push_back({column->name, {}});
+    std::vector<CellValue>& cells = table.cells.emplace_back();
+    cells.push_back({static_cast<double>(moments.count), {}});
+    for (std::size_t i = 0; i < StatisticCount; ++i) {
+      if (!request.statistics.test(i)) continue;
+      const int decimals = decimalsFor(kShown[i], *column);
+      cells.push_back(toCell(moments.*kShown[i].value, decimals));
+      if (kShown[i].error != nullptr) cells.push_back(toCell(moments.*kShown[i].error, decimals));
+    }
+  }
+  table.rows.push_back({"Valid N (listwise)", {}});
+  const auto valid = std::ranges::count(complete, true);
+  table.cells.push_back({{static_cast<double>(valid), {}}});
+  return table;
+}
+
+}  // namespace
+
+void runDescriptives(CommandContext& context) {
+  const Dataset& dataset = requireActiveDataset(context);
+  const Request request = parseRequest(context, dataset);
+  context.output.addTable("DESCRIPTIVES", buildTable(request, dataset.caseCount));
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,249 @@
+// GET DATA /TYPE=TXT: reads a delimited text file into a new active dataset.
+//
+//   GET DATA /TYPE=TXT /FILE='name' [/ENCODING='UTF8'] [/DELIMITERS=","] [/QUALIFIER='"']
+//     [/ARRANGEMENT=DELIMITED] [/FIRSTCASE=1] [/DATATYPEMIN PERCENTAGE=95.0]
+//     /VARIABLES=name AUTO|Fw.d|Aw ... [/MAP].
+//
+// From its first token on no earlier dataset is active: when the import fails, the commands
+// that were written for it must not fall upon another dataset.
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/program.h"
+#include "standalone/data/dataset.h"
+#include "standalone/data/text_import.h"
+#include "standalone/output/output_document.h"
+#include "standalone/procedures/commands.h"
+#include "standalone/procedures/imported_data.h"
+#include "standalone/syntax/keyword.h"
+#include "standalone/syntax/token_cursor.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr std::size_t kMostWarnings = 20;
+
+enum Subcommand : std::size_t {
+  Type,
+  File,
+  Encoding,
+  Delimiters,
+  Qualifier,
+  Arrangement,
+  FirstCase,
+  DataTypeMin,
+  Variables,
+  Map,
+  SubcommandCount
+};
+
+constexpr std::array<std::string_view, 10> kSubcommands = {
+    "TYPE",        "FILE",      "ENCODING",    "DELIMITERS", "QUALIFIER",
+    "ARRANGEMENT", "FIRSTCASE", "DATATYPEMIN", "VARIABLES",  "MAP"};
+static_assert(kSubcommands.size() == SubcommandCount);
+
+bool isDigits(std::string_view text) {
+  return !text.empty() && text.size() <= 5 && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// AUTO, Fw, Fw.d, A or Aw.
+ImportColumn parseColumn(TokenCursor& cursor) {
+  ImportColumn column;
+  column.name = cursor.expectName("the name of a variable");
+  const Token& token = cursor.peek();
+  const std::string type = toUpperAscii(cursor.expectName("the type of " + column.name));
+  if (type == "AUTO") return column;
+  const std::string_view width = std::string_view(type).substr(1, type.find('.') - 1);
+  if (type.front() == 'A' && (type.size() == 1 || (isDigits(width) && width.size() + 1 == type.size()))) {
+    column.kind = ImportColumn::Kind::String;
+    if (!width.empty()) column.longestText = std::stoul(std::string(width));
+    return column;
+  }
+  const std::size_t point = type.find('.');
+  const std::string decimals = point == std::string::npos ? "0" : type.substr(point + 1);
+  if (type.front() == 'F' && isDigits(width) && isDigits(decimals)) {
+    column.kind = ImportColumn::Kind::Numeric;
+    column.decimals = std::stoi(decimals);
+    return column;
+  }
+  TokenCursor::fail("unknown type " + quoteForMessage(token.text) + " of " + column.name, token,
+                    "expected AUTO, a number format such as F8.2, or a text format such as A20");
+}
+
+std::vector<ImportColumn> parseVariables(TokenCursor& cursor) {
+  std::vector<ImportColumn> columns;
+  std::set<std::string> names;
+  while (!cursor.atSubcommandEnd()) {
+    const Token& name = cursor.peek();
+    columns.push_back(parseColumn(cursor));
+    if (!names.insert(toUpperAscii(columns.back().name)).second) {
+      TokenCursor::fail("the variable " + quoteForMessage(columns.back().name) + " is named twice", name);
+    }
+  }
+  if (columns.empty()) cursor.failExpected("the name of a variable");
+  return columns;
+}
+
+bool isPlainCharacter(char c) {
+  return static_cast<unsigned char>(c) < 0x80 && c != '\n' && c != '\r' && c != '\0';
+}
+
+std::string parseDelimiters(TokenCursor& cursor) {
+  const Token& token = cursor.peek();
+  const std::string text = cursor.expectString("the delimiters");
+  std::string delimiters;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool escape = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == 't' || text[i + 1] == '\\');
+    if (escape) ++i;
+    delimiters += escape && text[i] == 't' ? '\t' : text[i];
+    if (!isPlainCharacter(text[i]))
+      TokenCursor::fail("a delimiter is one ASCII character, or \\t for a tab", token);
+  }
+  if (delimiters.empty()) TokenCursor::fail("the delimiters are empty", token);
+  return delimiters;
+}
+
+std::optional<char> parseQualifier(TokenCursor& cursor) {
+  const Token& token = cursor.peek();
+  const std::string text = cursor.expectString("the qualifier");
+  if (text.empty()) return std::nullopt;
+  if (text.size() != 1 || !isPlainCharacter(text[0])) {
+    TokenCursor::fail("the qualifier is one ASCII character, or empty for none", token);
+  }
+  return text[0];
+}
+
+void parseEncoding(TokenCursor& cursor) {
+  const Token& token = cursor.peek();
+  const std::string encoding = toUpperAscii(cursor.expectString("the encoding"));
+  if (encoding != "UTF8" && encoding != "UTF-8") {
+    TokenCursor::fail("the encoding " + quoteForMessage(token.text) + " is not supported", token,
+                      "expected 'UTF8'");
+  }
+}
+
+std::size_t parseFirstCase(TokenCursor& cursor) {
+  const Token& token = cursor.peek();
+  const std::int32_t line = cursor.expectInteger("the line of the first case");
+  if (line < 1) TokenCursor::fail("the lines of a file count from 1", token);
+  return static_cast<std::size_t>(line);
+}
+
+double parsePercentage(TokenCursor& cursor) {
+  static constexpr std::array<std::string_view, 1> kKeywords = {"PERCENTAGE"};
+  cursor.expectKeyword(kKeywords);
+  cursor.expectSymbol('=');
+  const Token& token = cursor.peek();
+  const double percentage = cursor.expectNumber("a percentage");
+  if (percentage < 0 || percentage > 100) TokenCursor::fail("a percentage lies between 0 and 100", token);
+  return percentage;
+}
+
+// Generated syntax carries paths in the system's narrow encoding, people write UTF-8.
+std::filesystem::path resolveFile(const std::string& text) {
+  const std::filesystem::path path = platform::pathFromUtf8(text);
+  std::error_code ignored;
+  if (std::filesystem::exists(path, ignored)) return path;
+  const std::filesystem::path narrow = platform::pathFromNarrow(text);
+  return std::filesystem::exists(narrow, ignored) ? narrow : path;
+}
+
+struct ParsedGetData {
+  ImportRequest request;
+  Token file;
+};
+
+ParsedGetData parseGetData(const Command& command) {
+  static constexpr std::array<std::string_view, 1> kTypes = {"TXT"};
+  static constexpr std::array<std::string_view, 1> kArrangements = {"DELIMITED"};
+  TokenCursor cursor(command);
+  const Token& get = cursor.next();
+  cursor.next();
+  ParsedGetData parsed;
+  ImportRequest& request = parsed.request;
+  std::bitset<SubcommandCount> seen;
+  while (true) {
+    const Token& keyword = cursor.peek(cursor.peek().isSymbol('/') ? 1 : 0);
+    const auto subcommand = cursor.nextSubcommand(kSubcommands);
+    if (!subcommand) break;
+    if (seen.test(*subcommand)) {
+      TokenCursor::fail("/" + std::string(kSubcommands[*subcommand]) + " is given twice", keyword);
+    }
+    seen.set(*subcommand);
+    switch (*subcommand) {
+      case Type:
+        cursor.expectKeyword(kTypes, "type of file");
+        break;
+      case File:
+        parsed.file = cursor.peek();
+        request.file = resolveFile(cursor.expectString("the name of a file"));
+        break;
+      case Encoding:
+        parseEncoding(cursor);
+        break;
+      case Delimiters:
+        request.format.delimiters = parseDelimiters(cursor);
+        break;
+      case Qualifier:
+        request.format.qualifier = parseQualifier(cursor);
+        break;
+      case Arrangement:
+        cursor.expectKeyword(kArrangements, "arrangement");
+        break;
+      case FirstCase:
+        request.firstCase = parseFirstCase(cursor);
+        break;
+      case DataTypeMin:
+        request.percentage = parsePercentage(cursor);
+        break;
+      case Variables:
+        request.columns = parseVariables(cursor);
+        break;
+      default:
+        break;
+    }
+  }
+  for (const Subcommand required : {Type, File, Variables}) {
+    if (!seen.test(required))
+      TokenCursor::fail("GET DATA needs /" + std::string(kSubcommands[required]), get);
+  }
+  return parsed;
+}
+
+void showWarnings(CommandContext& context, const std::string& file,
+                  const std::vector<std::string>& warnings) {
+  const auto warn = [&](const std::string& text) {
+    context.warn({Diagnostic::Severity::Warning, file + ": " + text, {}, {}});
+  };
+  for (std::size_t i = 0; i < std::min(warnings.size(), kMostWarnings); ++i) {
+    warn(warnings[i]);
+  }
+  if (warnings.size() > kMostWarnings)
+    warn(std::to_string(warnings.size() - kMostWarnings) + " more warnings");
+}
+
+}  // namespace
+
+void runGetData(CommandContext& context) {
+  context.datasets.deactivate();
+  ParsedGetData parsed = parseGetData(context.command);
+  parsed.request.decimal = context.settings.decimal;
+  ImportResult result;
+  try {
+    result = importText(parsed.request);
+  } catch (const ImportError& error) {
+    TokenCursor::fail("cannot import " + quoteForMessage(parsed.file.text) + ": " + error.what(),
+                      parsed.file);
+  }
+  showWarnings(context, parsed.file.text, result.warnings);
+  const Dataset& dataset = context.datasets.add(std::move(result.dataset));
+  context.output.addTable("GET DATA", importedDataTable(dataset, parsed.file.text));
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,58 @@
+#include "standalone/procedures/imported_data.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "standalone/output/utf8.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr std::size_t kShownCases = 4;
+constexpr std::size_t kShownCharacters = 60;
+constexpr int kMostDecimals = 6;
+
+// The table is a glance at the data, not the data.
+std::string shorten(const std::string& text) {
+  std::size_t end = 0;
+  for (std::size_t count = 0; end < text.size() && count < kShownCharacters; ++count) {
+    end += codePointAt(text, end).size;
+  }
+  return end < text.size() ? text.substr(0, end) + "..." : text;
+}
+
+CellValue valueOf(const Column& column, std::size_t row) {
+  if (column.type == Column::Type::String) return {shorten(column.texts[row]), {}};
+  if (std::isnan(column.numbers[row])) return {};
+  return {column.numbers[row], {std::min(column.decimals, kMostDecimals), true}};
+}
+
+std::string counted(std::size_t count, const std::string& singular) {
+  return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+PivotTable importedDataTable(const Dataset& dataset, const std::string& fileName) {
+  const std::size_t cases = std::min(dataset.caseCount, kShownCases);
+  PivotTable table;
+  table.title = "Imported Data";
+  table.columns.push_back({"Type", {}});
+  for (std::size_t row = 0; row < cases; ++row) {
+    table.columns.push_back({"Case " + std::to_string(row + 1), {}});
+  }
+  for (const Column& column : dataset.columns) {
+    table.rows.push_back({column.name, {}});
+    std::vector<CellValue>& cells = table.cells.emplace_back();
+    cells.push_back({std::string(column.type == Column::Type::Numeric ? "Numeric" : "String"), {}});
+    for (std::size_t row = 0; row < cases; ++row) {
+      cells.push_back(valueOf(column, row));
+    }
+  }
+  table.footnotes.push_back(counted(dataset.caseCount, "case") + ", " +
+                            counted(dataset.columns.size(), "variable") + ", from " + fileName);
+  return table;
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,102 @@
+#include "standalone/procedures/variable_list.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
+  const Token& token = cursor.peek();
+  const std::string name = cursor.expectName("the name of a variable");
+  if (const Column* column = dataset.find(name)) return *column;
+  std::vector<std::string_view> names;
+  for (const Column& column : dataset.columns) {
+    names.push_back(column.name);
+  }
+  const auto nearest = nearestKeyword(name, names);
+  TokenCursor::fail("the dataset has no variable " + quoteForMessage(name), token,
+                    nearest ? "did you mean " + std::string(*nearest) + "?" : std::string());
+}
+
+// Collects variables, each once.
+class Selection {
+ public:
+  void add(const Column& column, bool named) {
+    if (column.type == Column::Type::Numeric) {
+      if (std::ranges::find(numeric_, &column) == numeric_.end()) numeric_.push_back(&column);
+    } else if (named && std::ranges::find(strings_, &column) == strings_.end()) {
+      strings_.push_back(&column);
+    }
+  }
+
+  const std::vector<const Column*>& numeric() const { return numeric_; }
+  bool hasStrings() const { return !strings_.empty(); }
+
+  std::string stringsWarning() const {
+    std::string names;
+    for (const Column* column : strings_) {
+      names += (names.empty() ? "" : ", ") + column->name;
+    }
+    return (strings_.size() == 1 ? "a string variable is left out: " : "string variables are left out: ") +
+           names;
+  }
+
+ private:
+  std::vector<const Column*> numeric_;
+  std::vector<const Column*> strings_;
+};
+
+// `first`, or `first TO last` in the dataset's order.
+void addVariables(const Dataset& dataset, TokenCursor& cursor, Selection& selection) {
+  const Column* first = &expectVariable(dataset, cursor);
+  const Column* last = first;
+  if (cursor.peek().kind == Token::Kind::Word && equalsIgnoreCase(cursor.peek().text, "TO")) {
+    cursor.next();
+    const Token& token = cursor.peek();
+    last = &expectVariable(dataset, cursor);
+    if (last < first)
+      TokenCursor::fail(last->name + " stands before " + first->name + " in the dataset", token);
+  }
+  for (const Column* column = first; column <= last; ++column) {
+    selection.add(*column, true);
+  }
+}
+
+}  // namespace
+
+const Dataset& requireActiveDataset(const CommandContext& context) {
+  if (const Dataset* dataset = context.datasets.active()) return *dataset;
+  TokenCursor::fail("no dataset is active", context.command.tokens.front());
+}
+
+std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
+                                                 TokenCursor& cursor) {
+  const Token& begin = cursor.peek();
+  if (cursor.atSubcommandEnd()) TokenCursor::fail("the list names no variable", begin);
+  Selection selection;
+  while (!cursor.atSubcommandEnd()) {
+    const Token& token = cursor.peek();
+    // A variable of that name goes before the keyword.
+    if (token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, "ALL") &&
+        dataset.find("ALL") == nullptr) {
+      cursor.next();
+      for (const Column& column : dataset.columns) {
+        selection.add(column, false);
+      }
+      continue;
+    }
+    addVariables(dataset, cursor, selection);
+  }
+  if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
+  if (selection.hasStrings()) {
+    context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), begin.range, {}});
+  }
+  return selection.numeric();
+}
+
+}  // namespace genostat::standalone

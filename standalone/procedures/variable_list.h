@@ -1,0 +1,21 @@
+// Lists of variables in commands: names, `first TO last`, ALL.
+#pragma once
+
+#include <vector>
+
+#include "standalone/data/dataset.h"
+#include "standalone/session/command_context.h"
+#include "standalone/syntax/token_cursor.h"
+
+namespace genostat::standalone {
+
+// The active dataset; throws CommandError at the command's name when there is none.
+const Dataset& requireActiveDataset(const CommandContext& context);
+
+// The numeric variables of the list that stands at the cursor, up to the subcommand's end, each
+// once. String variables are left out with a warning, silently where ALL names them. Throws
+// CommandError for an unknown variable, an empty list, and a list without a numeric variable.
+std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
+                                                 TokenCursor& cursor);
+
+}  // namespace genostat::standalone
