@@ -76,7 +76,7 @@ class GenoStatAlgoManager {
   // Tests make managers of their own, since there is only one instance.
   friend class GenoStatAlgoManagerTestPeer;
 
-  GenoStatAlgoManager() = default;
+  GenoStatAlgoManager();
 
   // The text for a key in the user's language; the key itself while there is no string table.
   std::string getLocalizedString(const std::string& key) const;

@@ -22,6 +22,9 @@ GenoStatAlgoManager* getGenoManagerInstance() {
   return GenoStatAlgoManager::getManagerInstance();
 }
 
+// Here, where the type of the process member is complete.
+GenoStatAlgoManager::GenoStatAlgoManager() = default;
+
 GenoStatAlgoManager::~GenoStatAlgoManager() noexcept(false) {
   {
     const std::lock_guard lock(queueMutex_);

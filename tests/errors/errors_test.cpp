@@ -1,0 +1,70 @@
+// Messages of failed analyses and their details files.
+#include "errors/error_details.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+
+#include "errors/error_templates.h"
+#include "run/paths.h"
+#include "tests/support/temporary_folder.h"
+
+namespace genostat {
+namespace {
+
+TEST(ErrorTemplates, CoverEveryCode) {
+  const auto text = [](std::int32_t code) {
+    return std::string(errorTemplate(code).key) + errorTemplate(code).placeholder;
+  };
+  EXPECT_EQ(text(0), "");
+  EXPECT_EQ(text(2), "File not found:{{FILE_PATH}}");
+  EXPECT_EQ(text(3), "Invalid JSON configuration");
+  EXPECT_EQ(text(5), "Error processing FASTQ file{{FILE_NAME}}");
+  EXPECT_EQ(text(13), "Invalid command line arguments");
+  for (const std::int32_t code : {14, 255, -1, std::numeric_limits<std::int32_t>::min()}) {
+    EXPECT_EQ(text(code), "Unknown error occurred") << code;
+  }
+}
+
+TEST(ErrorDetails, AreReadOnceAndFillPlaceholders) {
+  const test::TemporaryFolder folder;
+  const std::string result = folder.narrow("7.csv");
+  const std::string details = folder.narrow("7.error");
+  EXPECT_EQ(errorDetailsPath(result), details);
+  EXPECT_EQ(errorDetailsPath("C:\\run.2\\out"), "C:\\run.error");
+  EXPECT_EQ(errorDetailsPath("out"), "out.error");
+
+  std::ofstream(details) << R"({"FILE_PATH":"a.fq","N":3,"LOOP":"<{{LOOP}}{{FILE_PATH}}>"})";
+  testing::internal::CaptureStdout();
+  const rapidjson::Document document = readErrorDetails(result);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "\n  file :{\"FILE_PATH\":\"a.fq\",\"N\":3,\"LOOP\":\"<{{LOOP}}{{FILE_PATH}}>\"}");
+  EXPECT_FALSE(fileExists(details));
+
+  EXPECT_EQ(replacePlaceholders("File not found:{{FILE_PATH}} {{FILE_PATH}} {{N}}", document),
+            "File not found:a.fq a.fq {{N}}");
+  // What a value brings in is searched for later members only.
+  EXPECT_EQ(replacePlaceholders("{{LOOP}}{{LOOP}}", document),
+            "<{{LOOP}}{{FILE_PATH}}><{{LOOP}}{{FILE_PATH}}>");
+
+  testing::internal::CaptureStdout();
+  const rapidjson::Document missing = readErrorDetails(result);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\n Error file not found");
+  EXPECT_EQ(replacePlaceholders("{{FILE_PATH}}", missing), "{{FILE_PATH}}");
+}
+
+TEST(ErrorDetails, SurviveWhatIsNotTheirForm) {
+  const test::TemporaryFolder folder;
+  for (const std::string& content :
+       {std::string("{\"FILE"), std::string("[\"x\"]"), std::string(200'000, '[')}) {
+    std::ofstream(folder.narrow("8.error")) << content;
+    testing::internal::CaptureStdout();
+    const rapidjson::Document document = readErrorDetails(folder.narrow("8.csv"));
+    testing::internal::GetCapturedStdout();
+    EXPECT_EQ(replacePlaceholders("{{FILE_PATH}}", document), "{{FILE_PATH}}") << content.substr(0, 10);
+  }
+}
+
+}  // namespace
+}  // namespace genostat

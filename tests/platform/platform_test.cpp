@@ -1,0 +1,78 @@
+// Child processes and their trees, on the real system.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+#include <thread>
+
+#include "platform/files.h"
+#include "platform/process.h"
+#include "run/launch_command.h"
+#include "tests/support/test_host.h"
+
+namespace genostat {
+namespace {
+
+std::unique_ptr<platform::ChildProcess> start(const test::TestHost& host) {
+  const std::string base = host.home().string() + platform::kPathSeparator;
+  return platform::ChildProcess::start(
+      launchCommand(base + "statisticspython3", base + "genostat.pyc", "e30="));
+}
+
+TEST(ChildProcess, GivesItsExitCodeAndKeepsItsId) {
+  test::TestHost host;
+  for (const int code : {0, 1, 77, 255}) {
+    host.plan("exit " + std::to_string(code));
+    const auto process = start(host);
+    ASSERT_TRUE(process);
+    EXPECT_GT(process->id(), 0);
+    EXPECT_EQ(process->wait(), static_cast<std::uint32_t>(code));
+    EXPECT_EQ(process->wait(), static_cast<std::uint32_t>(code)) << "its end stays known";
+    // Ending the dead process again must reach nobody else.
+    platform::killProcessTree(process->id());
+  }
+  host.removeLauncher();
+  EXPECT_FALSE(start(host));
+}
+
+TEST(ChildProcess, StartsWithQuotesBlanksAndBytesInItsArguments) {
+  test::TestHost host;
+  host.plan("record\nexit 0");
+  const std::string base = host.home().string() + platform::kPathSeparator;
+  const auto process = platform::ChildProcess::start(
+      launchCommand(base + "statisticspython3", base + "my script.pyc", "QUJD/+=="));
+  ASSERT_TRUE(process);
+  EXPECT_EQ(process->wait(), 0u);
+  std::ifstream file(host.home() / "arguments.txt");
+  std::string line;
+  std::getline(file, line);
+  EXPECT_EQ(line.substr(0, line.rfind('|')), "2|" + base + "my script.pyc|QUJD/+==");
+}
+
+TEST(KillProcessTree, EndsEveryGenerationAndWakesTheWaiter) {
+  test::TestHost host;
+  host.plan("child\nbeat");
+  const auto process = start(host);
+  ASSERT_TRUE(process);
+  std::uint32_t exitCode = 0;
+  std::thread waiter([&] { exitCode = process->wait(); });
+  for (int i = 0; i < 3000 && host.beats().first < 3; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_EQ(host.beats().first, 3u);
+  EXPECT_TRUE(platform::killProcessTree(process->id()));
+  waiter.join();
+  EXPECT_NE(exitCode, 0u);
+  EXPECT_TRUE(host.beatsStop());
+}
+
+TEST(KillProcessTree, TakesNoIdForEverybody) {
+  // On POSIX systems -1 stands for every process, 0 for the own group.
+  for (const std::int32_t id : {0, -1, -2, std::numeric_limits<std::int32_t>::min()}) {
+    EXPECT_FALSE(platform::killProcessTree(id)) << id;
+  }
+  EXPECT_FALSE(platform::killProcessTree(std::numeric_limits<std::int32_t>::max())) << "nobody has this id";
+}
+
+}  // namespace
+}  // namespace genostat

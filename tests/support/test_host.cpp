@@ -1,0 +1,129 @@
+#include "tests/support/test_host.h"
+
+#include <chrono>
+#include <fstream>
+#include <thread>
+
+#include "entry/genostat.h"
+#include "host/message_bus.h"
+#include "platform/process.h"
+#include "standalone/session/current_adapter.h"
+#include "standalone/session/current_scope.h"
+#include "standalone/session/host_folders.h"
+#include "standalone/session/job_metadata.h"
+#include "standalone/syntax/command.h"
+
+namespace genostat::test {
+
+namespace fs = std::filesystem;
+
+void RecordingAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg* message) {
+  std::string text;
+  {
+    const std::lock_guard lock(mutex_);
+    if (messageId == ZorvwMsgStartGenomicProcessing::kMessageId) {
+      const auto& start = dynamic_cast<const ZorvwMsgStartGenomicProcessing&>(*message);
+      text = "start " + start.jobName + (start.started ? " running" : " queued");
+    } else {
+      const auto& end = dynamic_cast<const ZorvwMsgEndGenomicProcessing&>(*message);
+      text = "end " + end.jobName + " [" + end.message + "]";
+      lastEndFields =
+          end.csvFilePath + "|" + std::to_string(end.workbookId) + "|" + std::to_string(end.paragraphId);
+      ++ends_;
+    }
+    messages_.push_back(text);
+    changed_.notify_all();
+  }
+  if (onMessage) onMessage(text);
+}
+
+std::vector<std::string> RecordingAdapter::messages() const {
+  const std::lock_guard lock(mutex_);
+  return messages_;
+}
+
+bool RecordingAdapter::waitForEnds(std::size_t count) const {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, std::chrono::seconds(30), [&] { return ends_ >= count; });
+}
+
+std::size_t RecordingAdapter::ends() const {
+  const std::lock_guard lock(mutex_);
+  return ends_;
+}
+
+TestHost::TestHost() : home_(folder_.path() / "home"), temp_(folder_.path() / "temp") {
+  fs::create_directory(home_);
+  fs::create_directory(temp_);
+  standalone::setHostFolders({temp_, home_, {}});
+  standalone::setCurrentAdapter(&adapter);
+  const std::string stub = platform::pathToNarrow(platform::programFolder() / "analysis_stub");
+  const fs::path launcher = home_ / (std::string("statisticspython3") + platform::kLauncherSuffix);
+  // Each system reads its own form; the other's file would only be missing its suffix.
+  const bool batch = std::string(platform::kLauncherSuffix) == ".bat";
+  std::ofstream(launcher, std::ios::binary)
+      << (batch ? "@\"" + stub + ".exe\" %*\r\n@exit /b %ERRORLEVEL%\r\n"
+                : "#!/bin/sh\n\"" + stub + "\" \"$@\"\nexit $?\n");
+  fs::permissions(launcher, fs::perms::owner_all);
+}
+
+TestHost::~TestHost() {
+  standalone::setCurrentAdapter(nullptr);
+}
+
+void TestHost::plan(const std::string& steps) {
+  std::ofstream(home_ / "plan.txt", std::ios::binary) << steps << '\n';
+}
+
+void TestHost::signal(const std::string& name) {
+  std::ofstream(home_ / name) << '\n';
+}
+
+void TestHost::removeLauncher() {
+  fs::remove(home_ / (std::string("statisticspython3") + platform::kLauncherSuffix));
+}
+
+std::pair<std::size_t, std::uintmax_t> TestHost::beats() const {
+  std::pair<std::size_t, std::uintmax_t> sum = {0, 0};
+  for (const fs::directory_entry& entry : fs::directory_iterator(home_)) {
+    if (!entry.path().filename().string().starts_with("beat_")) continue;
+    ++sum.first;
+    sum.second += entry.file_size();
+  }
+  return sum;
+}
+
+bool TestHost::beatsStop() const {
+  // A process that lives beats every 10 ms, so 500 ms of silence are the end.
+  for (int i = 0; i < 20; ++i) {
+    const auto before = beats();
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    if (beats() == before) return true;
+  }
+  return false;
+}
+
+std::vector<std::string> TestHost::temporaryFiles() const {
+  std::vector<std::string> names;
+  for (const fs::directory_entry& entry : fs::directory_iterator(temp_)) {
+    names.push_back(entry.path().filename().string());
+  }
+  return names;
+}
+
+std::string TestHost::run(const std::string& syntax, standalone::OutputDocument* output) {
+  std::string errors;
+  const standalone::SessionScope session(
+      {nullptr, output,
+       [&errors](const standalone::Diagnostic& diagnostic) { errors += diagnostic.message + '\n'; }});
+  const auto source = std::make_shared<standalone::SourceText>(standalone::SourceText{"test", syntax});
+  int paragraph = 0;
+  for (const auto& item : standalone::scanCommands(source).items) {
+    const standalone::CommandScope scope(item.command);
+    standalone::setJobMetadata(1, ++paragraph);
+    GENOSTAT();
+  }
+  return errors;
+}
+
+}  // namespace genostat::test
