@@ -10,8 +10,12 @@ std::atomic<ZORV_Adapter*> currentAdapter{nullptr};
 
 namespace genostat::standalone {
 
-void setCurrentAdapter(ZORV_Adapter* adapter) { currentAdapter.store(adapter); }
+void setCurrentAdapter(ZORV_Adapter* adapter) {
+  currentAdapter.store(adapter);
+}
 
 }  // namespace genostat::standalone
 
-ZORV_Adapter* GetAdapter() { return currentAdapter.load(); }
+ZORV_Adapter* GetAdapter() {
+  return currentAdapter.load();
+}

@@ -1,0 +1,110 @@
+#include "standalone/console/batch_run.h"
+
+#include <atomic>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "platform/program.h"
+#include "standalone/console/console_view.h"
+#include "standalone/console/exit_status.h"
+#include "standalone/session/session.h"
+#include "standalone/session/text_file.h"
+
+namespace genostat::console {
+
+namespace {
+
+using std::filesystem::path;
+
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// The interrupt handler keeps it until the program ends.
+struct BatchRun {
+  explicit BatchRun(OutputFormat format) : view(format) {}
+
+  ConsoleView view;
+  std::optional<standalone::Session> session;
+  std::atomic<bool> sessionReady{false};
+
+  void interrupt() {
+    if (!sessionReady) platform::exitNow(kInterrupted);
+    session->interrupt();
+  }
+};
+
+path absolutePath(const std::string& utf8) {
+  if (utf8.empty()) return {};
+  const path given = platform::pathFromUtf8(utf8);
+  std::error_code error;
+  path absolute = std::filesystem::absolute(given, error);
+  return error ? given : absolute.lexically_normal();
+}
+
+// The system's choice even when there is no such folder, so that an error can name it.
+path systemTemporaryFolder() {
+  try {
+    return std::filesystem::temp_directory_path();
+  } catch (const std::filesystem::filesystem_error& error) {
+    return error.path1();
+  }
+}
+
+standalone::SessionOptions sessionOptions(const RunOptions& options) {
+  standalone::SessionOptions session;
+  session.moduleFolder = platform::programFolder();
+  session.folders.temporary = absolutePath(options.temporaryFolder);
+  if (session.folders.temporary.empty()) session.folders.temporary = systemTemporaryFolder();
+  session.folders.installation = absolutePath(options.homeFolder);
+  if (session.folders.installation.empty()) session.folders.installation = session.moduleFolder;
+  session.folders.strings = absolutePath(options.stringsFolder);
+  std::error_code ignored;
+  if (!options.stringsFolder.empty() && !std::filesystem::is_directory(session.folders.strings, ignored)) {
+    throw UsageError("the folder of string tables \"" + options.stringsFolder + "\" does not exist");
+  }
+  session.interactive = !options.commandLineMode;
+  session.eventsFile = absolutePath(options.eventsFile);
+  session.csvFolder = absolutePath(options.csvFolder);
+  return session;
+}
+
+standalone::SourcePtr readSyntax(const std::string& file) {
+  const bool fromStream = file == "-";
+  const std::string name = fromStream ? "<stdin>" : file;
+  standalone::TextFile text = fromStream ? standalone::readTextStream(std::cin, name)
+                                         : standalone::readTextFile(platform::pathFromUtf8(file));
+  if (!text.error.empty()) throw UsageError(text.error);
+  return std::make_shared<const standalone::SourceText>(standalone::SourceText{name, std::move(text.text)});
+}
+
+}  // namespace
+
+int runBatch(const RunOptions& options) {
+  const auto run = std::make_shared<BatchRun>(options.output);
+  platform::onInterrupt([run] { run->interrupt(); });
+  const auto refuse = [&run](const char* message, int status) {
+    run->view.showNotice(std::string("error: ") + message);
+    return status;
+  };
+  try {
+    const standalone::SourcePtr syntax = readSyntax(options.file);
+    run->session.emplace(sessionOptions(options), run->view, run->view.document());
+    run->sessionReady = true;
+    run->session->run(syntax);
+  } catch (const UsageError& error) {
+    return refuse(error.what(), kUsageError);
+  } catch (const standalone::ModuleError& error) {
+    return refuse(error.what(), kFailure);
+  }
+  run->session->finishJobs();
+  const bool succeeded = run->session->close();
+  const bool written = run->view.finish();
+  return succeeded && written ? kSuccess : kFailure;
+}
+
+}  // namespace genostat::console

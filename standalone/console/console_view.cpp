@@ -1,0 +1,89 @@
+#include "standalone/console/console_view.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+
+#include "platform/program.h"
+
+namespace genostat::console {
+
+namespace {
+
+constexpr int kWidthOfFiles = 100;
+constexpr int kNarrowest = 20;
+constexpr int kWidest = 10000;
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+// The user's COLUMNS, or 0.
+int columnsWanted() {
+  const std::string text = environment("COLUMNS");
+  int columns = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), columns);
+  const bool usable = result.ec == std::errc() && result.ptr == text.data() + text.size() &&
+                      columns >= kNarrowest && columns <= kWidest;
+  return usable ? columns : 0;
+}
+
+standalone::TextStyle chooseStyle() {
+  const platform::Terminal terminal = platform::standardOutputTerminal();
+  standalone::TextStyle style;
+  style.unicode = terminal.isUtf8;
+  style.colour = terminal.isTerminal && environment("NO_COLOR").empty();
+  const int wanted = columnsWanted();
+  style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
+  return style;
+}
+
+}  // namespace
+
+ConsoleView::ConsoleView(OutputFormat format) : format_(format), style_(chooseStyle()) {
+  if (format_ != OutputFormat::Text) return;
+  document_.onItem([this](const std::string& item) {
+    if (!recording_) writeOutput(standalone::renderItemAsText(item, style_));
+  });
+}
+
+void ConsoleView::showNotice(const std::string& text) {
+  writeLine(text);
+}
+
+void ConsoleView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
+  const std::string text = standalone::renderDiagnostic(diagnostic);
+  writeLine(text);
+  recording_ = true;
+  document_.addText(diagnostic.severity == standalone::Diagnostic::Severity::Error ? "error" : "warning",
+                    text);
+  recording_ = false;
+}
+
+bool ConsoleView::finish() {
+  if (format_ == OutputFormat::Json) writeOutput(document_.toJson());
+  return !outputFailed_;
+}
+
+void ConsoleView::writeOutput(std::string_view text) {
+  if (outputFailed_) return;
+  errno = 0;
+  const bool written =
+      std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+  if (written) return;
+  const std::string reason = std::generic_category().message(errno);
+  outputFailed_ = true;
+  showDiagnostic({{}, "cannot write to standard output: " + reason, {}, {}});
+}
+
+void ConsoleView::writeLine(const std::string& text) {
+  const std::string line = text + '\n';
+  const std::lock_guard lock(errorMutex_);
+  std::fwrite(line.data(), 1, line.size(), stderr);
+  std::fflush(stderr);
+}
+
+}  // namespace genostat::console

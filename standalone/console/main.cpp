@@ -1,0 +1,26 @@
+#include <cstdio>
+#include <exception>
+#include <variant>
+
+#include "platform/program.h"
+#include "standalone/console/batch_run.h"
+#include "standalone/console/exit_status.h"
+#include "standalone/console/options.h"
+
+namespace console = genostat::console;
+namespace platform = genostat::platform;
+
+int main(int argc, char** argv) {
+  platform::prepareStandardStreams();
+  try {
+    const auto parsed = console::parseArguments(platform::commandLineArguments(argc, argv));
+    if (const auto* run = std::get_if<console::RunOptions>(&parsed)) return console::runBatch(*run);
+    const auto& answer = std::get<console::Answer>(parsed);
+    std::FILE* stream = answer.status == console::kSuccess ? stdout : stderr;
+    const bool written = std::fputs(answer.text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
+    return written ? answer.status : console::kFailure;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "error: %s\n", error.what());
+    return console::kFailure;
+  }
+}

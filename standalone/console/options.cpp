@@ -1,0 +1,131 @@
+#include "standalone/console/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <utility>
+
+#include "standalone/console/exit_status.h"
+#include "standalone/syntax/diagnostic.h"
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::console {
+
+namespace {
+
+constexpr const char* kExitStatusHelp =
+    "Exit status:\n"
+    "  0    everything succeeded\n"
+    "  1    a command or a job failed, or output could not be written\n"
+    "  2    wrong usage, or a syntax file that cannot be read\n"
+    "  130  interrupted; all jobs were cancelled\n";
+
+constexpr const char* kRunHelp =
+    "Results go to standard output; notices, warnings and errors to standard error.\n"
+    "When all commands have run, the program waits for the jobs that they submitted and then\n"
+    "runs the syntax that each of them sent back. Ctrl-C cancels all jobs and removes their\n"
+    "files. A second Ctrl-C ends the program at once.\n"
+    "\n"
+    "COLUMNS sets the width of tables, NO_COLOR turns colours off.\n"
+    "\n";
+
+const CLI::Validator& notEmpty() {
+  static const CLI::Validator validator(
+      [](std::string& value) { return value.empty() ? std::string("the value is empty") : std::string(); },
+      "", "not empty");
+  return validator;
+}
+
+void addRunOptions(CLI::App& run, RunOptions& options) {
+  run.add_option("FILE", options.file, "file of command syntax; - reads standard input")
+      ->required()
+      ->check(notEmpty());
+  const auto add = [&run](const char* name, std::string& value, const char* type, const char* description) {
+    run.add_option(name, value, description)->type_name(type)->check(notEmpty());
+  };
+  add("--temp", options.temporaryFolder, "DIR", "folder for temporary files; default: the system's");
+  add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
+  add("--strings", options.stringsFolder, "DIR",
+      "folder of the string tables GENOSTAT.txt and global.txt, lines of a key, a tab and a text; default: "
+      "the folder \"strings\" in the home folder");
+  run.add_flag("--command-line-mode", options.commandLineMode, "run as a host without an interactive client");
+  add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
+  add("--csv", options.csvFolder, "DIR", "keep a copy of each job's result file in this folder");
+  const std::map<std::string, OutputFormat> formats = {{"text", OutputFormat::Text},
+                                                       {"json", OutputFormat::Json}};
+  run.add_option("--output", options.output, "form of the results: text or json; default: text")
+      ->type_name("FORMAT")
+      ->transform(CLI::Transformer(formats).description(""))
+      ->check(CLI::IsMember({OutputFormat::Text, OutputFormat::Json}).description(""));
+  run.footer(std::string(kRunHelp) + kExitStatusHelp);
+}
+
+Answer usageError(const std::string& message, const std::string& program) {
+  return {"error: " + message + "\nTry \"" + program + " --help\".\n", kUsageError};
+}
+
+// What to say of an argument that nothing takes.
+std::string describeUnexpected(const std::string& argument, const CLI::App& app, bool subcommandExpected) {
+  std::vector<std::string> names;
+  std::string what = "unexpected argument ";
+  if (argument.size() > 1 && argument.front() == '-') {
+    what = "unknown option ";
+    for (const CLI::Option* option : app.get_options()) {
+      if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames().front());
+    }
+  } else if (subcommandExpected) {
+    what = "unknown subcommand ";
+    for (const CLI::App* subcommand : app.get_subcommands([](const CLI::App*) { return true; })) {
+      names.push_back(subcommand->get_name());
+    }
+  }
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  const std::string name = argument.substr(0, argument.find('='));
+  const auto nearest = standalone::nearestKeyword(name, views);
+  const std::string message = what + standalone::quoteForMessage(argument);
+  return nearest ? message + "; did you mean " + std::string(*nearest) + "?" : message;
+}
+
+}  // namespace
+
+std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> arguments) {
+  RunOptions options;
+  CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
+  app.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
+  app.set_help_flag("-h,--help", "show this help and exit");
+  app.footer(kExitStatusHelp);
+  // Collected, so that the error can name what was meant.
+  app.allow_extras();
+  CLI::App& run = *app.add_subcommand("run", "run a file of command syntax");
+  run.set_help_flag("-h,--help", "show this help and exit");
+  run.allow_extras();
+  addRunOptions(run, options);
+
+  const bool empty = arguments.empty();
+  std::reverse(arguments.begin(), arguments.end());
+  const auto program = [&] { return run.parsed() ? std::string("genostat run") : std::string("genostat"); };
+  const auto unexpected = [&]() -> std::string {
+    const CLI::App& used = run.parsed() ? run : app;
+    const std::vector<std::string> rest = used.remaining();
+    return rest.empty() ? std::string() : describeUnexpected(rest.front(), used, !run.parsed());
+  };
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::CallForHelp&) {
+    return Answer{app.help(), kSuccess};
+  } catch (const CLI::CallForVersion& version) {
+    return Answer{version.what() + std::string("\n"), kSuccess};
+  } catch (const CLI::ParseError& error) {
+    // A misspelled option is the likelier cause of whatever else is missing.
+    const std::string stray = unexpected();
+    return usageError(stray.empty() ? error.what() : stray, program());
+  }
+  const std::string stray = unexpected();
+  if (!stray.empty()) return usageError(stray, program());
+  if (empty || !run.parsed()) return Answer{app.help(), kUsageError};
+  return options;
+}
+
+}  // namespace genostat::console

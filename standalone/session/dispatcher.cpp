@@ -1,0 +1,63 @@
+#include "standalone/session/dispatcher.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "standalone/syntax/keyword.h"
+#include "standalone/syntax/token_cursor.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+struct Name {
+  std::string_view first;
+  std::string_view second;  // may be empty
+};
+
+Name split(std::string_view name) {
+  const std::size_t blank = name.find(' ');
+  if (blank == std::string_view::npos) return {name, {}};
+  return {name.substr(0, blank), name.substr(blank + 1)};
+}
+
+std::string_view matchOrFail(const Token& token, std::vector<std::string_view> words,
+                             const std::string& what) {
+  std::sort(words.begin(), words.end());
+  words.erase(std::unique(words.begin(), words.end()), words.end());
+  if (token.kind != Token::Kind::Word) {
+    TokenCursor::fail("expected a " + what + ", found " + describeToken(token), token,
+                      "expected " + joinAlternatives(words));
+  }
+  const auto index = matchKeyword(token.text, words);
+  if (index) return words[*index];
+  const KeywordFault fault = explainKeyword(token.text, words, what);
+  TokenCursor::fail(fault.message, token, fault.hint);
+}
+
+}  // namespace
+
+Dispatcher::Dispatcher(std::vector<CommandHandler> handlers) : handlers_(std::move(handlers)) {}
+
+const CommandHandler& Dispatcher::find(const Command& command) const {
+  std::vector<std::string_view> firstWords;
+  for (const CommandHandler& handler : handlers_) {
+    firstWords.push_back(split(handler.name).first);
+  }
+  const std::string_view first = matchOrFail(command.tokens.front(), std::move(firstWords), "command");
+  std::vector<std::string_view> secondWords;
+  for (const CommandHandler& handler : handlers_) {
+    const Name name = split(handler.name);
+    if (name.first != first) continue;
+    if (name.second.empty()) return handler;
+    secondWords.push_back(name.second);
+  }
+  const std::string_view second =
+      matchOrFail(command.tokens[1], std::move(secondWords), std::string(first) + " command");
+  return *std::find_if(handlers_.begin(), handlers_.end(), [&](const CommandHandler& handler) {
+    const Name name = split(handler.name);
+    return name.first == first && name.second == second;
+  });
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,127 @@
+#include "standalone/session/finished_job.h"
+
+#include <rapidjson/document.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "platform/program.h"
+#include "standalone/output/table_json.h"
+#include "standalone/session/text_file.h"
+#include "standalone/syntax/command.h"
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// The module's message codes: 101, and 200 plus the exit code in arithmetic of 32 bits.
+constexpr std::int32_t kNoResultFile = 101;
+constexpr std::uint32_t kExitCodeOffset = 200;
+constexpr double kCodeLimit = 2147483648.0;
+constexpr std::size_t kLongestFileName = 200;  // bytes; leaves room for a number and the suffix
+
+bool isWord(const Token& token, std::string_view keyword) {
+  return token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, keyword);
+}
+
+bool isImport(const Command& command) {
+  return command.tokens.size() > 1 && isWord(command.tokens[0], "GET") && isWord(command.tokens[1], "DATA");
+}
+
+// The number in "MESSAGE=205".
+std::optional<std::int32_t> messageCode(const Command& command) {
+  const auto& tokens = command.tokens;
+  for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
+    if (isWord(tokens[i], "MESSAGE") && tokens[i + 1].isSymbol('=') &&
+        tokens[i + 2].kind == Token::Kind::Number && std::abs(tokens[i + 2].number) < kCodeLimit) {
+      return static_cast<std::int32_t>(tokens[i + 2].number);
+    }
+  }
+  return std::nullopt;
+}
+
+// The result's path with another ending; cut at its last period, wherever that stands.
+std::filesystem::path errorDetailsFile(const std::filesystem::path& csv) {
+  const std::filesystem::path::string_type& text = csv.native();
+  std::filesystem::path file(text.substr(0, text.rfind('.')));
+  file += ".error";
+  return file;
+}
+
+bool isReserved(const std::string& name) {
+  constexpr std::array<std::string_view, 22> kDeviceNames = {
+      "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",
+      "COM8", "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
+  const std::string stem = name.substr(0, name.find('.'));
+  return std::any_of(kDeviceNames.begin(), kDeviceNames.end(),
+                     [&](std::string_view device) { return equalsIgnoreCase(stem, device); });
+}
+
+std::string safeFileName(std::string name) {
+  if (name.size() > kLongestFileName) {
+    std::size_t end = kLongestFileName;
+    // Not in the middle of a character.
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
+      --end;
+    name.resize(end);
+  }
+  for (char& c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F || std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos)
+      c = '_';
+  }
+  // Neither hidden, nor "..", nor an ending that Windows would drop.
+  if (name.front() == '.') name.front() = '_';
+  if (name.back() == '.' || name.back() == ' ') name.back() = '_';
+  return isReserved(name) ? "_" + name : name;
+}
+
+}  // namespace
+
+std::string failureOf(const ClientMessage& ended) {
+  const auto source = std::make_shared<const SourceText>(SourceText{ended.jobName, ended.syntax});
+  std::optional<std::int32_t> code;
+  for (const ScanResult::Item& item : scanCommands(source).items) {
+    if (item.error) continue;
+    if (isImport(item.command)) return {};
+    if (!code) code = messageCode(item.command);
+  }
+  if (!code || *code == kNoResultFile) return "the analysis wrote no results";
+  const auto exitCode = static_cast<std::int32_t>(static_cast<std::uint32_t>(*code) - kExitCodeOffset);
+  return "the analysis ended with exit code " + std::to_string(exitCode);
+}
+
+std::string readFailureSentence(const std::filesystem::path& csv) {
+  const TextFile file = readTextFile(errorDetailsFile(csv));
+  if (!file.error.empty()) return {};
+  try {
+    return std::string(stringMember(parseJson(file.text), "ERROR_MESSAGE"));
+  } catch (const JsonFormatError&) {
+    // Details are a help where there are any; the exit code has told of the failure.
+    return {};
+  }
+}
+
+void removeLeftovers(const std::filesystem::path& csv) {
+  std::filesystem::path unfinished = csv;
+  unfinished += ".part";
+  std::error_code ignored;
+  std::filesystem::remove(unfinished, ignored);
+  std::filesystem::remove(errorDetailsFile(csv), ignored);
+}
+
+std::string CopyNames::next(const std::string& jobName, const std::string& fallback) {
+  const std::string wanted = jobName.empty() ? fallback : safeFileName(jobName);
+  std::string name = wanted;
+  for (int number = 2; !given_.insert(toUpperAscii(name)).second; ++number) {
+    name = wanted + "_" + std::to_string(number);
+  }
+  return name;
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,34 @@
+// What is to be done about a job that has ended: how it went, its files, its copy.
+#pragma once
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "standalone/session/client_message.h"
+
+namespace genostat::standalone {
+
+// How an end message tells that its analysis failed: its syntax then imports nothing.
+// Empty for a job with results, else the reason as a phrase ("exit code 5").
+std::string failureOf(const ClientMessage& ended);
+
+// The sentence in the error-details file that an analysis left beside its result file, or empty.
+std::string readFailureSentence(const std::filesystem::path& csv);
+
+// Removes what an analysis may leave beside its result file: the unfinished result and the error
+// details. Missing files are fine.
+void removeLeftovers(const std::filesystem::path& csv);
+
+// Gives each job of a run a file name of its own.
+class CopyNames {
+ public:
+  // The job's name made safe for a file name on any system; `fallback` for a nameless job.
+  // "_2", "_3" and so on are appended to names given before. All UTF-8, without a suffix.
+  std::string next(const std::string& jobName, const std::string& fallback);
+
+ private:
+  std::set<std::string> given_;  // in upper case, as some systems do not tell case apart
+};
+
+}  // namespace genostat::standalone

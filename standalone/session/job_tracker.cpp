@@ -1,0 +1,82 @@
+#include "standalone/session/job_tracker.h"
+
+#include <algorithm>
+
+namespace genostat::standalone {
+
+JobTracker::Job* JobTracker::oldest(const std::string& name, State state) {
+  const auto job = std::find_if(jobs_.begin(), jobs_.end(), [&](const Job& candidate) {
+    return candidate.state == state && candidate.name == name;
+  });
+  return job != jobs_.end() ? &*job : nullptr;
+}
+
+std::vector<JobEvent> JobTracker::onMessage(const ClientMessage& message) {
+  std::vector<JobEvent> events;
+  switch (message.kind) {
+    case ClientMessage::Kind::Queued:
+      jobs_.push_back({message.jobName, State::Queued});
+      events.push_back({JobEvent::Kind::Queued, message.jobName});
+      break;
+    case ClientMessage::Kind::Running:
+      begin(message.jobName, events);
+      break;
+    case ClientMessage::Kind::Ended:
+      end(message, events);
+      break;
+  }
+  dropClosed();
+  return events;
+}
+
+void JobTracker::begin(const std::string& name, std::vector<JobEvent>& events) {
+  // A cancel may overtake the start of its job; that job is not looked for among the waiting ones.
+  Job* job = oldest(name, State::Queued);
+  if (job == nullptr) return;
+  for (Job* earlier = jobs_.data(); earlier != job; ++earlier) {
+    if (earlier->state == State::Queued || earlier->state == State::Running) {
+      events.push_back({JobEvent::Kind::Lost, earlier->name});
+    }
+    earlier->state = State::Closed;
+  }
+  job->state = State::Running;
+  events.push_back({JobEvent::Kind::Running, name});
+}
+
+void JobTracker::end(const ClientMessage& message, std::vector<JobEvent>& events) {
+  const bool cancelled = message.syntax.empty();
+  Job* job = oldest(message.jobName, State::Running);
+  if (job == nullptr) job = oldest(message.jobName, State::Queued);
+  // Of two jobs of one name the wrong one may have been taken for cancelled.
+  if (job == nullptr && !cancelled) job = oldest(message.jobName, State::Cancelled);
+  if (job == nullptr && cancelled) return;
+  if (job != nullptr) job->state = cancelled ? State::Cancelled : State::Closed;
+  events.push_back({cancelled ? JobEvent::Kind::Cancelled : JobEvent::Kind::Ended, message.jobName});
+}
+
+std::set<std::string> JobTracker::openNames() const {
+  std::set<std::string> names;
+  for (const Job& job : jobs_) {
+    if (job.state == State::Queued || job.state == State::Running) names.insert(job.name);
+  }
+  return names;
+}
+
+std::vector<JobEvent> JobTracker::onUnknown(const std::set<std::string>& names) {
+  std::vector<JobEvent> events;
+  for (Job& job : jobs_) {
+    if (!names.contains(job.name)) continue;
+    if (job.state == State::Queued || job.state == State::Running) {
+      events.push_back({JobEvent::Kind::Lost, job.name});
+    }
+    job.state = State::Closed;
+  }
+  dropClosed();
+  return events;
+}
+
+void JobTracker::dropClosed() {
+  std::erase_if(jobs_, [](const Job& job) { return job.state == State::Closed; });
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,68 @@
+#include "standalone/session/requirements.h"
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+#include "platform/process.h"
+#include "platform/program.h"
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr const char* kLauncherName = "statisticspython3";
+
+std::string quoted(const std::filesystem::path& path) {
+  return "\"" + platform::pathToUtf8(path) + "\"";
+}
+
+// Tried by writing, as permissions alone do not tell.
+std::string whyNotWritable(const std::filesystem::path& folder) {
+  const std::filesystem::path probe = folder / ("genostat-" + std::to_string(platform::processId()) + ".tmp");
+  errno = 0;
+  const bool written = static_cast<bool>(std::ofstream(probe) << '\n' << std::flush);
+  const int code = errno;
+  std::error_code ignored;
+  std::filesystem::remove(probe, ignored);
+  if (written) return {};
+  return code != 0 ? std::generic_category().message(code) : "no file can be written";
+}
+
+}  // namespace
+
+bool submitsJob(const Command& command) {
+  constexpr std::array<std::string_view, 7> kSubcommands = {
+      "JOB", "DESCRIPTIVES", "FREQUENCIES", "CORRELATIONS", "REGRESSION", "PRINT", "DELETE"};
+  const auto& tokens = command.tokens;
+  for (std::size_t i = 1; i < tokens.size(); ++i) {
+    // The slash before the first subcommand may be left out.
+    const bool begins = i == 1 || tokens[i - 1].isSymbol('/');
+    if (!begins || tokens[i].kind != Token::Kind::Word) continue;
+    const auto index = matchKeyword(tokens[i].text, kSubcommands);
+    if (index && (kSubcommands[*index] == "PRINT" || kSubcommands[*index] == "DELETE")) return false;
+  }
+  return true;
+}
+
+std::string missingRequirement(const HostFolders& folders) {
+  std::error_code ignored;
+  const std::filesystem::path launcher =
+      folders.installation / (std::string(kLauncherName) + platform::kLauncherSuffix);
+  if (!std::filesystem::is_regular_file(launcher, ignored)) {
+    return "the analysis cannot be started: the launcher " + quoted(launcher) + " is missing";
+  }
+  if (!std::filesystem::is_directory(folders.temporary, ignored)) {
+    return "the analysis cannot be started: the temporary folder " + quoted(folders.temporary) +
+           " does not exist";
+  }
+  const std::string reason = whyNotWritable(folders.temporary);
+  if (reason.empty()) return {};
+  return "the analysis cannot be started: cannot write to the temporary folder " + quoted(folders.temporary) +
+         ": " + reason;
+}
+
+}  // namespace genostat::standalone

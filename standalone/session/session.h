@@ -1,0 +1,120 @@
+// A session: runs command syntax, follows the jobs that it submits, runs what they send back.
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "standalone/data/dataset.h"
+#include "standalone/output/output_document.h"
+#include "standalone/session/command_context.h"
+#include "standalone/session/current_scope.h"
+#include "standalone/session/dispatcher.h"
+#include "standalone/session/finished_job.h"
+#include "standalone/session/host_folders.h"
+#include "standalone/session/job_tracker.h"
+#include "standalone/session/module.h"
+#include "standalone/session/session_adapter.h"
+#include "standalone/syntax/command.h"
+
+namespace genostat::standalone {
+
+struct SessionOptions {
+  HostFolders folders;
+  std::filesystem::path moduleFolder;
+  bool interactive = true;           // false: the host's command-line mode
+  std::filesystem::path eventsFile;  // gets each client message as a line; empty: none
+  std::filesystem::path csvFolder;   // gets a copy of each job's results; empty: none
+};
+
+// Where a session shows what happens. Notices may come from any thread, the rest from the command
+// thread. An implementation adds errors and warnings to the output document as well.
+class SessionView {
+ public:
+  virtual ~SessionView() = default;
+  // A line of progress: job 'a' queued.
+  virtual void showNotice(const std::string& text) = 0;
+  virtual void showDiagnostic(const Diagnostic& diagnostic) = 0;
+};
+
+// One at a time. All but interrupt() belongs to the command thread.
+class Session {
+ public:
+  // Borrows the view and the document. Throws ModuleError when the module cannot be used.
+  Session(SessionOptions options, SessionView& view, OutputDocument& output);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Runs the commands of a text. A command that fails is shown, and the next one runs.
+  void run(const SourcePtr& text);
+
+  // Waits for all jobs, then runs the syntax of their end messages in order of arrival.
+  void finishJobs();
+
+  // Ends the session: an interrupt no longer has an effect. True when no command and no job failed
+  // and all files could be written.
+  bool close();
+
+  // Cancels all jobs, waits until their processes have ended, removes their files and ends the
+  // program with exit status 130. The command thread stops before its next command. A second call
+  // ends the program at once. From any thread; the session must live until the program ends.
+  void interrupt();
+
+ private:
+  using Gate = std::unique_lock<std::timed_mutex>;
+
+  // Held for one command. Does not return once the session is interrupted.
+  Gate enterCommand();
+  [[noreturn]] void waitForProgramEnd();
+
+  void runCommands(const SourcePtr& text);
+  void runItem(const ScanResult::Item& item);
+  void execute(const Command& command);
+  void runModule(const Command& command);
+  std::vector<Diagnostic> syntaxErrors(const Command& command);
+  void report(Diagnostic diagnostic);
+  void reportError(const std::string& message);
+
+  void showMessages();
+  void onMessage(const ClientMessage& message);
+  void onEnded(const ClientMessage& message);
+  void showJobEvent(const JobEvent& event);
+  void showStringTableWarnings();
+  void waitForJobs();
+  void checkForLostJobs();
+  void runEndSyntax(const ClientMessage& message);
+  void copyResults(const ClientMessage& message);
+
+  bool cancelJobs();
+  bool cancelKnownJobs(bool again);
+
+  SessionOptions options_;
+  SessionView& view_;
+  SessionAdapter adapter_;
+  Module module_;
+  Dispatcher dispatcher_;
+  DatasetStore datasets_;
+  OutputDocument& output_;
+  Settings settings_;
+  SessionScope scope_;
+  std::function<void(const Diagnostic&)> reporter_;
+  int workbook_ = 0;
+  int paragraph_ = 0;
+  bool failed_ = false;
+  bool eventsFailureShown_ = false;
+  JobTracker tracker_;
+  std::vector<ClientMessage> leaving_;  // cancelled jobs that the module may still hold
+  std::deque<ClientMessage> ended_;     // jobs whose syntax has not run
+  CopyNames copyNames_;
+
+  std::timed_mutex gate_;  // held while a command runs
+  std::atomic<bool> interrupted_{false};
+  bool closed_ = false;  // guarded by gate_
+};
+
+}  // namespace genostat::standalone

@@ -1,0 +1,64 @@
+// The session's end of the message bus: modules post here, the command thread takes.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "host/language.h"
+#include "standalone/session/client_message.h"
+#include "standalone/session/event_log.h"
+
+namespace genostat::standalone {
+
+// GetAdapter() answers this object while it lives; one at a time. All operations may be called
+// by any thread. Posting only copies the message: the sender may hold locks of its module.
+class SessionAdapter : public ZORV_Adapter {
+ public:
+  // `events` may be null.
+  SessionAdapter(bool interactive, std::unique_ptr<EventLog> events);
+  ~SessionAdapter() override;
+  SessionAdapter(const SessionAdapter&) = delete;
+  SessionAdapter& operator=(const SessionAdapter&) = delete;
+
+  int isInteractiveClient() const override;
+  void postClientMessage(std::int32_t messageId, const ZorvwMsg* message) override;
+
+  void setInteractive(bool interactive);
+
+  // The oldest message not yet taken; waits up to `timeout` for one.
+  std::optional<ClientMessage> take(std::chrono::milliseconds timeout);
+
+  // Waits until all messages are taken and the taker has come back for more; false on time-out.
+  bool waitUntilIdle(std::chrono::milliseconds timeout);
+
+  // Every job name and every result path that a message has named so far, but for forgotten files.
+  struct Ledger {
+    std::set<std::string> jobNames;
+    std::set<std::string> csvFilePaths;
+  };
+  Ledger ledger() const;
+  // The file is done with; its name may come to mean another program's file.
+  void forgetCsvFile(const std::string& path);
+
+  // True once a line of the event log could not be written.
+  bool eventsFailed() const;
+
+ private:
+  void post(ClientMessage message);
+
+  mutable std::mutex mutex_;  // guards all below
+  std::condition_variable changed_;
+  bool interactive_;
+  std::unique_ptr<EventLog> events_;
+  std::deque<ClientMessage> queue_;
+  bool takerWaits_ = false;
+  Ledger ledger_;
+};
+
+}  // namespace genostat::standalone

@@ -1,0 +1,49 @@
+#include "standalone/session/text_file.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <vector>
+
+#include "platform/program.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::string cannotRead(const std::string& name, const std::string& reason) {
+  return "cannot read \"" + name + "\": " + reason;
+}
+
+}  // namespace
+
+TextFile readTextFile(const std::filesystem::path& file) {
+  const std::string name = platform::pathToUtf8(file);
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(file, error);
+  if (status.type() == std::filesystem::file_type::not_found) return {{}, cannotRead(name, "no such file")};
+  if (status.type() == std::filesystem::file_type::directory) return {{}, cannotRead(name, "it is a folder")};
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) {
+    const int code = errno;
+    return {{}, cannotRead(name, code != 0 ? std::generic_category().message(code) : "it cannot be opened")};
+  }
+  return readTextStream(stream, name);
+}
+
+TextFile readTextStream(std::istream& stream, const std::string& name) {
+  TextFile file;
+  std::vector<char> buffer(1 << 16);
+  while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), stream.gcount() > 0) {
+    file.text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
+  }
+  if (stream.bad()) return {{}, cannotRead(name, "reading failed")};
+  if (file.text.starts_with(kByteOrderMark)) file.text.erase(0, kByteOrderMark.size());
+  return file;
+}
+
+}  // namespace genostat::standalone
