@@ -86,8 +86,9 @@ KeywordFault explainKeyword(std::string_view word, std::span<const std::string_v
   const std::string name = std::string(what) + " " + quoteForMessage(word);
   if (meant.size() > 1) return {"ambiguous " + name, "it may mean " + joinAlternatives(meant)};
   std::string hint = keywords.empty() ? std::string() : "expected " + joinAlternatives(keywords);
-  if (const auto nearest = nearestKeyword(word, keywords))
-    hint += "; did you mean " + std::string(*nearest) + "?";
+  // One that begins with the word was meant, but the abbreviation is too short.
+  const auto nearest = meant.empty() ? nearestKeyword(word, keywords) : meant.front();
+  if (nearest) hint += "; did you mean " + std::string(*nearest) + "?";
   return {"unknown " + name, hint};
 }
 
