@@ -10,6 +10,7 @@ namespace {
 
 // A character as a message shows it.
 std::string describe(char c) {
+  if (c == '\n' || c == '\r') return "a line end";
   const auto code = static_cast<unsigned char>(c);
   if (code > ' ' && code <= '~') return std::string("'") + c + "'";
   return "character code " + std::to_string(code);
