@@ -10,7 +10,7 @@ namespace genostat::standalone::test {
 
 namespace {
 
-using namespace std::string_view_literals;
+using std::string_view_literals::operator""sv;
 
 // The text is written with the place between two bars: "NAME=|'a'| FILE".
 std::string renderMarked(std::string_view marked, bool countLine) {

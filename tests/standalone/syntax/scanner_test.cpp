@@ -12,7 +12,7 @@ namespace genostat::standalone::test {
 
 namespace {
 
-using namespace std::string_view_literals;
+using std::string_view_literals::operator""sv;
 
 // Words as typed, numbers as #value, literals as <text>, the end as "." or, without a period,
 // "$"; commands are separated by " | ", and an error is "!OFFSET MESSAGE".
@@ -22,20 +22,12 @@ std::string dump(const ScanResult& result) {
     if (&item != &result.items.front()) out << " | ";
     if (item.error) out << '!' << item.error->range->begin << ' ' << item.error->message;
     for (const Token& token : item.command.tokens) {
-      if (&token != &item.command.tokens.front()) out << ' ';
-      switch (token.kind) {
-        case Token::Kind::Number:
-          out << '#' << token.number;
-          break;
-        case Token::Kind::String:
-          out << '<' << token.text << '>';
-          break;
-        case Token::Kind::End:
-          out << (token.range.begin == token.range.end ? "$" : ".");
-          break;
-        default:
-          out << token.text;
-      }
+      using enum Token::Kind;
+      const bool period = token.range.begin < token.range.end;
+      if (token.kind == Number) out << '#' << token.number << ' ';
+      if (token.kind == String) out << '<' << token.text << "> ";
+      if (token.kind == Word || token.kind == Symbol) out << token.text << ' ';
+      if (token.kind == End) out << (period ? "." : "$");
     }
   }
   return out.str();
@@ -156,11 +148,11 @@ TEST(CommandScanner, TakesTimeInProportionToTheText) {
   for (const std::string_view piece : {"("sv, "'"sv, "'\n\n"sv, "."sv, ". "sv, ". /**/"sv, "/*"sv, "/*\n\n"sv,
                                        "a."sv, "9"sv, "1e-"sv, "* \n"sv, "\n"sv, " "sv, "\0"sv, "a.\n"sv}) {
     std::string text = "A ";
-    while (text.size() < 1'000'000)
+    while (text.size() < 600'000)
       text += piece;
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(brokenInvariant(makeSource(text)), "") << piece;
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15)) << piece;
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8)) << piece;
   }
 }
 

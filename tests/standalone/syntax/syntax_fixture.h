@@ -1,28 +1,22 @@
-// A running command and a record of what was reported, in place of a session.
 #pragma once
 
+#include <stdexcept>
 #include <string>
-#include <string_view>
-#include <vector>
+#include <utility>
 
 #include "standalone/syntax/command.h"
 
 namespace genostat::standalone::test {
 
-SourcePtr makeSource(std::string_view text);
+inline SourcePtr makeSource(std::string_view text) {
+  return std::make_shared<const SourceText>(SourceText{"run.syntax", std::string(text)});
+}
 
 // The one command that `text` holds.
-Command scanOne(std::string_view text);
-
-// Makes `command` the running one while it lives, and records the rendered diagnostics.
-class RunningCommand {
- public:
-  explicit RunningCommand(const Command& command);
-  ~RunningCommand();
-  RunningCommand(const RunningCommand&) = delete;
-  RunningCommand& operator=(const RunningCommand&) = delete;
-
-  std::vector<std::string> reported;
-};
+inline Command scanOne(std::string_view text) {
+  ScanResult result = scanCommands(makeSource(text));
+  if (result.items.size() != 1 || result.items[0].error) throw std::logic_error(std::string(text));
+  return std::move(result.items[0].command);
+}
 
 }  // namespace genostat::standalone::test

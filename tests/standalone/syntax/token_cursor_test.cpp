@@ -58,18 +58,6 @@ TEST(TokenCursor, WalksACommand) {
     EXPECT_EQ(readGetData(row.text), row.read) << row.text;
 }
 
-TEST(TokenCursor, NeverLeavesTheCommand) {
-  const Command command = scanOne("A b.");
-  TokenCursor cursor(command);
-  EXPECT_EQ(cursor.peek(9).kind, Token::Kind::End);
-  for (int i = 0; i < 5; ++i)
-    cursor.next();
-  EXPECT_TRUE(cursor.atEnd());
-  EXPECT_EQ(cursor.position(), 2U);
-  cursor.seek(1);
-  EXPECT_EQ(cursor.next().text, "b");
-}
-
 }  // namespace
 
 }  // namespace genostat::standalone::test
