@@ -120,6 +120,18 @@ void addBody(TextGrid& grid, const PivotTable& table, const std::vector<LabelPat
 
 }  // namespace
 
+bool joined(const std::vector<GridCell>& row, std::size_t column) {
+  return column > 0 && column < row.size() && row[column].region != nullptr &&
+         row[column].region == row[column - 1].region;
+}
+
+std::size_t spanEnd(const std::vector<GridCell>& row, std::size_t column) {
+  do {
+    ++column;
+  } while (joined(row, column));
+  return column;
+}
+
 TextGrid layOutGrid(const PivotTable& table) {
   const std::vector<LabelPath> rows = leafPaths(table.rows);
   const std::vector<LabelPath> columns = leafPaths(table.columns);

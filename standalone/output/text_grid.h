@@ -29,7 +29,13 @@ struct TextGrid {
   std::vector<bool> ruleAbove;              // [row]: a line separates this row from the one above
 
   std::size_t columnCount() const { return rows.empty() ? 0 : rows.front().size(); }
+  bool isHeader(std::size_t row) const { return row < headerRows; }
 };
+
+// Whether a place belongs to the same box as the one before it in its row.
+bool joined(const std::vector<GridCell>& row, std::size_t column);
+// The column behind the box that begins at `column`.
+std::size_t spanEnd(const std::vector<GridCell>& row, std::size_t column);
 
 // Lays a table out. The regions point into the table, which outlives the grid. Column labels
 // that are all empty take no rows.
