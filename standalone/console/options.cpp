@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <map>
 #include <string_view>
 #include <utility>
 
@@ -23,6 +22,9 @@ constexpr const char* kExitStatusHelp =
     "  130  interrupted; all jobs were cancelled\n";
 
 constexpr const char* kRunHelp =
+    "String tables translate the module's texts: GENOSTAT.txt and global.txt, UTF-8, each line\n"
+    "a key, a tab and its text.\n"
+    "\n"
     "Results go to standard output; notices, warnings and errors to standard error.\n"
     "When all commands have run, the program waits for the jobs that they submitted and then\n"
     "runs the syntax that each of them sent back. Ctrl-C cancels all jobs and removes their\n"
@@ -38,27 +40,40 @@ const CLI::Validator& notEmpty() {
   return validator;
 }
 
+const CLI::Validator& textOrJson() {
+  static const CLI::Validator validator(
+      [](std::string& value) {
+        if (value == "text" || value == "json") return std::string();
+        return "expected text or json, found " + standalone::quoteForMessage(value);
+      },
+      "", "text or json");
+  return validator;
+}
+
 void addRunOptions(CLI::App& run, RunOptions& options) {
   run.add_option("FILE", options.file, "file of command syntax; - reads standard input")
+      ->type_name("")
       ->required()
       ->check(notEmpty());
   const auto add = [&run](const char* name, std::string& value, const char* type, const char* description) {
-    run.add_option(name, value, description)->type_name(type)->check(notEmpty());
+    run.add_option(name, value, description)->type_name(type)->take_last()->check(notEmpty());
   };
   add("--temp", options.temporaryFolder, "DIR", "folder for temporary files; default: the system's");
   add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
   add("--strings", options.stringsFolder, "DIR",
-      "folder of the string tables GENOSTAT.txt and global.txt, lines of a key, a tab and a text; default: "
-      "the folder \"strings\" in the home folder");
+      "folder of string tables; default: strings in the home folder");
   run.add_flag("--command-line-mode", options.commandLineMode, "run as a host without an interactive client");
   add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
   add("--csv", options.csvFolder, "DIR", "keep a copy of each job's result file in this folder");
-  const std::map<std::string, OutputFormat> formats = {{"text", OutputFormat::Text},
-                                                       {"json", OutputFormat::Json}};
-  run.add_option("--output", options.output, "form of the results: text or json; default: text")
+  run.add_option_function<std::string>(
+         "--output",
+         [&options](const std::string& value) {
+           options.output = value == "json" ? OutputFormat::Json : OutputFormat::Text;
+         },
+         "form of the results: text or json; default: text")
       ->type_name("FORMAT")
-      ->transform(CLI::Transformer(formats).description(""))
-      ->check(CLI::IsMember({OutputFormat::Text, OutputFormat::Json}).description(""));
+      ->take_last()
+      ->check(textOrJson());
   run.footer(std::string(kRunHelp) + kExitStatusHelp);
 }
 

@@ -15,6 +15,7 @@ struct ClientMessage {
   std::string csvFilePath;  // in the system's narrow encoding; empty when none was chosen
   int workbookId = -1;
   int paragraphId = -1;
+  std::string failure;  // why the analysis failed; empty for a job with results or a cancelled one
 };
 
 }  // namespace genostat::standalone

@@ -53,6 +53,18 @@ std::filesystem::path errorDetailsFile(const std::filesystem::path& csv) {
   return file;
 }
 
+// The sentence in the error-details file, or empty.
+std::string readFailureSentence(const std::filesystem::path& csv) {
+  const TextFile file = readTextFile(errorDetailsFile(csv));
+  if (!file.error.empty()) return {};
+  try {
+    return std::string(stringMember(parseJson(file.text), "ERROR_MESSAGE"));
+  } catch (const JsonFormatError&) {
+    // Details are a help where there are any; the exit code has told of the failure.
+    return {};
+  }
+}
+
 bool isReserved(const std::string& name) {
   constexpr std::array<std::string_view, 22> kDeviceNames = {
       "CON",  "PRN",  "AUX",  "NUL",  "COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7",
@@ -91,20 +103,11 @@ std::string failureOf(const ClientMessage& ended) {
     if (isImport(item.command)) return {};
     if (!code) code = messageCode(item.command);
   }
+  const std::string sentence = readFailureSentence(platform::pathFromNarrow(ended.csvFilePath));
+  if (!sentence.empty()) return sentence;
   if (!code || *code == kNoResultFile) return "the analysis wrote no results";
   const auto exitCode = static_cast<std::int32_t>(static_cast<std::uint32_t>(*code) - kExitCodeOffset);
   return "the analysis ended with exit code " + std::to_string(exitCode);
-}
-
-std::string readFailureSentence(const std::filesystem::path& csv) {
-  const TextFile file = readTextFile(errorDetailsFile(csv));
-  if (!file.error.empty()) return {};
-  try {
-    return std::string(stringMember(parseJson(file.text), "ERROR_MESSAGE"));
-  } catch (const JsonFormatError&) {
-    // Details are a help where there are any; the exit code has told of the failure.
-    return {};
-  }
 }
 
 void removeLeftovers(const std::filesystem::path& csv) {

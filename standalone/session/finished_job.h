@@ -9,12 +9,10 @@
 
 namespace genostat::standalone {
 
-// How an end message tells that its analysis failed: its syntax then imports nothing.
-// Empty for a job with results, else the reason as a phrase ("exit code 5").
+// Why an analysis failed: the sentence in the error-details file that it left beside its result
+// file, or else what the end message tells. Empty when it did not fail; then the message's syntax
+// imports the results.
 std::string failureOf(const ClientMessage& ended);
-
-// The sentence in the error-details file that an analysis left beside its result file, or empty.
-std::string readFailureSentence(const std::filesystem::path& csv);
 
 // Removes what an analysis may leave beside its result file: the unfinished result and the error
 // details. Missing files are fine.

@@ -88,10 +88,10 @@ class Session {
   void waitForJobs();
   void checkForLostJobs();
   void runEndSyntax(const ClientMessage& message);
-  void copyResults(const ClientMessage& message);
+  void copyResults(const ClientMessage& message, const std::filesystem::path& csv);
 
   bool cancelJobs();
-  bool cancelKnownJobs(bool again);
+  bool moduleHoldsJobs() const;
 
   SessionOptions options_;
   SessionView& view_;
@@ -106,10 +106,10 @@ class Session {
   int workbook_ = 0;
   int paragraph_ = 0;
   bool failed_ = false;
+  bool cancelled_ = false;  // a job was, since the last wait for all jobs
   bool eventsFailureShown_ = false;
   JobTracker tracker_;
-  std::vector<ClientMessage> leaving_;  // cancelled jobs that the module may still hold
-  std::deque<ClientMessage> ended_;     // jobs whose syntax has not run
+  std::deque<ClientMessage> ended_;  // jobs whose syntax has not run
   CopyNames copyNames_;
 
   std::timed_mutex gate_;  // held while a command runs

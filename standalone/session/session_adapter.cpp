@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "host/message_bus.h"
+#include "platform/program.h"
 #include "standalone/session/current_adapter.h"
+#include "standalone/session/finished_job.h"
 
 namespace genostat::standalone {
 
@@ -32,20 +34,35 @@ void SessionAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg* m
   if (messageId == ZorvwMsgStartGenomicProcessing::kMessageId) {
     const auto& start = static_cast<const ZorvwMsgStartGenomicProcessing&>(*message);
     const auto kind = start.started ? ClientMessage::Kind::Running : ClientMessage::Kind::Queued;
-    post({kind, start.jobName, {}, {}, -1, -1});
+    post({kind, start.jobName, {}, {}, -1, -1, {}});
   } else if (messageId == ZorvwMsgEndGenomicProcessing::kMessageId) {
     const auto& end = static_cast<const ZorvwMsgEndGenomicProcessing&>(*message);
-    post({ClientMessage::Kind::Ended, end.jobName, end.message, end.csvFilePath, end.workbookId,
-          end.paragraphId});
+    post({ClientMessage::Kind::Ended,
+          end.jobName,
+          end.message,
+          end.csvFilePath,
+          end.workbookId,
+          end.paragraphId,
+          {}});
   }
 }
 
 void SessionAdapter::post(ClientMessage message) {
+  const bool ended = message.kind == ClientMessage::Kind::Ended;
+  // A job that begins has no files yet, and its predecessor's process has ended.
+  if (message.kind == ClientMessage::Kind::Running) removeCancelledLeftovers();
+  if (ended && !message.syntax.empty()) {
+    message.failure = failureOf(message);
+    removeLeftovers(platform::pathFromNarrow(message.csvFilePath));
+  }
   const std::lock_guard lock(mutex_);
   // Under the lock, so that the log has the order of the queue.
   if (events_) events_->write(message);
-  ledger_.jobNames.insert(message.jobName);
-  if (!message.csvFilePath.empty()) ledger_.csvFilePaths.insert(message.csvFilePath);
+  jobNames_.insert(message.jobName);
+  if (ended && !message.csvFilePath.empty()) {
+    if (message.syntax.empty()) cancelledFiles_.insert(message.csvFilePath);
+    if (!message.syntax.empty() && message.failure.empty()) resultFiles_.insert(message.csvFilePath);
+  }
   queue_.push_back(std::move(message));
   changed_.notify_all();
 }
@@ -67,14 +84,28 @@ bool SessionAdapter::waitUntilIdle(std::chrono::milliseconds timeout) {
   return changed_.wait_for(lock, timeout, [this] { return takerWaits_ && queue_.empty(); });
 }
 
-SessionAdapter::Ledger SessionAdapter::ledger() const {
+std::set<std::string> SessionAdapter::jobNames() const {
   const std::lock_guard lock(mutex_);
-  return ledger_;
+  return jobNames_;
 }
 
-void SessionAdapter::forgetCsvFile(const std::string& path) {
+std::set<std::string> SessionAdapter::resultFiles() const {
   const std::lock_guard lock(mutex_);
-  ledger_.csvFilePaths.erase(path);
+  return resultFiles_;
+}
+
+void SessionAdapter::forgetResultFile(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  resultFiles_.erase(path);
+}
+
+void SessionAdapter::removeCancelledLeftovers() {
+  std::unique_lock lock(mutex_);
+  const std::set<std::string> files = std::exchange(cancelledFiles_, {});
+  lock.unlock();
+  for (const std::string& file : files) {
+    removeLeftovers(platform::pathFromNarrow(file));
+  }
 }
 
 bool SessionAdapter::eventsFailed() const {

@@ -17,7 +17,10 @@
 namespace genostat::standalone {
 
 // GetAdapter() answers this object while it lives; one at a time. All operations may be called
-// by any thread. Posting only copies the message: the sender may hold locks of its module.
+// by any thread. Posting never calls back: the sender may hold locks of its module.
+//
+// A job's file names come from the clock, and a job may get the names of an earlier one whose files
+// are gone. So files are looked after while the sender waits in its post: then no later job runs.
 class SessionAdapter : public ZORV_Adapter {
  public:
   // `events` may be null.
@@ -37,14 +40,14 @@ class SessionAdapter : public ZORV_Adapter {
   // Waits until all messages are taken and the taker has come back for more; false on time-out.
   bool waitUntilIdle(std::chrono::milliseconds timeout);
 
-  // Every job name and every result path that a message has named so far, but for forgotten files.
-  struct Ledger {
-    std::set<std::string> jobNames;
-    std::set<std::string> csvFilePaths;
-  };
-  Ledger ledger() const;
+  // Every job name that a message has named so far.
+  std::set<std::string> jobNames() const;
+  // The result files that wait for their syntax to run, in the system's narrow encoding.
+  std::set<std::string> resultFiles() const;
   // The file is done with; its name may come to mean another program's file.
-  void forgetCsvFile(const std::string& path);
+  void forgetResultFile(const std::string& path);
+  // Removes what the analyses of cancelled jobs left. To be called when no job runs.
+  void removeCancelledLeftovers();
 
   // True once a line of the event log could not be written.
   bool eventsFailed() const;
@@ -58,7 +61,9 @@ class SessionAdapter : public ZORV_Adapter {
   std::unique_ptr<EventLog> events_;
   std::deque<ClientMessage> queue_;
   bool takerWaits_ = false;
-  Ledger ledger_;
+  std::set<std::string> jobNames_;
+  std::set<std::string> resultFiles_;
+  std::set<std::string> cancelledFiles_;  // whose analyses may still have to end
 };
 
 }  // namespace genostat::standalone

@@ -1,4 +1,5 @@
 // A session's jobs: their messages, their results, and their cancellation when it is interrupted.
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <thread>
@@ -19,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto kLostJobCheck = 50ms;
 // A job cancelled before its process exists is started all the same and cancelled again.
 constexpr auto kCancelAgain = 200ms;
-constexpr auto kCancelPoll = 10ms;
+constexpr auto kEndPoll = 5ms;
 // How long an interrupted program waits for the command that runs, and for its last notices.
 constexpr auto kCommandPatience = 2s;
 constexpr auto kNoticePatience = 300ms;
@@ -49,7 +50,6 @@ void Session::onMessage(const ClientMessage& message) {
       showJobEvent(event);
     }
   }
-  if (message.kind == ClientMessage::Kind::Ended && message.syntax.empty()) leaving_.push_back(message);
 }
 
 void Session::showJobEvent(const JobEvent& event) {
@@ -62,6 +62,7 @@ void Session::showJobEvent(const JobEvent& event) {
     case JobEvent::Kind::Ended:
       return view_.showNotice(label + " finished");
     case JobEvent::Kind::Cancelled:
+      cancelled_ = true;
       return view_.showNotice(label + " cancelled");
     case JobEvent::Kind::Lost:
       return reportError(label + " could not be started");
@@ -69,15 +70,11 @@ void Session::showJobEvent(const JobEvent& event) {
 }
 
 void Session::onEnded(const ClientMessage& message) {
-  const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
-  const std::string failure = failureOf(message);
-  if (failure.empty()) {
+  if (message.failure.empty()) {
     showJobEvent({JobEvent::Kind::Ended, message.jobName});
   } else {
-    const std::string sentence = csv.empty() ? std::string() : readFailureSentence(csv);
-    reportError(jobLabel(message.jobName) + " failed: " + (sentence.empty() ? failure : sentence));
+    reportError(jobLabel(message.jobName) + " failed: " + message.failure);
   }
-  if (!csv.empty()) removeLeftovers(csv);
   ended_.push_back(message);
 }
 
@@ -94,14 +91,21 @@ void Session::finishJobs() {
 
 void Session::waitForJobs() {
   showMessages();
-  while (!tracker_.openNames().empty() || !leaving_.empty()) {
+  while (!tracker_.openNames().empty()) {
     if (interrupted_) waitForProgramEnd();
-    if (const auto message = adapter_.take(leaving_.empty() ? kLostJobCheck : kCancelPoll)) {
+    if (const auto message = adapter_.take(kLostJobCheck)) {
       onMessage(*message);
     } else {
       checkForLostJobs();
     }
   }
+  if (!cancelled_) return;
+  // A cancelled job has told its end before its processes have ended.
+  while (moduleHoldsJobs()) {
+    std::this_thread::sleep_for(kEndPoll);
+  }
+  adapter_.removeCancelledLeftovers();
+  cancelled_ = false;
 }
 
 void Session::checkForLostJobs() {
@@ -114,29 +118,35 @@ void Session::checkForLostJobs() {
   for (const JobEvent& event : tracker_.onUnknown(unknown)) {
     showJobEvent(event);
   }
-  std::erase_if(leaving_, [this](const ClientMessage& message) {
-    if (module_.isJobPendingOrRunning(message.jobName)) return false;
-    if (!message.csvFilePath.empty()) removeLeftovers(platform::pathFromNarrow(message.csvFilePath));
-    return true;
-  });
+}
+
+bool Session::moduleHoldsJobs() const {
+  const std::set<std::string> names = adapter_.jobNames();
+  return std::any_of(names.begin(), names.end(),
+                     [this](const std::string& name) { return module_.isJobPendingOrRunning(name); });
 }
 
 void Session::runEndSyntax(const ClientMessage& message) {
-  copyResults(message);
-  runCommands(
-      std::make_shared<const SourceText>(SourceText{"<" + jobLabel(message.jobName) + ">", message.syntax}));
+  const auto syntax =
+      std::make_shared<const SourceText>(SourceText{"<" + jobLabel(message.jobName) + ">", message.syntax});
+  // A failed job has no results, and its file's name may be that of a later job.
+  if (!message.failure.empty()) return runCommands(syntax);
+  const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
+  copyResults(message, csv);
+  std::error_code missing;
+  const auto written = std::filesystem::last_write_time(csv, missing);
+  runCommands(syntax);
   const Gate gate = enterCommand();
-  if (message.csvFilePath.empty()) return;
-  // The syntax removes the result itself, unless its command failed.
-  std::error_code ignored;
-  std::filesystem::remove(platform::pathFromNarrow(message.csvFilePath), ignored);
-  adapter_.forgetCsvFile(message.csvFilePath);
+  // The syntax removes the result itself, unless its command failed. By now the name may mean
+  // another program's file.
+  std::error_code gone;
+  if (!missing && std::filesystem::last_write_time(csv, gone) == written) std::filesystem::remove(csv, gone);
+  adapter_.forgetResultFile(message.csvFilePath);
 }
 
-void Session::copyResults(const ClientMessage& message) {
-  if (options_.csvFolder.empty() || !failureOf(message).empty()) return;
+void Session::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
+  if (options_.csvFolder.empty()) return;
   const Gate gate = enterCommand();
-  const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
   const std::string name = copyNames_.next(message.jobName, platform::pathToUtf8(csv.stem()));
   const std::filesystem::path copy = options_.csvFolder / platform::pathFromUtf8(name + ".csv");
   std::error_code error;
@@ -150,7 +160,11 @@ void Session::copyResults(const ClientMessage& message) {
 }
 
 Session::Gate Session::enterCommand() {
-  Gate gate(gate_);
+  Gate gate(gate_, std::defer_lock);
+  // An interrupt keeps the gate.
+  while (!gate.try_lock_for(kEndPoll)) {
+    if (interrupted_) waitForProgramEnd();
+  }
   if (interrupted_) {
     gate.unlock();
     waitForProgramEnd();
@@ -166,14 +180,13 @@ void Session::waitForProgramEnd() {
 
 void Session::interrupt() {
   if (interrupted_.exchange(true)) platform::exitNow(kInterruptedStatus);
-  if (!adapter_.ledger().jobNames.empty()) view_.showNotice("interrupted: cancelling all jobs");
+  if (!adapter_.jobNames().empty()) view_.showNotice("interrupted: cancelling all jobs");
   if (!cancelJobs()) return;
-  for (const std::string& file : adapter_.ledger().csvFilePaths) {
-    const std::filesystem::path csv = platform::pathFromNarrow(file);
+  for (const std::string& file : adapter_.resultFiles()) {
     std::error_code ignored;
-    std::filesystem::remove(csv, ignored);
-    removeLeftovers(csv);
+    std::filesystem::remove(platform::pathFromNarrow(file), ignored);
   }
+  adapter_.removeCancelledLeftovers();
   adapter_.waitUntilIdle(kNoticePatience);
   platform::exitNow(kInterruptedStatus);
 }
@@ -186,35 +199,28 @@ bool Session::cancelJobs() {
   auto giveUp = Clock::time_point::max();
   while (true) {
     const auto now = Clock::now();
-    const bool again = now >= nextCancel;
-    if (again) nextCancel = now + kCancelAgain;
-    if (cancelKnownJobs(again)) {
-      std::this_thread::sleep_for(kCancelPoll);
-      continue;
-    }
-    if (gate.owns_lock()) {
+    if (moduleHoldsJobs()) {
+      if (now >= nextCancel) {
+        nextCancel = now + kCancelAgain;
+        module_.cancelAllPending();
+        for (const std::string& name : adapter_.jobNames()) {
+          module_.cancelJob(name);
+        }
+      }
+      std::this_thread::sleep_for(kEndPoll);
+    } else if (gate.owns_lock()) {
       if (closed_) return false;
       // Kept, so that no further command runs.
       gate.release();
       return true;
+    } else if (now >= giveUp) {
+      return true;
+    } else {
+      if (giveUp == Clock::time_point::max()) giveUp = now + kCommandPatience;
+      // With the gate in hand look again: the command may just have submitted a job.
+      if (gate.try_lock_for(kEndPoll)) nextCancel = now;
     }
-    if (giveUp == Clock::time_point::max()) giveUp = now + kCommandPatience;
-    if (now >= giveUp) return true;
-    // With the gate in hand look again: the command may just have submitted a job.
-    if (gate.try_lock_for(kCancelPoll)) nextCancel = now;
   }
-}
-
-// True while the module holds a job that it has told of.
-bool Session::cancelKnownJobs(bool again) {
-  if (again) module_.cancelAllPending();
-  bool busy = false;
-  for (const std::string& name : adapter_.ledger().jobNames) {
-    if (!module_.isJobPendingOrRunning(name)) continue;
-    busy = true;
-    if (again) module_.cancelJob(name);
-  }
-  return busy;
 }
 
 }  // namespace genostat::standalone
