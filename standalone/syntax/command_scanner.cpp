@@ -222,7 +222,7 @@ void CommandScanner::Reader::readString() {
     value += text_[i];
   }
   fail("this quote is not closed on its line", 1,
-       std::string("expected ") + quote + " behind the text; inside it the same quote is written twice");
+       std::string("expected ") + quote + " at the end of the text (inside the text it is written twice)");
 }
 
 // A run of word characters is a number when all of it reads as one. Periods at its end belong

@@ -9,6 +9,22 @@
 
 namespace genostat::standalone {
 
+namespace {
+
+// Typographic quotes, U+2018 to U+201F: what word processors make of straight ones.
+bool beginsWithCurlyQuote(std::string_view text) {
+  return text.size() > 2 && text.starts_with("\xE2\x80") && text[2] >= '\x98' && text[2] <= '\x9F';
+}
+
+// What slips of the hand lead to a token that fits nowhere.
+std::string hintAt(const Token& token) {
+  if (token.isSymbol('.')) return "a period ends a command only at the end of a line";
+  if (beginsWithCurlyQuote(token.text)) return "texts stand between straight quotes, ' or \"";
+  return {};
+}
+
+}  // namespace
+
 const Token& TokenCursor::peek(std::size_t ahead) const {
   const std::size_t last = command_.tokens.size() - 1;
   return command_.tokens[ahead < last - std::min(position_, last) ? position_ + ahead : last];
@@ -106,7 +122,7 @@ void TokenCursor::fail(std::string message, const Token& token, std::string hint
 }
 
 void TokenCursor::failExpected(std::string_view what) const {
-  fail("expected " + std::string(what) + ", found " + describeToken(peek()), peek());
+  fail("expected " + std::string(what) + ", found " + describeToken(peek()), peek(), hintAt(peek()));
 }
 
 std::string describeToken(const Token& token) {

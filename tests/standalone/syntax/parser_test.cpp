@@ -185,6 +185,12 @@ TEST(UniversalParser, SaysWhatIsWrongAndWhere) {
       {"GENOSTAT /DESC SKEWNESS|=|TRUE.", "SKEWNESS takes no value"},
       {"GENOSTAT /DESC KURT|(|1).", "KURTOSIS takes no value"},
       {"GENOSTAT /JOB NAME=|b|.", "expected a text for NAME in quotes, found \"b\""},
+      {"GENOSTAT /JOB NAME=|\u201Cb\u201D|.",
+       "expected a text for NAME in quotes, found \"\u201Cb\u201D\"; texts stand between straight quotes, ' "
+       "or \""},
+      {"GENOSTAT /JOB|.| GENOSTAT /JOB.",
+       "expected NAME, FILE, FOLDER or ADAPTERS, found \".\"; a period ends a command only at the end of a "
+       "line"},
       {"GENOSTAT /JOB NAME||", "expected a text for NAME in quotes, found the end of the command"},
       {"GENOSTAT /JOB FILE='a', |/|PRINT.", "expected a text for FILE in quotes, found \"/\""},
       {"GENOSTAT /DESC VAR= |kurt|.", "expected a name for VARIABLES, found \"kurt\""},
