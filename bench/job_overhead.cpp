@@ -1,0 +1,111 @@
+// What the module adds to an analysis: the time of a submission (the entry, from call to return), and a
+// whole job beside a bare start and wait of the same launcher. The two kinds alternate within one run, so
+// that both see the same machine; medians are compared.
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <vector>
+
+#include "entry/genostat.h"
+#include "jobs/geno_stat_algo_manager.h"
+#include "platform/files.h"
+#include "platform/process.h"
+#include "run/base64.h"
+#include "run/launch_command.h"
+#include "standalone/session/current_scope.h"
+#include "standalone/syntax/command.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using genostat::test::TestHost;
+
+constexpr int kPairs = 300;
+constexpr int kSubmissions = 300;
+
+double median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
+
+template <typename Work>
+double milliseconds(const Work& work) {
+  const Clock::time_point start = Clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+// The GENOSTAT command of a user, run as often as wanted.
+class Submission {
+ public:
+  explicit Submission(const std::string& name)
+      : scan_(genostat::standalone::scanCommands(std::make_shared<genostat::standalone::SourceText>(
+            genostat::standalone::SourceText{"bench", "GENOSTAT /JOB FOLDER='in' NAME='" + name + "'."}))) {}
+
+  void operator()() const {
+    const genostat::standalone::CommandScope scope(scan_.items[0].command);
+    GENOSTAT();
+  }
+
+ private:
+  genostat::standalone::ScanResult scan_;
+};
+
+void measureJobs() {
+  TestHost host;
+  host.plan("csv a,b,c\\n1,2,3\\n\nexit 0");
+  const std::string base = host.home().string() + genostat::platform::kPathSeparator;
+  const std::string result = host.temp().string() + "/bare.csv";
+  const std::string document = "{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\"" +
+                               result + "\",\"folder\":\"in\"}]}";
+  const Submission submit("job");
+  std::vector<double> bare;
+  std::vector<double> job;
+  for (int i = 0; i < kPairs; ++i) {
+    bare.push_back(milliseconds([&] {
+      const auto process = genostat::platform::ChildProcess::start(
+          genostat::launchCommand(base + "statisticspython3", base + "genostat.pyc", genostat::encodeBase64(document)));
+      if (!process || process->wait() != 0) std::exit(1);
+    }));
+    const std::size_t ends = host.adapter.ends();
+    job.push_back(milliseconds([&] {
+      submit();
+      if (!host.adapter.waitForEnds(ends + 1)) std::exit(1);
+    }));
+    for (const std::string& file : host.temporaryFiles()) {
+      std::filesystem::remove(host.temp() / file);
+    }
+  }
+  const double ratio = median(job) / median(bare);
+  std::cout << "bare start and wait   " << median(bare) << " ms\n"
+            << "whole job             " << median(job) << " ms\n"
+            << "ratio                 " << ratio << "   (medians of " << kPairs << " alternating pairs)\n";
+}
+
+void measureSubmission() {
+  TestHost host;
+  host.plan("wait go\nexit 0");
+  const std::size_t before = host.adapter.ends();
+  Submission("held")();
+  const Submission submit("waiting");
+  std::vector<double> times;
+  for (int i = 0; i < kSubmissions; ++i) {
+    times.push_back(milliseconds(submit));
+    getGenoManagerInstance()->cancellAllJobsPending();
+  }
+  host.signal("go");
+  host.adapter.waitForEnds(before + kSubmissions + 1);
+  std::cout << "submission            " << 1000 * median(times) << " us   (median of " << kSubmissions << ")\n";
+}
+
+}  // namespace
+
+int main() {
+  std::cout << std::fixed << std::setprecision(3);
+  measureJobs();
+  measureSubmission();
+}
