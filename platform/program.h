@@ -45,7 +45,7 @@ class DynamicLibrary {
 };
 
 // Calls `handler` on a thread of its own for each Ctrl-C (SIGINT, SIGTERM, SIGHUP; on Windows a console
-// control event). Install once, before other threads start.
+// control event); calls may overlap. Install once, before other threads start.
 void onInterrupt(std::function<void()> handler);
 
 // Ends the program at once, without any clean-up.

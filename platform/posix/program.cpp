@@ -73,7 +73,8 @@ void onInterrupt(std::function<void()> handler) {
   std::thread([signals, handler = std::move(handler)] {
     int signal = 0;
     while (sigwait(&signals, &signal) == 0) {
-      handler();
+      // A handler may take its time; the next signal does not wait for it.
+      std::thread(handler).detach();
     }
   }).detach();
 }
