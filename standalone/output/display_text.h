@@ -1,17 +1,13 @@
-// Data as text that a terminal can show: harmless characters, and lines of a given width.
+// Data as text that a terminal can show: in lines of a given width.
 #pragma once
 
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "standalone/syntax/printable_text.h"
+
 namespace genostat::standalone {
-
-enum class LineBreaks { Escape, Keep };
-
-// The text with every character that would steer a terminal written visibly: \t, \n, \x1B, \u202E.
-// Invalid UTF-8 becomes U+FFFD. `Keep` lets line feeds and tabs through, for texts of several lines.
-std::string printableText(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
 
 // Breaks a printable text into lines of at most `width` columns: at blanks, in a longer word
 // behind `_`, `-`, `/`, `\`, `,` or `;`, and else anywhere. At least one line.

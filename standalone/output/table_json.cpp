@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "standalone/output/display_text.h"
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 

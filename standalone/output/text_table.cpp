@@ -16,7 +16,7 @@
 #include "standalone/output/display_text.h"
 #include "standalone/output/text_box.h"
 #include "standalone/output/text_grid.h"
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 

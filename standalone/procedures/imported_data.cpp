@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 

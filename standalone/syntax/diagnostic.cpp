@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "standalone/output/display_text.h"
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/printable_text.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 

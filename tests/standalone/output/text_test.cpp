@@ -10,7 +10,7 @@
 #include "standalone/output/number_format.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 namespace {

@@ -1,4 +1,4 @@
-#include "standalone/output/utf8.h"
+#include "standalone/syntax/utf8.h"
 
 #include <algorithm>
 #include <array>

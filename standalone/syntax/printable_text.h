@@ -1,0 +1,15 @@
+// Data as text that a terminal can show without harm.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace genostat::standalone {
+
+enum class LineBreaks { Escape, Keep };
+
+// The text with every character that would steer a terminal written visibly: \t, \n, \x1B, \u202E.
+// Invalid UTF-8 becomes U+FFFD. `Keep` lets line feeds and tabs through, for texts of several lines.
+std::string printableText(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
+
+}  // namespace genostat::standalone
