@@ -1,8 +1,17 @@
 #include "standalone/output/pivot_table.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace genostat::standalone {
+
+CellValue textCell(std::string text) {
+  return {std::move(text), {}};
+}
+
+CellValue numberCell(double number, int decimals) {
+  return {number, {decimals, true}};
+}
 
 std::size_t leafCount(const std::vector<Category>& categories) {
   std::size_t count = 0;

@@ -20,6 +20,9 @@ struct CellValue {
   NumberFormat format;
 };
 
+CellValue textCell(std::string text);
+CellValue numberCell(double number, int decimals);
+
 // A label of a dimension; leaves carry the cells, groups carry labels below them.
 struct Category {
   std::string label;

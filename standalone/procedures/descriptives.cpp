@@ -149,8 +149,7 @@ int decimalsFor(const Shown& shown, const Column& column) {
 }
 
 CellValue toCell(const std::optional<double>& value, int decimals) {
-  if (!value) return {};
-  return {*value, {decimals, true}};
+  return value ? numberCell(*value, decimals) : CellValue();
 }
 
 std::vector<Category> columnLabels(const Statistics& statistics) {
@@ -173,7 +172,7 @@ PivotTable buildTable(const Request& request, std::size_t caseCount) {
         request.listwise ? computeMoments(valuesOf(*column, complete)) : computeMoments(column->numbers);
     table.rows.push_back({column->name, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
-    cells.push_back({static_cast<double>(moments.count), {}});
+    cells.push_back(numberCell(static_cast<double>(moments.count), 0));
     for (std::size_t i = 0; i < StatisticCount; ++i) {
       if (!request.statistics.test(i)) continue;
       const int decimals = decimalsFor(kShown[i], *column);
@@ -183,7 +182,7 @@ PivotTable buildTable(const Request& request, std::size_t caseCount) {
   }
   table.rows.push_back({"Valid N (listwise)", {}});
   const auto valid = std::ranges::count(complete, true);
-  table.cells.push_back({{static_cast<double>(valid), {}}});
+  table.cells.emplace_back().push_back(numberCell(static_cast<double>(valid), 0));
   return table;
 }
 

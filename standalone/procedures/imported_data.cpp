@@ -23,9 +23,9 @@ std::string shorten(const std::string& text) {
 }
 
 CellValue valueOf(const Column& column, std::size_t row) {
-  if (column.type == Column::Type::String) return {shorten(column.texts[row]), {}};
+  if (column.type == Column::Type::String) return textCell(shorten(column.texts[row]));
   if (std::isnan(column.numbers[row])) return {};
-  return {column.numbers[row], {std::min(column.decimals, kMostDecimals), true}};
+  return numberCell(column.numbers[row], std::min(column.decimals, kMostDecimals));
 }
 
 std::string counted(std::size_t count, const std::string& singular) {
@@ -45,7 +45,7 @@ PivotTable importedDataTable(const Dataset& dataset, const std::string& fileName
   for (const Column& column : dataset.columns) {
     table.rows.push_back({column.name, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
-    cells.push_back({std::string(column.type == Column::Type::Numeric ? "Numeric" : "String"), {}});
+    cells.push_back(textCell(column.type == Column::Type::Numeric ? "Numeric" : "String"));
     for (std::size_t row = 0; row < cases; ++row) {
       cells.push_back(valueOf(column, row));
     }
