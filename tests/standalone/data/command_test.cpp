@@ -101,6 +101,12 @@ Imported Data
 +--------+---------+--------+--------+
 2 cases, 2 variables, from )" + file + "\n");
   EXPECT_EQ(activeName(), "run-1");
+  // A job's own syntax has the path in the system's narrow encoding.
+  datasets_.closeAll();
+  run(head + folder_.narrow() + "/" + platform::pathToNarrow(platform::pathFromUtf8("r\xC3\xA9sultat.csv")) +
+      tail);
+  ASSERT_NE(datasets_.active(), nullptr);
+  EXPECT_EQ(datasets_.active()->caseCount, 2U);
 }
 
 TEST_F(Commands, RefuseWhatIsWrongInAnImport) {
