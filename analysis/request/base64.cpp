@@ -31,8 +31,8 @@ std::optional<std::string> decodeBase64(std::string_view text) {
       bits &= (1U << count) - 1;
     }
   }
-  // Left over are 0, 2 or 4 zero bits; 6 would be a lone character before three paddings' worth.
-  if (bits != 0 || count == 6) return std::nullopt;
+  // Left over are 0, 2 or 4 bits.
+  if (bits != 0) return std::nullopt;
   return bytes;
 }
 

@@ -43,7 +43,7 @@ fs::file_status statusOf(const fs::path& path, const std::string& givenPath, con
     throw Failure(ExitCode::FileNotFound, givenPath, givenPath + ": no such " + kind);
   }
   if (error == std::errc::permission_denied) {
-    throw Failure(ExitCode::PermissionDenied, givenPath, givenPath + ": permission denied");
+    throw Failure(ExitCode::PermissionDenied, givenPath, givenPath + ": " + error.message());
   }
   if (!fs::status_known(status)) {
     throw Failure(ExitCode::General, givenPath, givenPath + ": " + error.message());
@@ -100,7 +100,7 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   if (error) {
     const bool denied = error == std::errc::permission_denied;
     throw Failure(denied ? ExitCode::PermissionDenied : ExitCode::General, folder,
-                  folder + ": " + (denied ? "permission denied" : error.message()));
+                  folder + ": " + error.message());
   }
   if (names.empty()) {
     throw Failure(ExitCode::NoFastqFiles, folder,

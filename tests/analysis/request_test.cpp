@@ -8,7 +8,8 @@
 #include "analysis/failure.h"
 #include "analysis/request/base64.h"
 #include "analysis/request/samples.h"
-#include "tests/analysis/analysis_support.h"
+#include "tests/analysis/base64_text.h"
+#include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
 namespace genostat::analysis {
@@ -104,10 +105,10 @@ TEST(Samples, OfAFolderAreItsFastqFilesInByteOrder) {
   const test::TemporaryFolder folder;
   // "a-" before "a." and capital letters before small ones.
   for (const char* name : {"b.fq", "a.fastq.gz", "a-1.FQ.GZ", "B.FastQ", "x.txt", "y.fastq.bz2", "zfastq"}) {
-    test::writeFile(folder.path() / name, "");
+    test::writeWholeFile(folder.path() / name, "");
   }
   std::filesystem::create_directory(folder.path() / "folder.fastq");
-  test::writeFile(folder.path() / "folder.fastq" / "inner.fastq", "");
+  test::writeWholeFile(folder.path() / "folder.fastq" / "inner.fastq", "");
   std::vector<std::string> names;
   for (const Sample& sample : samplesOfFolder(platform::pathToUtf8(folder.path()))) {
     names.push_back(sample.fileName);
@@ -118,7 +119,7 @@ TEST(Samples, OfAFolderAreItsFastqFilesInByteOrder) {
 TEST(Samples, ThatAreNotThereAreNamed) {
   const test::TemporaryFolder folder;
   const std::string empty = platform::pathToUtf8(folder.path());
-  test::writeFile(folder.path() / "plain", "");
+  test::writeWholeFile(folder.path() / "plain", "");
   EXPECT_EQ(failureOf([&] { samplesOfFolder(empty); }),
             "8 " + empty + ": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
   EXPECT_EQ(failureOf([&] { samplesOfFolder(empty + "/none"); }), "2 " + empty + "/none: no such folder");

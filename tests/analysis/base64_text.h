@@ -1,15 +1,12 @@
-// What tests of the analyser share.
+// Base64 for payloads.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 
 namespace genostat::test {
 
-// Base64, one input triple at a time.
+// One input triple at a time.
 inline std::string toBase64(std::string_view bytes) {
   static constexpr std::string_view kLetters =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -24,15 +21,6 @@ inline std::string toBase64(std::string_view bytes) {
     }
   }
   return text;
-}
-
-inline void writeFile(const std::filesystem::path& path, std::string_view text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
-
-inline std::string readFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace genostat::test
