@@ -34,11 +34,10 @@ bool directoryExists(const std::string& path) {
   return platform::queryPath(path) == platform::PathKind::Folder;
 }
 
-std::string generateUniqueFilename(const std::string& folder) {
+std::string generateUniqueFilename(const std::string& folder, std::int64_t time) {
   try {
     if (!directoryExists(folder)) return {};
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const std::string stamp = std::to_string(std::chrono::floor<std::chrono::seconds>(now).count());
+    const std::string stamp = std::to_string(time);
     std::string candidate = joinPath(folder, stamp + ".csv");
     for (int n = 1; n < kMaxCandidates && fileExists(candidate); ++n) {
       candidate = joinPath(folder, stamp + "_" + std::to_string(n) + ".csv");
@@ -47,6 +46,11 @@ std::string generateUniqueFilename(const std::string& folder) {
   } catch (const std::exception&) {
     return {};
   }
+}
+
+std::string generateUniqueFilename(const std::string& folder) {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return generateUniqueFilename(folder, std::chrono::floor<std::chrono::seconds>(now).count());
 }
 
 bool removeIfExists(const std::string& path) {

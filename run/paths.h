@@ -2,6 +2,7 @@
 // as they are; slash and backslash both separate.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace genostat {
@@ -17,9 +18,11 @@ bool fileExists(const std::string& path);
 // An existing folder.
 bool directoryExists(const std::string& path);
 
-// A path in `folder` for a result file: T.csv, T being the seconds since 1970 UTC, or the first of
+// A path in `folder` for a result file of the time T, in seconds since 1970 UTC: T.csv, or the first of
 // T_1.csv to T_999.csv that does not exist; T_999.csv when all exist. Nothing is created. Empty when
 // the folder does not exist or memory runs out.
+std::string generateUniqueFilename(const std::string& folder, std::int64_t time);
+// The same for the present time.
 std::string generateUniqueFilename(const std::string& folder);
 
 // Removes the file if it exists and is no folder. False, with errno set, when it could not be removed.

@@ -47,24 +47,22 @@ TEST(Paths, TellFilesFromFolders) {
 TEST(UniqueFilename, CountsUpFromTheTimeStampAndGivesUpAtTheCap) {
   const test::TemporaryFolder folder;
   EXPECT_EQ(generateUniqueFilename(folder.narrow("missing")), "");
-
-  const std::string first = generateUniqueFilename(folder.narrow());
-  const long long now = std::stoll(first.substr(folder.narrow().size() + 1));
-  EXPECT_EQ(first, joinPath(folder.narrow(), std::to_string(now) + ".csv"));
-  // Candidates of the next seconds are taken as well, so that the clock may move on meanwhile.
-  const auto take = [&](const std::string& ending) {
-    for (long long second = now; second < now + 20; ++second) {
-      std::ofstream(joinPath(folder.narrow(), std::to_string(second) + ending));
-    }
+  constexpr std::int64_t kTime = 1731721138;
+  const auto path = [&](const std::string& ending) {
+    return joinPath(folder.narrow(), "1731721138" + ending);
   };
-  take(".csv");
-  EXPECT_TRUE(generateUniqueFilename(folder.narrow()).ends_with("_1.csv"));
+  const auto next = [&] { return generateUniqueFilename(folder.narrow(), kTime); };
+  EXPECT_EQ(next(), path(".csv"));
+  std::ofstream(path(".csv")).flush();
   for (int n = 1; n < 1000; ++n) {
-    take("_" + std::to_string(n) + ".csv");
+    if (n == 1 || n == 2 || n == 999) {
+      EXPECT_EQ(next(), path("_" + std::to_string(n) + ".csv"));
+    }
+    std::ofstream(path("_" + std::to_string(n) + ".csv")).flush();
   }
-  const std::string last = generateUniqueFilename(folder.narrow());
-  EXPECT_TRUE(last.ends_with("_999.csv")) << last;
-  EXPECT_TRUE(fileExists(last));
+  EXPECT_EQ(next(), path("_999.csv")) << "given up at the cap";
+  const std::string now = generateUniqueFilename(folder.narrow());
+  EXPECT_GT(std::stoll(now.substr(folder.narrow().size() + 1)), kTime);
 }
 
 TEST(Base64, EncodesEveryRemainder) {
