@@ -230,16 +230,16 @@ TEST(Cancel, OfARunningJobEndsItsWholeTree) {
 TEST(Cancel, BeforeTheProcessExistsLetsItRunToItsEnd) {
   TestHost host;
   auto manager = GenoStatAlgoManagerTestPeer::make();
-  // A job before it, so that the stored process id is stale.
-  host.plan("exit 0");
-  submit(*manager, "first");
-  ASSERT_TRUE(host.adapter.waitForEnds(1));
-  host.plan("csv a\\n1\\n\nrecord\nexit 3");
   host.adapter.onMessage = [&](const std::string& message) {
     if (message != "start early running") return;
     EXPECT_TRUE(manager->cancelJob("early"));
     EXPECT_TRUE(manager->cancelJob("early"));
   };
+  // A job before it, so that the stored process id is stale.
+  host.plan("exit 0");
+  submit(*manager, "first");
+  ASSERT_TRUE(host.adapter.waitForEnds(1));
+  host.plan("csv a\\n1\\n\nrecord\nexit 3");
   submit(*manager, "early");
   waitUntilGone(*manager, "early");
   EXPECT_TRUE(std::filesystem::exists(host.home() / "arguments.txt")) << "it was started all the same";

@@ -19,8 +19,11 @@ namespace fs = std::filesystem;
 
 void RecordingAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg* message) {
   std::string text;
+  std::function<void(const std::string&)> hook;
   {
     const std::lock_guard lock(mutex_);
+    // Copied here: once the waiting test has seen the message, this object may be gone.
+    hook = onMessage;
     if (messageId == ZorvwMsgStartGenomicProcessing::kMessageId) {
       const auto& start = dynamic_cast<const ZorvwMsgStartGenomicProcessing&>(*message);
       text = "start " + start.jobName + (start.started ? " running" : " queued");
@@ -34,7 +37,7 @@ void RecordingAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg*
     messages_.push_back(text);
     changed_.notify_all();
   }
-  if (onMessage) onMessage(text);
+  if (hook) hook(text);
 }
 
 std::vector<std::string> RecordingAdapter::messages() const {

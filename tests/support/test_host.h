@@ -30,7 +30,8 @@ class RecordingAdapter : public ZORV_Adapter {
   std::size_t ends() const;
 
   bool interactive = true;
-  // Called with the text of each message after it was recorded, on the sending thread.
+  // Called with the text of each message after it was recorded, on the sending thread. Set it before the
+  // first message.
   std::function<void(const std::string&)> onMessage;
   // The last end message's other fields: "CSV|WORKBOOK|PARAGRAPH".
   std::string lastEndFields;
