@@ -1,7 +1,9 @@
 #include "standalone/data/number_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
 #include <string>
 
 namespace genostat::standalone {
@@ -24,9 +26,35 @@ std::optional<double> fromChars(std::string_view text) {
   return error == std::errc() ? std::optional<double>(value) : std::nullopt;
 }
 
-}  // namespace
+// Nearly all numbers of data files: a sign, at most 15 digits, no exponent. Digits and the power
+// of ten are then exact in double, and the one division rounds correctly.
+std::optional<ParsedNumber> parsePlain(std::string_view text, char decimal) {
+  constexpr std::array<double, 16> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  if (text.size() >= kPowers.size()) return std::nullopt;
+  std::int64_t digits = 0;
+  std::size_t count = 0;
+  std::size_t decimals = 0;
+  bool signSeen = false;
+  for (const char c : text) {
+    if (isDigit(c)) {
+      digits = digits * 10 + (c - '0');
+      ++count;
+      decimals += signSeen ? 1U : 0U;
+    } else if (c == decimal && !signSeen) {
+      signSeen = true;
+    } else {
+      return std::nullopt;
+    }
+  }
+  if (count == 0) return std::nullopt;
+  const double value = static_cast<double>(digits) / kPowers[decimals];
+  return ParsedNumber{negative ? -value : value, static_cast<int>(decimals)};
+}
 
-std::optional<ParsedNumber> parseNumber(std::string_view text, char decimal) {
+std::optional<ParsedNumber> parseGeneral(std::string_view text, char decimal) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;
@@ -36,28 +64,37 @@ std::optional<ParsedNumber> parseNumber(std::string_view text, char decimal) {
   if (first >= text.size() || (!isDigit(text[first]) && text[first] != decimal)) return std::nullopt;
 
   const std::size_t sign = text.find(decimal, first);
+  std::string dotted(text);
+  if (decimal != '.') {
+    if (text.find('.') != std::string_view::npos) return std::nullopt;
+    if (sign != std::string_view::npos) dotted[sign] = '.';
+  }
+  const std::optional<double> value = fromChars(dotted);
+  if (!value) return std::nullopt;
   int decimals = 0;
   if (sign != std::string_view::npos) {
     const std::string_view behind = text.substr(sign + 1);
     decimals = static_cast<int>(std::ranges::find_if_not(behind, isDigit) - behind.begin());
   }
-  std::optional<double> value;
-  if (decimal == '.') {
-    value = fromChars(text);
-  } else {
-    if (text.find('.') != std::string_view::npos) return std::nullopt;
-    std::string dotted(text);
-    if (sign != std::string_view::npos) dotted[sign] = '.';
-    value = fromChars(dotted);
-  }
-  if (!value) return std::nullopt;
   return ParsedNumber{*value, decimals};
 }
 
+}  // namespace
+
+std::optional<ParsedNumber> parseNumber(std::string_view text, char decimal) {
+  if (const auto number = parsePlain(text, decimal)) return number;
+  return parseGeneral(text, decimal);
+}
+
 std::string_view trimBlanks(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  while (!text.empty() && isBlank(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && isBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
 }
 
 }  // namespace genostat::standalone
