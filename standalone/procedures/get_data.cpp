@@ -234,16 +234,16 @@ void runGetData(CommandContext& context) {
   context.datasets.deactivate();
   ParsedGetData parsed = parseGetData(context.command);
   parsed.request.decimal = context.settings.decimal;
+  const std::string file = platform::pathToUtf8(parsed.request.file);
   ImportResult result;
   try {
     result = importText(parsed.request);
   } catch (const ImportError& error) {
-    TokenCursor::fail("cannot import " + quoteForMessage(parsed.file.text) + ": " + error.what(),
-                      parsed.file);
+    TokenCursor::fail("cannot import " + quoteForMessage(file) + ": " + error.what(), parsed.file);
   }
-  showWarnings(context, parsed.file.text, result.warnings);
+  showWarnings(context, file, result.warnings);
   const Dataset& dataset = context.datasets.add(std::move(result.dataset));
-  context.output.addTable("GET DATA", importedDataTable(dataset, parsed.file.text));
+  context.output.addTable("GET DATA", importedDataTable(dataset, file));
 }
 
 }  // namespace genostat::standalone
