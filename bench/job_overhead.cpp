@@ -60,15 +60,16 @@ void measureJobs() {
   host.plan("csv a,b,c\\n1,2,3\\n\nexit 0");
   const std::string base = host.home().string() + genostat::platform::kPathSeparator;
   const std::string result = host.temp().string() + "/bare.csv";
-  const std::string document = "{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\"" +
-                               result + "\",\"folder\":\"in\"}]}";
+  const std::string document =
+      "{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\"" + result +
+      "\",\"folder\":\"in\"}]}";
   const Submission submit("job");
   std::vector<double> bare;
   std::vector<double> job;
   for (int i = 0; i < kPairs; ++i) {
     bare.push_back(milliseconds([&] {
-      const auto process = genostat::platform::ChildProcess::start(
-          genostat::launchCommand(base + "statisticspython3", base + "genostat.pyc", genostat::encodeBase64(document)));
+      const auto process = genostat::platform::ChildProcess::start(genostat::launchCommand(
+          base + "statisticspython3", base + "genostat.pyc", genostat::encodeBase64(document)));
       if (!process || process->wait() != 0) std::exit(1);
     }));
     const std::size_t ends = host.adapter.ends();
@@ -99,7 +100,8 @@ void measureSubmission() {
   }
   host.signal("go");
   host.adapter.waitForEnds(before + kSubmissions + 1);
-  std::cout << "submission            " << 1000 * median(times) << " us   (median of " << kSubmissions << ")\n";
+  std::cout << "submission            " << 1000 * median(times) << " us   (median of " << kSubmissions
+            << ")\n";
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ void GenoStatAlgoManager::addJobToQueue(GenoJobSettings* job) {
   std::unique_ptr<GenoJobSettings> owned(job);
   const std::lock_guard lock(queueMutex_);
   jobQueue_.push_back(owned.get());
-  owned.release();
+  static_cast<void>(owned.release());
   job->setJobStatus(JobStatus::Pending);
   sendStartGenomicsJobMessage(*job, false);
   if (!workerRunning_) {
