@@ -22,7 +22,7 @@ std::string inLine(std::size_t line) {
 
 }  // namespace
 
-RecordReader::RecordReader(std::istream& input, DelimitedFormat format)
+RecordReader::RecordReader(std::istream& input, const DelimitedFormat& format)
     : input_(input), qualifier_(format.qualifier) {
   stops_[static_cast<unsigned char>('\n')] = true;
   for (const char delimiter : format.delimiters) {

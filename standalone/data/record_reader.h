@@ -28,7 +28,7 @@ struct DelimitedFormat {
 // and text behind a closing qualifier belongs to the field. Borrows the stream.
 class RecordReader {
  public:
-  RecordReader(std::istream& input, DelimitedFormat format);
+  RecordReader(std::istream& input, const DelimitedFormat& format);
 
   // Steps to the next record; false behind the last one. Throws ImportError.
   bool next();

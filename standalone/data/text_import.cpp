@@ -88,6 +88,7 @@ class ImportPass {
 // Null stands for a column that is not to be read.
 std::vector<ColumnLoader*> pointersTo(std::vector<std::optional<ColumnLoader>>& loaders) {
   std::vector<ColumnLoader*> pointers;
+  pointers.reserve(loaders.size());
   for (std::optional<ColumnLoader>& loader : loaders) {
     pointers.push_back(loader ? &*loader : nullptr);
   }

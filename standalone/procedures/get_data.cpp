@@ -147,10 +147,10 @@ double parsePercentage(TokenCursor& cursor) {
 
 // Generated syntax carries paths in the system's narrow encoding, people write UTF-8.
 std::filesystem::path resolveFile(const std::string& text) {
-  const std::filesystem::path path = platform::pathFromUtf8(text);
+  std::filesystem::path path = platform::pathFromUtf8(text);
   std::error_code ignored;
   if (std::filesystem::exists(path, ignored)) return path;
-  const std::filesystem::path narrow = platform::pathFromNarrow(text);
+  std::filesystem::path narrow = platform::pathFromNarrow(text);
   return std::filesystem::exists(narrow, ignored) ? narrow : path;
 }
 
