@@ -1,11 +1,13 @@
 #include "standalone/console/batch_run.h"
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "platform/program.h"
@@ -30,10 +32,22 @@ struct BatchRun {
 
   ConsoleView view;
   std::optional<standalone::Session> session;
-  std::atomic<bool> sessionReady{false};
+  enum class Phase { Starting, Running, Interrupted };
+  std::atomic<Phase> phase{Phase::Starting};
+
+  // The session may be interrupted from now on.
+  void begin() {
+    Phase before = Phase::Starting;
+    if (phase.compare_exchange_strong(before, Phase::Running)) return;
+    while (true) {
+      std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+  }
 
   void interrupt() {
-    if (!sessionReady) platform::exitNow(kInterrupted);
+    Phase before = Phase::Starting;
+    const bool early = phase.compare_exchange_strong(before, Phase::Interrupted);
+    if (early || before == Phase::Interrupted) platform::exitNow(kInterrupted);
     session->interrupt();
   }
 };
@@ -94,7 +108,7 @@ int runBatch(const RunOptions& options) {
   try {
     const standalone::SourcePtr syntax = readSyntax(options.file);
     run->session.emplace(sessionOptions(options), run->view, run->view.document());
-    run->sessionReady = true;
+    run->begin();
     run->session->run(syntax);
   } catch (const UsageError& error) {
     return refuse(error.what(), kUsageError);

@@ -76,13 +76,14 @@ void Session::runCommands(const SourcePtr& text) {
 }
 
 void Session::runItem(const ScanResult::Item& item) {
-  const Gate gate = enterCommand();
-  setJobMetadata(workbook_, ++paragraph_);
-  if (item.error) {
-    report(*item.error);
-  } else {
-    execute(item.command);
-  }
+  asCommand([&] {
+    setJobMetadata(workbook_, ++paragraph_);
+    if (item.error) {
+      report(*item.error);
+    } else {
+      execute(item.command);
+    }
+  });
 }
 
 void Session::execute(const Command& command) {
@@ -147,8 +148,7 @@ void Session::reportError(const std::string& message) {
 
 bool Session::close() {
   showMessages();
-  const Gate gate = enterCommand();
-  closed_ = true;
+  if (!gate_.close()) waitForProgramEnd();
   return !failed_;
 }
 

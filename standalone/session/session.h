@@ -1,11 +1,9 @@
 // A session: runs command syntax, follows the jobs that it submits, runs what they send back.
 #pragma once
 
-#include <atomic>
 #include <deque>
 #include <filesystem>
 #include <functional>
-#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,6 +11,7 @@
 #include "standalone/data/dataset.h"
 #include "standalone/output/output_document.h"
 #include "standalone/session/command_context.h"
+#include "standalone/session/command_gate.h"
 #include "standalone/session/current_scope.h"
 #include "standalone/session/dispatcher.h"
 #include "standalone/session/finished_job.h"
@@ -66,10 +65,8 @@ class Session {
   void interrupt();
 
  private:
-  using Gate = std::unique_lock<std::timed_mutex>;
-
-  // Held for one command. Does not return once the session is interrupted.
-  Gate enterCommand();
+  // Runs `work` as a command. Does not return once the session is interrupted.
+  void asCommand(const std::function<void()>& work);
   [[noreturn]] void waitForProgramEnd();
 
   void runCommands(const SourcePtr& text);
@@ -90,7 +87,7 @@ class Session {
   void runEndSyntax(const ClientMessage& message);
   void copyResults(const ClientMessage& message, const std::filesystem::path& csv);
 
-  bool cancelJobs();
+  void cancelJobs();
   bool moduleHoldsJobs() const;
 
   SessionOptions options_;
@@ -112,9 +109,7 @@ class Session {
   std::deque<ClientMessage> ended_;  // jobs whose syntax has not run
   CopyNames copyNames_;
 
-  std::timed_mutex gate_;  // held while a command runs
-  std::atomic<bool> interrupted_{false};
-  bool closed_ = false;  // guarded by gate_
+  CommandGate gate_;
 };
 
 }  // namespace genostat::standalone

@@ -92,7 +92,7 @@ void Session::finishJobs() {
 void Session::waitForJobs() {
   showMessages();
   while (!tracker_.openNames().empty()) {
-    if (interrupted_) waitForProgramEnd();
+    if (gate_.interrupted()) waitForProgramEnd();
     if (const auto message = adapter_.take(kLostJobCheck)) {
       onMessage(*message);
     } else {
@@ -132,21 +132,22 @@ void Session::runEndSyntax(const ClientMessage& message) {
   // A failed job has no results, and its file's name may be that of a later job.
   if (!message.failure.empty()) return runCommands(syntax);
   const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
-  copyResults(message, csv);
+  if (!options_.csvFolder.empty()) asCommand([&] { copyResults(message, csv); });
   std::error_code missing;
   const auto written = std::filesystem::last_write_time(csv, missing);
   runCommands(syntax);
-  const Gate gate = enterCommand();
-  // The syntax removes the result itself, unless its command failed. By now the name may mean
-  // another program's file.
-  std::error_code gone;
-  if (!missing && std::filesystem::last_write_time(csv, gone) == written) std::filesystem::remove(csv, gone);
-  adapter_.forgetResultFile(message.csvFilePath);
+  asCommand([&] {
+    // The syntax removes the result itself, unless its command failed. By now the name may mean
+    // another program's file.
+    std::error_code gone;
+    if (!missing && std::filesystem::last_write_time(csv, gone) == written) {
+      std::filesystem::remove(csv, gone);
+    }
+    adapter_.forgetResultFile(message.csvFilePath);
+  });
 }
 
 void Session::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
-  if (options_.csvFolder.empty()) return;
-  const Gate gate = enterCommand();
   const std::string name = copyNames_.next(message.jobName, platform::pathToUtf8(csv.stem()));
   const std::filesystem::path copy = options_.csvFolder / platform::pathFromUtf8(name + ".csv");
   std::error_code error;
@@ -159,17 +160,9 @@ void Session::copyResults(const ClientMessage& message, const std::filesystem::p
               platform::pathToUtf8(copy) + "\": " + error.message());
 }
 
-Session::Gate Session::enterCommand() {
-  Gate gate(gate_, std::defer_lock);
-  // An interrupt keeps the gate.
-  while (!gate.try_lock_for(kEndPoll)) {
-    if (interrupted_) waitForProgramEnd();
-  }
-  if (interrupted_) {
-    gate.unlock();
-    waitForProgramEnd();
-  }
-  return gate;
+void Session::asCommand(const std::function<void()>& work) {
+  if (const CommandGate::Passage passage(gate_); passage) return work();
+  waitForProgramEnd();
 }
 
 void Session::waitForProgramEnd() {
@@ -179,9 +172,12 @@ void Session::waitForProgramEnd() {
 }
 
 void Session::interrupt() {
-  if (interrupted_.exchange(true)) platform::exitNow(kInterruptedStatus);
+  const CommandGate::Answer answer = gate_.interrupt();
+  if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterruptedStatus);
+  // The program is about to end by itself.
+  if (answer == CommandGate::Answer::Closed) return;
   if (!adapter_.jobNames().empty()) view_.showNotice("interrupted: cancelling all jobs");
-  if (!cancelJobs()) return;
+  cancelJobs();
   for (const std::string& file : adapter_.resultFiles()) {
     std::error_code ignored;
     std::filesystem::remove(platform::pathFromNarrow(file), ignored);
@@ -191,35 +187,29 @@ void Session::interrupt() {
   platform::exitNow(kInterruptedStatus);
 }
 
-// Returns when the module holds no job and no command can submit one. False when the session is
-// closed: the program ends by itself.
-bool Session::cancelJobs() {
-  Gate gate(gate_, std::defer_lock);
+// Returns when the module holds no job, and either no command runs that could submit one, or a
+// command runs for too long to be waited for.
+void Session::cancelJobs() {
   auto nextCancel = Clock::now();
-  auto giveUp = Clock::time_point::max();
+  auto patienceEnds = nextCancel + kCommandPatience;
   while (true) {
+    // Asked first: a command may submit a job right before it ends.
+    const bool free = gate_.waitUntilFree(0ms);
     const auto now = Clock::now();
-    if (moduleHoldsJobs()) {
-      if (now >= nextCancel) {
-        nextCancel = now + kCancelAgain;
-        module_.cancelAllPending();
-        for (const std::string& name : adapter_.jobNames()) {
-          module_.cancelJob(name);
-        }
-      }
-      std::this_thread::sleep_for(kEndPoll);
-    } else if (gate.owns_lock()) {
-      if (closed_) return false;
-      // Kept, so that no further command runs.
-      gate.release();
-      return true;
-    } else if (now >= giveUp) {
-      return true;
-    } else {
-      if (giveUp == Clock::time_point::max()) giveUp = now + kCommandPatience;
-      // With the gate in hand look again: the command may just have submitted a job.
-      if (gate.try_lock_for(kEndPoll)) nextCancel = now;
+    if (!moduleHoldsJobs()) {
+      if (free || now >= patienceEnds) return;
+      gate_.waitUntilFree(kEndPoll);
+      continue;
     }
+    patienceEnds = now + kCommandPatience;
+    if (now >= nextCancel) {
+      nextCancel = now + kCancelAgain;
+      module_.cancelAllPending();
+      for (const std::string& name : adapter_.jobNames()) {
+        module_.cancelJob(name);
+      }
+    }
+    std::this_thread::sleep_for(kEndPoll);
   }
 }
 

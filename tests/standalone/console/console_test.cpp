@@ -251,17 +251,19 @@ TEST_F(Console, ReportsJobsThatCouldNotBeStarted) {
   EXPECT_NE(result.err.find("error: job 'a' could not be started\n"), std::string::npos) << result.err;
 }
 
-// One job runs, another waits. The launcher's processes write as long as they live.
-TEST_F(Console, EndsAllProcessesOnCtrlC) {
+// One job has ended, one runs and has begun its result, one waits. The running launcher's processes
+// write as long as they live.
+TEST_F(Console, LeavesNothingBehindOnCtrlC) {
   write("home/statisticspython3.sh",
         "#!/bin/sh\n"
+        "mkdir \"$0.first\" 2>/dev/null && exec " GENOSTAT_BIN_DIR
+        "/genostat-analysis \"$@\"\n"
+        "csv=$(echo \"$2\" | base64 -d | sed 's/.*\"CSV_Path\":\"\\([^\"]*\\)\".*/\\1/')\n"
+        "echo half >\"$csv.part\"; echo half >\"$csv\"\n"
         "beat() { while :; do echo . >>\"$0.beats\"; sleep 0.02; done; }\n"
-        "touch " +
-            text("temp") +
-            "/half.part\n"
-            "beat & beat\n");
+        "beat & beat\n");
   fs::permissions(at("home/statisticspython3.sh"), fs::perms::owner_all);
-  write("a.syntax", job("good.fastq", "one") + job("good.fastq", "two"));
+  write("a.syntax", job("good.fastq", "one") + job("good.fastq", "two") + job("good.fastq", "three"));
   const fs::path beats = at("home/statisticspython3.sh.beats");
   const auto size = [&] {
     std::error_code missing;
@@ -274,10 +276,10 @@ TEST_F(Console, EndsAllProcessesOnCtrlC) {
   if (!result) GTEST_SKIP() << "this system has no signals to send";
   EXPECT_EQ(result->status, 130);
   EXPECT_EQ(result->out, "");
-  // Whether the first job began before the second was queued is up to the system.
   EXPECT_THAT(result->err, testing::EndsWith("interrupted: cancelling all jobs\n"
-                                             "job 'two' cancelled\njob 'one' cancelled\n"));
-  EXPECT_THAT(eventsIn(at("events.jsonl")), testing::EndsWith("; e two; e one; "));
+                                             "job 'three' cancelled\njob 'two' cancelled\n"));
+  EXPECT_THAT(eventsIn(at("events.jsonl")), testing::EndsWith("r two; e three; e two; "));
+  EXPECT_EQ(namesIn(at("temp")), Arguments{});
   const auto last = size();
   std::this_thread::sleep_for(std::chrono::milliseconds(200));
   EXPECT_EQ(size(), last);

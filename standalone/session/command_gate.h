@@ -1,0 +1,46 @@
+// Decides between a command thread that wants to run its next command and an interrupt.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace genostat::standalone {
+
+// Thread-safe.
+class CommandGate {
+ public:
+  // A command runs as long as this lives. False when none may run any more.
+  class Passage {
+   public:
+    explicit Passage(CommandGate& gate);
+    ~Passage();
+    Passage(const Passage&) = delete;
+    Passage& operator=(const Passage&) = delete;
+    explicit operator bool() const { return open_; }
+
+   private:
+    CommandGate& gate_;
+    bool open_;
+  };
+
+  // No interrupt from now on. False when there was one already.
+  bool close();
+
+  enum class Answer { First, Repeated, Closed };
+  // No command begins from now on; one that runs goes on.
+  Answer interrupt();
+  bool interrupted() const;
+
+  // Waits until no command runs; false on time-out.
+  bool waitUntilFree(std::chrono::milliseconds timeout);
+
+ private:
+  mutable std::mutex mutex_;  // guards all below
+  std::condition_variable free_;
+  bool running_ = false;
+  bool interrupted_ = false;
+  bool closed_ = false;
+};
+
+}  // namespace genostat::standalone
