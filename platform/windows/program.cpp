@@ -105,6 +105,8 @@ void onInterrupt(std::function<void()> handler) {
 }
 
 void exitNow(int status) {
+  // ExitProcess would run the libraries' destructors after it has stopped their threads anywhere.
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
   ExitProcess(static_cast<UINT>(status));
 }
 
