@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -62,11 +63,13 @@ path absolutePath(const std::string& utf8) {
 
 // The system's choice even when there is no such folder, so that an error can name it.
 path systemTemporaryFolder() {
-  try {
-    return std::filesystem::temp_directory_path();
-  } catch (const std::filesystem::filesystem_error& error) {
-    return error.path1();
+  std::error_code missing;
+  path folder = std::filesystem::temp_directory_path(missing);
+  if (!missing) return folder;
+  for (const char* name : {"TMPDIR", "TMP", "TEMP"}) {
+    if (const char* value = std::getenv(name)) return platform::pathFromNarrow(value);
   }
+  return "/tmp";
 }
 
 standalone::SessionOptions sessionOptions(const RunOptions& options) {
