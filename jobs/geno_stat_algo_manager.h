@@ -35,10 +35,10 @@ class GenoStatAlgoManager {
   // The module's manager, created on first use; null when there is no memory for it. Any thread.
   GENOSTAT_EXPORT static GenoStatAlgoManager* getManagerInstance();
 
-  // Waits for the running job, frees the queued ones without a word to the client. Throws
-  // std::system_error (resource_deadlock_would_occur) on the worker's own thread. The module never
-  // deletes its manager; a host that does must not call it again.
-  GENOSTAT_EXPORT ~GenoStatAlgoManager() noexcept(false);
+  // Waits for the running job, frees the queued ones without a word to the client. On the worker's own
+  // thread (in a message of a run) it cannot wait and ends the program with a system error. The module
+  // never deletes its manager; a host that does must not call it again.
+  GENOSTAT_EXPORT ~GenoStatAlgoManager();
   GenoStatAlgoManager(const GenoStatAlgoManager&) = delete;
   GenoStatAlgoManager& operator=(const GenoStatAlgoManager&) = delete;
 
@@ -83,6 +83,7 @@ class GenoStatAlgoManager {
 
   // jobs: the worker and the client's messages.
   void processJobs();
+  void runNextJob(GenoJobSettings* job);
   void loadStringTable();
   void joinWorker();
   // Takes the job out of the current-job member, if it is there, and frees it.

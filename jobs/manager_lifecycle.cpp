@@ -1,7 +1,6 @@
 // The manager's creation and end, and its string table.
 #include <new>
 #include <system_error>
-#include <utility>
 
 #include "entry/geno_job_settings.h"
 #include "host/string_tables.h"
@@ -25,7 +24,7 @@ GenoStatAlgoManager* getGenoManagerInstance() {
 // Here, where the type of the process member is complete.
 GenoStatAlgoManager::GenoStatAlgoManager() = default;
 
-GenoStatAlgoManager::~GenoStatAlgoManager() noexcept(false) {
+GenoStatAlgoManager::~GenoStatAlgoManager() {
   {
     const std::lock_guard lock(queueMutex_);
     stop_ = true;

@@ -3,7 +3,6 @@
 
 #include "entry/geno_job_settings.h"
 #include "entry/texts.h"
-#include "host/path_service.h"
 #include "host/string_tables.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "run/installation_folder.h"
@@ -19,26 +18,41 @@ void GenoStatAlgoManager::processJobs() {
     currentJob_ = job;
     jobQueue_.pop_front();
     lock.unlock();
-    if (job->jobStatus() == JobStatus::Cancelled) {
-      // The client was told when the job was cancelled.
-      retireJob(job);
-    } else {
-      sendStartGenomicsJobMessage(*job, true);
-      launchPythonProcess(job);
-    }
+    runNextJob(job);
     lock.lock();
   }
   delete stringTable_.exchange(nullptr);
   workerRunning_ = false;
 }
 
+void GenoStatAlgoManager::runNextJob(GenoJobSettings* job) {
+  if (job->jobStatus() == JobStatus::Cancelled) {
+    // The client was told when the job was cancelled.
+    retireJob(job);
+    return;
+  }
+  try {
+    sendStartGenomicsJobMessage(*job, true);
+  } catch (...) {
+    // A host that fails in its message loses this job, not the worker and with it the program.
+    retireJob(job);
+    return;
+  }
+  launchPythonProcess(job);
+}
+
 void GenoStatAlgoManager::loadStringTable() {
   if (stringTable_.load() != nullptr) return;
-  const std::string folder = genostat::installationFolder();
-  auto table = std::make_unique<FacSTDictionary>(folder);
-  table->SetProcedure(genostat::texts::kProcedureName);
-  table->SetGlobalStringTable(folder);
-  stringTable_.store(table.release());
+  try {
+    const std::string folder = genostat::installationFolder();
+    auto table = std::make_unique<FacSTDictionary>(folder);
+    table->SetProcedure(genostat::texts::kProcedureName);
+    table->SetGlobalStringTable(folder);
+    stringTable_.store(table.release());
+  } catch (...) {
+    // Texts then show as their keys.
+    return;
+  }
 }
 
 void GenoStatAlgoManager::retireJob(GenoJobSettings* job) {

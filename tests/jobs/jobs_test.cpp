@@ -162,6 +162,20 @@ TEST(Worker, DropsAJobThatCannotStart) {
   EXPECT_EQ(host.adapter.ends(), 0u);
 }
 
+TEST(Worker, OutlivesAHostThatThrows) {
+  TestHost host;
+  host.adapter.onMessage = [](const std::string& message) {
+    if (message == "start lost running") throw std::runtime_error("host");
+  };
+  auto manager = GenoStatAlgoManagerTestPeer::make();
+  host.plan("exit 0");
+  submit(*manager, "lost");
+  submit(*manager, "next");
+  ASSERT_TRUE(host.adapter.waitForEnds(1));
+  EXPECT_THAT(host.adapter.messages().back(), testing::StartsWith("end next "));
+  EXPECT_FALSE(manager->isJobPendingOrRunning("lost"));
+}
+
 TEST(Queue, CountsAndFindsWaitingJobs) {
   TestHost host;
   auto manager = GenoStatAlgoManagerTestPeer::make();
