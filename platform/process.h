@@ -22,16 +22,19 @@ struct LaunchCommand {
 // no other process, even after the process has ended.
 class ChildProcess {
  public:
+  static constexpr std::uint32_t kLostExitCode = 255;
+
   // Null when the process cannot be created. The child inherits the environment and the current
   // folder, no handles but the standard streams, and leads a process group of its own.
   static std::unique_ptr<ChildProcess> start(const LaunchCommand& command);
 
   virtual ~ChildProcess() = default;
 
-  // Greater than 0.
+  // Greater than 0; -1 once the id could not be kept (see wait).
   virtual std::int32_t id() const = 0;
-  // Blocks until the process has ended; its exit code, bit for bit (128 plus the signal for
-  // a process that a signal ended, 0 where the system cannot tell).
+  // Blocks until the process has ended; its exit code, bit for bit, or 128 plus the signal for
+  // a process that a signal ended. Where somebody else has reaped the process (a host that ignores
+  // SIGCHLD, or reaps every child), the code and the id are lost: kLostExitCode and -1.
   virtual std::uint32_t wait() = 0;
 };
 

@@ -56,6 +56,8 @@ bool GenoStatAlgoManager::runJob(GenoJobSettings& settings) {
   adoptProcess(std::move(started));
 
   const std::uint32_t exitCode = process.wait();
+  // The same id as before, unless the system has let go of it.
+  processId_ = process.id();
   if (settleStatus(settings, exitCode)) {
     if (!genostat::removeIfExists(settings.csvFilePath())) std::perror(genostat::texts::kFileDeletionFailed);
   } else if (!handlePythonError(static_cast<std::int32_t>(exitCode), settings)) {

@@ -1,9 +1,16 @@
 // Ending a running analysis.
+#include <exception>
+
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/process.h"
 
 bool GenoStatAlgoManager::killProcess(int pid) {
-  return genostat::platform::killProcessTree(pid);
+  try {
+    return genostat::platform::killProcessTree(pid);
+  } catch (const std::exception&) {
+    // Out of memory: the client still has to hear of the cancellation.
+    return false;
+  }
 }
 
 int GenoStatAlgoManager::waitForPythonProcessToEnd() {

@@ -31,7 +31,7 @@ class PosixProcess : public ChildProcess {
   ~PosixProcess() override {
     // A child that was never waited for is left to run; it is reaped only when it has ended.
     int status = 0;
-    waitpid(id_, &status, WNOHANG);
+    if (id_ > 0) waitpid(id_, &status, WNOHANG);
   }
 
   std::int32_t id() const override { return id_; }
@@ -39,8 +39,9 @@ class PosixProcess : public ChildProcess {
   std::uint32_t wait() override {
     siginfo_t info = {};
     while (waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOWAIT) != 0) {
-      // A host that ignores SIGCHLD gets no exit codes.
-      if (errno != EINTR) return 0;
+      if (errno == EINTR) continue;
+      id_ = -1;
+      return kLostExitCode;
     }
     const auto status = static_cast<std::uint32_t>(info.si_status);
     return info.si_code == CLD_EXITED ? status : 128u + status;
@@ -80,6 +81,26 @@ class SpawnSetup {
   posix_spawn_file_actions_t actions;
 };
 
+// A file descriptor, closed once.
+class UniqueFd {
+ public:
+  explicit UniqueFd(int file) : file_(file) {}
+  ~UniqueFd() {
+    if (file_ >= 0) close(file_);
+  }
+  UniqueFd(const UniqueFd&) = delete;
+  UniqueFd& operator=(const UniqueFd&) = delete;
+
+  int get() const { return file_; }
+
+ private:
+  int file_;
+};
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
 struct ProcessStat {
   char state;
   pid_t parent;
@@ -88,11 +109,10 @@ struct ProcessStat {
 // From /proc/ID/stat: "ID (name) state parent ...". The name may hold blanks and parentheses.
 std::optional<ProcessStat> readStat(pid_t id) {
   const std::string path = "/proc/" + std::to_string(id) + "/stat";
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return std::nullopt;
+  const UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0) return std::nullopt;
   char buffer[512];
-  const ssize_t size = read(file, buffer, sizeof(buffer));
-  close(file);
+  const ssize_t size = read(file.get(), buffer, sizeof(buffer));
   const std::string_view text(buffer, size > 0 ? static_cast<std::size_t>(size) : 0);
   const std::size_t name = text.rfind(')');
   if (name == std::string_view::npos || name + 4 >= text.size()) return std::nullopt;
@@ -103,18 +123,21 @@ std::optional<ProcessStat> readStat(pid_t id) {
 
 // All children of a process, or none at all when the process table cannot be read.
 std::optional<std::vector<pid_t>> childrenOf(pid_t parent) {
-  DIR* table = opendir("/proc");
-  if (table == nullptr) return std::nullopt;
+  const std::unique_ptr<DIR, CloseFolder> table(opendir("/proc"));
+  if (!table) return std::nullopt;
   std::vector<pid_t> children;
-  while (const dirent* entry = readdir(table)) {
+  while (const dirent* entry = readdir(table.get())) {
     const char* end = entry->d_name + std::strlen(entry->d_name);
     pid_t id = 0;
     if (std::from_chars(entry->d_name, end, id).ptr != end) continue;
     const std::optional<ProcessStat> stat = readStat(id);
     if (stat && stat->parent == parent) children.push_back(id);
   }
-  closedir(table);
   return children;
+}
+
+bool hasEnded(const std::optional<ProcessStat>& stat) {
+  return !stat || stat->state == 'Z' || stat->state == 'X';
 }
 
 // Stops a process, so that it starts no more children while its tree is ended.
@@ -123,7 +146,7 @@ void freeze(pid_t id) {
   if (kill(id, SIGSTOP) != 0) return;
   for (int i = 0; i < 50; ++i) {
     const std::optional<ProcessStat> stat = readStat(id);
-    if (!stat || stat->state == 'T' || stat->state == 't' || stat->state == 'Z' || stat->state == 'X') return;
+    if (hasEnded(stat) || stat->state == 'T' || stat->state == 't') return;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
@@ -131,6 +154,8 @@ void freeze(pid_t id) {
 bool killTree(pid_t id, std::set<pid_t>& visited) {
   // kill(2) takes -1, 0 and 1 for everybody, the own group and the system's first process.
   if (id <= 1 || !visited.insert(id).second) return false;
+  // The children of an ended process are no longer its own.
+  if (hasEnded(readStat(id))) return false;
   freeze(id);
   const std::optional<std::vector<pid_t>> children = childrenOf(id);
   if (!children) {

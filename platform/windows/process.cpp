@@ -4,6 +4,7 @@
 
 #include <tlhelp32.h>
 
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -31,17 +32,33 @@ class WindowsProcess : public ChildProcess {
   DWORD id_;
 };
 
-// `visited` stops at loops: a parent id may belong to a later process by now.
+// When a process was created, in units of 100 ns; none where the system does not say.
+std::optional<std::uint64_t> creationTime(DWORD id) {
+  const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id), CloseHandle);
+  FILETIME created = {};
+  FILETIME other = {};
+  if (!process.valid() || GetProcessTimes(process.get(), &created, &other, &other, &other) == 0) {
+    return std::nullopt;
+  }
+  return (static_cast<std::uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime;
+}
+
+// A parent id outlives its process: an entry that is older than this process names a predecessor
+// that had the same id, and is a stranger. `visited` stops at loops.
 bool killTree(DWORD id, std::set<DWORD>& visited) {
   if (!visited.insert(id).second) return false;
   {
+    const std::optional<std::uint64_t> created = creationTime(id);
     const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), CloseHandle);
     if (!snapshot.valid()) return false;
     PROCESSENTRY32 entry = {};
     entry.dwSize = sizeof(entry);
     if (Process32First(snapshot.get(), &entry) == 0) return false;
     do {
-      if (entry.th32ParentProcessID == id) killTree(entry.th32ProcessID, visited);
+      if (entry.th32ParentProcessID != id) continue;
+      const std::optional<std::uint64_t> childCreated = creationTime(entry.th32ProcessID);
+      if (created && childCreated && *childCreated < *created) continue;
+      killTree(entry.th32ProcessID, visited);
     } while (Process32Next(snapshot.get(), &entry) != 0);
   }
   const UniqueHandle process(OpenProcess(PROCESS_TERMINATE, FALSE, id), CloseHandle);
