@@ -1,6 +1,7 @@
 #include "entry/analysis_subcommands.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "results/number_text.h"

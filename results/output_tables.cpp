@@ -23,16 +23,6 @@ constexpr int kMaxColumnWidth = 700;
 constexpr int kCellWidth = 10;
 constexpr int kCellDecimals = 4;
 
-// The host's generator, with where its output goes and whose it is.
-struct OutputGenerator {
-  OutputGenerator(StatJSONConverter& outputConverter, const GenoJobSettings& jobRecord)
-      : generator(texts::kProcedureName, ""), converter(&outputConverter), job(jobRecord) {}
-
-  StatJSONGenerator generator;
-  StatJSONConverter* converter;
-  const GenoJobSettings& job;
-};
-
 Cell textCell(Table* table, const std::string& text) {
   Cell cell(table, kTextCell);
   cell.setValue(text);
@@ -94,9 +84,9 @@ void GenoStatAlgoManager::postOutputToDisplay(GenoJobSettings* settings, BpProce
   const auto specs = std::make_unique<ACAVarValidSpecs>(true, true, true);
   const OPSCommonOutput commonOutput(specs.get(), &dataSource, procedure, nullptr);
   StatJSONConverter converter(procedure);
-  OutputGenerator output(converter, *settings);
+  StatJSONGenerator generator(texts::kProcedureName, "");
 
-  addTextTable(output.generator, getLocalizedString(texts::kSummary), {getLocalizedString(texts::kCount)},
+  addTextTable(generator, getLocalizedString(texts::kSummary), {getLocalizedString(texts::kCount)},
                {getLocalizedString(texts::kSamples), getLocalizedString(texts::kVariables)},
                {{std::to_string(settings->sampleCount()), std::to_string(settings->variableCount())}});
 
@@ -106,10 +96,10 @@ void GenoStatAlgoManager::postOutputToDisplay(GenoJobSettings* settings, BpProce
   const Texts columnLabels(rowLabels.size());
   const std::string dataset =
       settings->sampleCount() < 1 ? getLocalizedString(texts::kNone) : settings->jobName();
-  addTextTable(output.generator, getLocalizedString(texts::kDetails), columnLabels, rowLabels,
+  addTextTable(generator, getLocalizedString(texts::kDetails), columnLabels, rowLabels,
                {{getLocalizedString(settings->messageText()), dataset}});
 
-  if (output.converter != nullptr) output.converter->generateOutput(output.generator.getProcedureStatJSON());
+  converter.generateOutput(generator.getProcedureStatJSON());
 }
 
 void GenoStatAlgoManager::generateMessageString(GenoJobSettings& settings) {

@@ -1,6 +1,7 @@
 #include "results/syntax_templates.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace genostat {
 

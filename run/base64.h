@@ -1,3 +1,4 @@
+// Bytes as text, for the launcher's command line.
 #pragma once
 
 #include <string>

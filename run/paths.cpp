@@ -49,6 +49,7 @@ std::string generateUniqueFilename(const std::string& folder, std::int64_t time)
 }
 
 std::string generateUniqueFilename(const std::string& folder) {
+  if (!directoryExists(folder)) return {};
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return generateUniqueFilename(folder, std::chrono::floor<std::chrono::seconds>(now).count());
 }

@@ -4,7 +4,7 @@
 - includes point one way: entry -> jobs -> run, results, errors -> platform, host; standalone sees host and
   platform; analysis sees platform; neither of the two sees the module;
 - operating-system conditionals stand in platform/ and in the module's load hook only;
-- every header begins with a comment (or pragma) and has `#pragma once`.
+- every header has `#pragma once`.
 Prints one line per finding; the status is 1 if there is any.
 """
 import pathlib

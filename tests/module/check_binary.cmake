@@ -21,7 +21,7 @@ if(extension STREQUAL ".dll")
   string(REGEX REPLACE "\\[ +[0-9]+\\] " "" found "${found}")
 else()
   execute_process(COMMAND "${OBJDUMP}" -T "${BINARY}" OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)
-  string(REGEX MATCHALL "g +D[FO] +\\.[^\n]+" found "${text}")
+  string(REGEX MATCHALL "[gwu] +D[FO] +\\.[^\n]+" found "${text}")
   list(TRANSFORM found REPLACE "^.* " "")
 endif()
 
