@@ -103,7 +103,7 @@ std::string failureOf(const ClientMessage& ended) {
     if (isImport(item.command)) return {};
     if (!code) code = messageCode(item.command);
   }
-  const std::string sentence = readFailureSentence(platform::pathFromNarrow(ended.csvFilePath));
+  std::string sentence = readFailureSentence(platform::pathFromNarrow(ended.csvFilePath));
   if (!sentence.empty()) return sentence;
   if (!code || *code == kNoResultFile) return "the analysis wrote no results";
   const auto exitCode = static_cast<std::int32_t>(static_cast<std::uint32_t>(*code) - kExitCodeOffset);

@@ -97,7 +97,7 @@ void Session::execute(const Command& command) {
   } catch (const CommandError& error) {
     Diagnostic diagnostic = error.diagnostic();
     if (!diagnostic.range) diagnostic.range = command.tokens.front().range;
-    report(std::move(diagnostic));
+    report(diagnostic);
   } catch (const std::bad_alloc&) {
     report({{}, "there is not enough memory for this command", command.tokens.front().range, {}});
   } catch (const std::exception& error) {
@@ -137,7 +137,7 @@ std::vector<Diagnostic> Session::syntaxErrors(const Command& command) {
   return errors;
 }
 
-void Session::report(Diagnostic diagnostic) {
+void Session::report(const Diagnostic& diagnostic) {
   if (diagnostic.severity == Diagnostic::Severity::Error) failed_ = true;
   view_.showDiagnostic(diagnostic);
 }

@@ -74,7 +74,7 @@ class Session {
   void execute(const Command& command);
   void runModule(const Command& command);
   std::vector<Diagnostic> syntaxErrors(const Command& command);
-  void report(Diagnostic diagnostic);
+  void report(const Diagnostic& diagnostic);
   void reportError(const std::string& message);
 
   void showMessages();
