@@ -16,11 +16,12 @@ def main() -> None:
     if not junit.exists():
         print(0, 1, 0)
         return
+    reports = {path.stem: path for path in build.rglob("gtest_reports/*.xml")}
     passed = failed = skipped = 0
     for entry in ElementTree.parse(junit).getroot().iter("testcase"):
         ok = entry.get("status") == "run" and entry.find("failure") is None
-        report = build / "reports" / (entry.get("name") + ".xml")
-        cases = list(ElementTree.parse(report).getroot().iter("testcase")) if report.exists() else []
+        report = reports.get(entry.get("name"))
+        cases = list(ElementTree.parse(report).getroot().iter("testcase")) if report else []
         bad = sum(case.find("failure") is not None for case in cases)
         omitted = sum(case.get("status") == "notrun" or case.get("result") == "skipped" for case in cases)
         if cases and (ok or bad):

@@ -8,7 +8,7 @@ namespace genostat::analysis {
 namespace {
 
 // Counts fit into one byte for so many characters: the compiler then counts a whole vector at once.
-constexpr std::size_t kBlock = 255;
+constexpr std::size_t kBaseBlock = 255;
 
 }  // namespace
 
@@ -20,7 +20,7 @@ std::optional<double> BaseSummary::gcPercent() const {
 void BaseComposition::add(std::span<const Record> batch) {
   for (const Record& record : batch) {
     for (std::string_view rest = record.sequence; !rest.empty();) {
-      const std::string_view block = rest.substr(0, kBlock);
+      const std::string_view block = rest.substr(0, kBaseBlock);
       unsigned char gc = 0;
       unsigned char at = 0;
       for (const char c : block) {

@@ -8,7 +8,7 @@ namespace genostat::analysis {
 namespace {
 
 // A sum of so many characters fits into two bytes, which lets the compiler add a whole vector at once.
-constexpr std::size_t kBlock = 512;
+constexpr std::size_t kQualityBlock = 512;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ void QualityLevel::add(std::span<const Record> batch) {
   for (const Record& record : batch) {
     counts_.characters += record.quality.size();
     for (std::string_view rest = record.quality; !rest.empty();) {
-      const std::string_view block = rest.substr(0, kBlock);
+      const std::string_view block = rest.substr(0, kQualityBlock);
       std::uint16_t sum = 0;
       unsigned char lowest = counts_.lowest;
       for (const char c : block) {

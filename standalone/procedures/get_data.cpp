@@ -136,8 +136,8 @@ std::size_t parseFirstCase(TokenCursor& cursor) {
 }
 
 double parsePercentage(TokenCursor& cursor) {
-  static constexpr std::array<std::string_view, 1> kKeywords = {"PERCENTAGE"};
-  cursor.expectKeyword(kKeywords);
+  static constexpr std::array<std::string_view, 1> kPercentageKeyword = {"PERCENTAGE"};
+  cursor.expectKeyword(kPercentageKeyword);
   cursor.expectSymbol('=');
   const Token& token = cursor.peek();
   const double percentage = cursor.expectNumber("a percentage");

@@ -7,12 +7,11 @@
 #include <vector>
 
 #include "platform/program.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
 namespace {
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::string cannotRead(const std::string& name, const std::string& reason) {
   return "cannot read \"" + name + "\": " + reason;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "standalone/syntax/command.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -15,8 +16,6 @@ namespace {
 
 // A command beyond this is refused: it is damage, and its tokens would fill the memory.
 constexpr std::size_t kMaxTokens = 1'000'000;
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // A carriage return is a blank: before a line feed it belongs to the line's end, and a lone one to nothing.
 bool isBlank(char c) {

@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::string_view kIndent = "  ";
 constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // How much of a long line is shown: characters before the place, and in all.
 constexpr std::size_t kCharactersBefore = 60;

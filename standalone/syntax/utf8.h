@@ -7,6 +7,9 @@
 
 namespace genostat::standalone {
 
+// May open a UTF-8 text; it is no part of it.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // One code point and the bytes it takes. An invalid byte is U+FFFD with size 1.
 struct CodePoint {
   char32_t value = 0;
