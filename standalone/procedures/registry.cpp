@@ -1,6 +1,7 @@
 #include <array>
 
 #include "standalone/procedures/commands.h"
+#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -10,7 +11,7 @@ namespace {
 // For statistics that generated syntax may ask for before this host has them.
 void notAvailableYet(CommandContext& context) {
   const Token& name = context.command.tokens.front();
-  TokenCursor::fail("this procedure is not available yet", name);
+  TokenCursor::fail(toUpperAscii(name.text) + " is not available yet", name);
 }
 
 constexpr std::array kCommands = {

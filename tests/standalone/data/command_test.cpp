@@ -226,8 +226,8 @@ Descriptive Statistics
       {"DESCRIPTIVES n TO.", "error at [.]: expected the name of a variable, found the end of the command\n"},
       {"DESCRIPTIVES n /STATISTICS=MEDIAN.",
        "error at [MEDIAN]: unknown statistic \"MEDIAN\" (expected RANGE, "},
-      {"REGRESSION /DEPENDENT n.", "error at [REGRESSION]: this procedure is not available yet\n"},
-      {"NONPAR CORR /VARIABLES=n x.", "error at [NONPAR]: this procedure is not available yet\n"},
+      {"REGRESSION /DEPENDENT n.", "error at [REGRESSION]: REGRESSION is not available yet\n"},
+      {"NONPAR CORR /VARIABLES=n x.", "error at [NONPAR]: NONPAR is not available yet\n"},
   };
   for (const Row& row : refused) {
     EXPECT_EQ(run(row.command).substr(0, row.expected.size()), row.expected);
