@@ -123,6 +123,7 @@ SampleResult analyseSample(const Sample& sample) {
 
 std::vector<ResultRow> analyseSamples(const std::vector<Sample>& samples, AdapterKind adapter) {
   std::vector<ResultRow> rows;
+  rows.reserve(samples.size());
   for (const Sample& sample : samples) {
     rows.push_back({sample.name, adapter, analyseSample(sample)});
   }

@@ -64,6 +64,7 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
   }
   for (std::size_t row = 0; row < rowCount; ++row) {
     std::vector<Cell> values;
+    values.reserve(columns.size());
     for (const Texts& column : columns) {
       values.push_back(textCell(table.get(), entryOrEmpty(column, row)));
     }

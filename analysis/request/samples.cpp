@@ -108,6 +108,7 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   }
   std::sort(names.begin(), names.end());
   std::vector<Sample> samples;
+  samples.reserve(names.size());
   for (const std::string& name : names) {
     samples.push_back(sampleOfFile(platform::pathToUtf8(path / platform::pathFromUtf8(name))));
   }

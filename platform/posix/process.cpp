@@ -17,8 +17,6 @@
 #include <thread>
 #include <vector>
 
-extern char** environ;
-
 namespace genostat::platform {
 
 namespace {
