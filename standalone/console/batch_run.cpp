@@ -76,7 +76,11 @@ standalone::SessionOptions sessionOptions(const RunOptions& options) {
   standalone::SessionOptions session;
   session.moduleFolder = platform::programFolder();
   session.folders.temporary = absolutePath(options.temporaryFolder);
-  if (session.folders.temporary.empty()) session.folders.temporary = systemTemporaryFolder();
+  if (session.folders.temporary.empty()) {
+    // Everybody's folder.
+    session.folders.temporary = systemTemporaryFolder();
+    session.privateTemporaryFolder = true;
+  }
   session.folders.installation = absolutePath(options.homeFolder);
   if (session.folders.installation.empty()) session.folders.installation = session.moduleFolder;
   session.folders.strings = absolutePath(options.stringsFolder);

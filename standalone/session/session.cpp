@@ -30,7 +30,8 @@ std::vector<CommandHandler> allCommands() {
 }
 
 // A module reads the folders as soon as it is loaded.
-SessionOptions publishFolders(SessionOptions options) {
+SessionOptions publishFolders(SessionOptions options, const PrivateFolder& privateFolder) {
+  if (!privateFolder.path().empty()) options.folders.temporary = privateFolder.path();
   setHostFolders(options.folders);
   return options;
 }
@@ -38,7 +39,8 @@ SessionOptions publishFolders(SessionOptions options) {
 }  // namespace
 
 Session::Session(SessionOptions options, SessionView& view, OutputDocument& output)
-    : options_(publishFolders(std::move(options))),
+    : privateFolder_(options.privateTemporaryFolder ? options.folders.temporary : std::filesystem::path()),
+      options_(publishFolders(std::move(options), privateFolder_)),
       view_(view),
       adapter_(options_.interactive, openEvents(options_.eventsFile)),
       module_(options_.moduleFolder),
@@ -149,6 +151,7 @@ void Session::reportError(const std::string& message) {
 bool Session::close() {
   showMessages();
   if (!gate_.close()) waitForProgramEnd();
+  privateFolder_.remove();
   return !failed_;
 }
 

@@ -18,6 +18,7 @@
 #include "standalone/session/host_folders.h"
 #include "standalone/session/job_tracker.h"
 #include "standalone/session/module.h"
+#include "standalone/session/private_folder.h"
 #include "standalone/session/session_adapter.h"
 #include "standalone/syntax/command.h"
 
@@ -25,6 +26,7 @@ namespace genostat::standalone {
 
 struct SessionOptions {
   HostFolders folders;
+  bool privateTemporaryFolder = false;  // work in a folder of its own below the temporary one
   std::filesystem::path moduleFolder;
   bool interactive = true;           // false: the host's command-line mode
   std::filesystem::path eventsFile;  // gets each client message as a line; empty: none
@@ -90,6 +92,7 @@ class Session {
   void cancelJobs();
   bool moduleHoldsJobs() const;
 
+  PrivateFolder privateFolder_;
   SessionOptions options_;
   SessionView& view_;
   SessionAdapter adapter_;
