@@ -25,7 +25,8 @@ class ChildProcess {
   static constexpr std::uint32_t kLostExitCode = 255;
 
   // Null when the process cannot be created. The child inherits the environment and the current
-  // folder, no handles but the standard streams, and leads a process group of its own.
+  // folder, no handles but the standard streams (a terminal is not for it to read), and leads a process group
+  // of its own.
   static std::unique_ptr<ChildProcess> start(const LaunchCommand& command);
 
   virtual ~ChildProcess() = default;
@@ -38,7 +39,8 @@ class ChildProcess {
   virtual std::uint32_t wait() = 0;
 };
 
-// Ends every descendant of a process, children before parents, then the process itself.
+// Ends every descendant of a process, children before parents, then the process itself; on POSIX
+// systems also what is left of the process group that it leads.
 // True when the process itself was ended. An id of 0 or less reaches no system call.
 bool killProcessTree(std::int32_t id);
 

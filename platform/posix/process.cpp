@@ -67,6 +67,10 @@ class SpawnSetup {
     posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    // Outside the terminal's foreground group, a process that reads the terminal is stopped for ever.
+    if (isatty(STDIN_FILENO) == 1) {
+      posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    }
   }
   ~SpawnSetup() {
     posix_spawn_file_actions_destroy(&actions);
@@ -185,7 +189,11 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const LaunchCommand& command) 
 
 bool killProcessTree(std::int32_t id) {
   std::set<pid_t> visited;
-  return killTree(id, visited);
+  const bool leadsGroup = id > 1 && getpgid(id) == id;
+  if (!killTree(id, visited)) return false;
+  // Descendants whose parents had ended before are no longer in the tree, but still in the group.
+  if (leadsGroup) kill(-id, SIGKILL);
+  return true;
 }
 
 }  // namespace genostat::platform
