@@ -37,6 +37,12 @@ std::vector<std::string> commandLineArguments(int argc, const char* const* argv)
 }
 
 void prepareStandardStreams() {
+  // A standard stream that was closed must not become the next file that is opened. What is opened
+  // here in its place fails like the closed stream did.
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0 && errno == EBADF)
+      open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
   // A reader that went away shows up as a failed write, not as a signal.
   std::signal(SIGPIPE, SIG_IGN);
 }
