@@ -2,6 +2,10 @@
 
 namespace genostat::standalone {
 
+namespace {
+constexpr std::chrono::seconds kEchoTime(1);
+}
+
 CommandGate::Passage::Passage(CommandGate& gate) : gate_(gate) {
   const std::lock_guard lock(gate_.mutex_);
   open_ = !gate_.interrupted_;
@@ -22,8 +26,10 @@ bool CommandGate::close() {
 
 CommandGate::Answer CommandGate::interrupt() {
   const std::lock_guard lock(mutex_);
-  if (interrupted_) return Answer::Repeated;
+  const auto now = std::chrono::steady_clock::now();
+  if (interrupted_) return now - interruptedAt_ < kEchoTime ? Answer::Echo : Answer::Repeated;
   interrupted_ = true;
+  interruptedAt_ = now;
   return closed_ ? Answer::Closed : Answer::First;
 }
 

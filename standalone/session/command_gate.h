@@ -27,8 +27,9 @@ class CommandGate {
   // No interrupt from now on. False when there was one already.
   bool close();
 
-  enum class Answer { First, Repeated, Closed };
-  // No command begins from now on; one that runs goes on.
+  enum class Answer { First, Echo, Repeated, Closed };
+  // No command begins from now on; one that runs goes on. Programs that pass an interrupt on may do so
+  // twice at once: what comes within a second of the first is its echo and means nothing more.
   Answer interrupt();
   bool interrupted() const;
 
@@ -38,6 +39,7 @@ class CommandGate {
  private:
   mutable std::mutex mutex_;  // guards all below
   std::condition_variable free_;
+  std::chrono::steady_clock::time_point interruptedAt_;
   bool running_ = false;
   bool interrupted_ = false;
   bool closed_ = false;

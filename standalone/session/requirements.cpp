@@ -55,6 +55,15 @@ std::string missingRequirement(const HostFolders& folders) {
   if (!std::filesystem::is_regular_file(launcher, ignored)) {
     return "the analysis cannot be started: the launcher " + quoted(launcher) + " is missing";
   }
+  constexpr auto kAnyoneExecutes = std::filesystem::perms::owner_exec | std::filesystem::perms::group_exec |
+                                   std::filesystem::perms::others_exec;
+  if ((std::filesystem::status(launcher, ignored).permissions() & kAnyoneExecutes) ==
+      std::filesystem::perms::none) {
+    return "the analysis cannot be started: the launcher " + quoted(launcher) + " is not executable";
+  }
+  if (std::filesystem::is_regular_file(folders.temporary, ignored)) {
+    return "the analysis cannot be started: the temporary folder " + quoted(folders.temporary) + " is a file";
+  }
   if (!std::filesystem::is_directory(folders.temporary, ignored)) {
     return "the analysis cannot be started: the temporary folder " + quoted(folders.temporary) +
            " does not exist";

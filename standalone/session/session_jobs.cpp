@@ -65,7 +65,10 @@ void Session::showJobEvent(const JobEvent& event) {
       cancelled_ = true;
       return view_.showNotice(label + " cancelled");
     case JobEvent::Kind::Lost:
-      return reportError(label + " could not be started");
+      return reportError(
+          label +
+          " could not be started: its launcher did not start, its command line is too long, or "
+          "the temporary folder is gone");
   }
 }
 
@@ -174,8 +177,8 @@ void Session::waitForProgramEnd() {
 void Session::interrupt() {
   const CommandGate::Answer answer = gate_.interrupt();
   if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterruptedStatus);
-  // The program is about to end by itself.
-  if (answer == CommandGate::Answer::Closed) return;
+  // The program is about to end, by itself or on the first interrupt's thread.
+  if (answer != CommandGate::Answer::First) return;
   if (!adapter_.jobNames().empty()) view_.showNotice("interrupted: cancelling all jobs");
   cancelJobs();
   for (const std::string& file : adapter_.resultFiles()) {
@@ -183,6 +186,7 @@ void Session::interrupt() {
     std::filesystem::remove(platform::pathFromNarrow(file), ignored);
   }
   adapter_.removeCancelledLeftovers();
+  privateFolder_.remove();
   adapter_.waitUntilIdle(kNoticePatience);
   platform::exitNow(kInterruptedStatus);
 }

@@ -112,7 +112,7 @@ TEST_F(Console, GoesOnAfterFailedCommandsAndJobs) {
   const std::string err = withoutAnalysisLines(result.err);
   for (const std::string& line : {"a.syntax:3:1: error: unknown command \"FOO\"\n  FOO BAR.\n  ^~~\n" +
                                       std::string(kUnknownCommandHint) + "\n",
-                                  std::string("error: job 'first' failed: bad.fastq: record 1, line 3: "),
+                                  "error: job 'first' failed: " + text("bad.fastq") + ": record 1, line 3: ",
                                   std::string("job 'RUN' finished\n"), std::string("a.syntax:8:")}) {
     EXPECT_NE(err.find(line), std::string::npos) << line << "in\n" << err;
   }
@@ -244,11 +244,14 @@ TEST_F(Console, FailsWhenItsFilesCannotBeWritten) {
 
 TEST_F(Console, ReportsJobsThatCouldNotBeStarted) {
   if (fs::path::preferred_separator == '\\') GTEST_SKIP() << "this system starts any batch file";
-  write("home/statisticspython3.sh", "not executable");
+  write("home/statisticspython3.sh", "no interpreter is named here");
+  fs::permissions(at("home/statisticspython3.sh"), fs::perms::owner_all);
   const ProgramResult result = run(job("good.fastq", "a") + job("good.fastq", ""), {"--home", "home"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.err, testing::EndsWith("error: job '(unnamed)' could not be started\n"));
-  EXPECT_NE(result.err.find("error: job 'a' could not be started\n"), std::string::npos) << result.err;
+  EXPECT_THAT(result.err,
+              testing::HasSubstr("error: job '(unnamed)' could not be started: its launcher did not start"));
+  EXPECT_NE(result.err.find("error: job 'a' could not be started: its launcher"), std::string::npos)
+      << result.err;
 }
 
 // One job has ended, one runs and has begun its result, one waits. The running launcher's processes
@@ -261,7 +264,8 @@ TEST_F(Console, LeavesNothingBehindOnCtrlC) {
         "csv=$(echo \"$2\" | base64 -d | sed 's/.*\"CSV_Path\":\"\\([^\"]*\\)\".*/\\1/')\n"
         "echo half >\"$csv.part\"; echo half >\"$csv\"\n"
         "beat() { while :; do echo . >>\"$0.beats\"; sleep 0.02; done; }\n"
-        "beat & beat\n");
+        // A child, a grandchild whose parent has ended, and the launcher itself.
+        "beat & (beat &); beat\n");
   fs::permissions(at("home/statisticspython3.sh"), fs::perms::owner_all);
   write("a.syntax", job("good.fastq", "one") + job("good.fastq", "two") + job("good.fastq", "three"));
   const fs::path beats = at("home/statisticspython3.sh.beats");
@@ -272,7 +276,8 @@ TEST_F(Console, LeavesNothingBehindOnCtrlC) {
   };
   const auto result = runAndInterrupt(
       call({"run", "a.syntax", "--temp", "temp", "--home", "home", "--events", "events.jsonl"}),
-      [&](int sent) { return sent == 0 && size() > 4; });
+      // Twice at once, as some programs pass an interrupt on.
+      [&](int sent) { return sent < 2 && size() > 4; });
   if (!result) GTEST_SKIP() << "this system has no signals to send";
   EXPECT_EQ(result->status, 130);
   EXPECT_EQ(result->out, "");
