@@ -113,9 +113,9 @@ SampleResult analyseSample(const Sample& sample) {
   } catch (const std::system_error& error) {
     throw openFailure(sample, error.code());
   } catch (const FastqError& error) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.fileName + ": " + error.what());
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
   } catch (const SourceError& error) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.fileName + ": " + error.what());
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
   } catch (const std::bad_alloc&) {
     throw Failure(ExitCode::OutOfMemory, sample.fileName, sample.fileName + ": not enough memory");
   }

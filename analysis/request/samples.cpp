@@ -95,6 +95,8 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
     std::string name = platform::pathToUtf8(entry->path().filename());
     std::error_code unknown;
+    // Hidden files are other programs' notes, such as those that some systems leave beside each file.
+    if (name.starts_with('.')) continue;
     if (hasFastqEnding(name) && !entry->is_directory(unknown)) names.push_back(std::move(name));
   }
   if (error) {

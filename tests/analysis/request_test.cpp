@@ -104,7 +104,8 @@ TEST(Samples, AreNamedByTheirFile) {
 TEST(Samples, OfAFolderAreItsFastqFilesInByteOrder) {
   const test::TemporaryFolder folder;
   // "a-" before "a." and capital letters before small ones.
-  for (const char* name : {"b.fq", "a.fastq.gz", "a-1.FQ.GZ", "B.FastQ", "x.txt", "y.fastq.bz2", "zfastq"}) {
+  for (const char* name :
+       {"b.fq", "a.fastq.gz", "a-1.FQ.GZ", "B.FastQ", "x.txt", "y.fastq.bz2", "zfastq", "._b.fq"}) {
     test::writeWholeFile(folder.path() / name, "");
   }
   std::filesystem::create_directory(folder.path() / "folder.fastq");
