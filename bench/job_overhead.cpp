@@ -15,6 +15,7 @@
 #include "run/base64.h"
 #include "run/launch_command.h"
 #include "standalone/session/current_scope.h"
+#include "standalone/session/host_folders.h"
 #include "standalone/syntax/command.h"
 #include "tests/support/test_host.h"
 
@@ -42,9 +43,9 @@ double milliseconds(const Work& work) {
 // The GENOSTAT command of a user, run as often as wanted.
 class Submission {
  public:
-  explicit Submission(const std::string& name)
+  explicit Submission(const std::string& subcommands)
       : scan_(genostat::standalone::scanCommands(std::make_shared<genostat::standalone::SourceText>(
-            genostat::standalone::SourceText{"bench", "GENOSTAT /JOB FOLDER='in' NAME='" + name + "'."}))) {}
+            genostat::standalone::SourceText{"bench", "GENOSTAT " + subcommands + "."}))) {}
 
   void operator()() const {
     const genostat::standalone::CommandScope scope(scan_.items[0].command);
@@ -55,44 +56,75 @@ class Submission {
   genostat::standalone::ScanResult scan_;
 };
 
-void measureJobs() {
-  TestHost host;
-  host.plan("csv a,b,c\\n1,2,3\\n\nexit 0");
-  const std::string base = host.home().string() + genostat::platform::kPathSeparator;
-  const std::string result = host.temp().string() + "/bare.csv";
+// One analysis, started barely and as a job.
+struct Analysis {
+  std::string label;
+  std::string home;     // the launcher's folder, with its separator
+  std::string command;  // what follows GENOSTAT
+  std::string input;    // the parameter document's last member
+};
+
+void measureJobs(TestHost& host, const Analysis& analysis) {
+  const std::string result = (host.temp() / "bare.csv").string();
   const std::string document =
-      "{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\"" + result +
-      "\",\"folder\":\"in\"}]}";
-  const Submission submit("job");
+      "{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\"" + result + "\"," +
+      analysis.input + "}]}";
+  const Submission submit(analysis.command);
+  // Either kind makes a new file.
+  const auto clear = [&host] {
+    for (const std::string& file : host.temporaryFiles()) {
+      std::filesystem::remove(host.temp() / file);
+    }
+  };
   std::vector<double> bare;
   std::vector<double> job;
   for (int i = 0; i < kPairs; ++i) {
     bare.push_back(milliseconds([&] {
-      const auto process = genostat::platform::ChildProcess::start(genostat::launchCommand(
-          base + "statisticspython3", base + "genostat.pyc", genostat::encodeBase64(document)));
+      const auto process = genostat::platform::ChildProcess::start(
+          genostat::launchCommand(analysis.home + "statisticspython3", analysis.home + "genostat.pyc",
+                                  genostat::encodeBase64(document)));
       if (!process || process->wait() != 0) std::exit(1);
     }));
+    clear();
     const std::size_t ends = host.adapter.ends();
     job.push_back(milliseconds([&] {
       submit();
       if (!host.adapter.waitForEnds(ends + 1)) std::exit(1);
     }));
-    for (const std::string& file : host.temporaryFiles()) {
-      std::filesystem::remove(host.temp() / file);
-    }
+    clear();
   }
-  const double ratio = median(job) / median(bare);
-  std::cout << "bare start and wait   " << median(bare) << " ms\n"
-            << "whole job             " << median(job) << " ms\n"
-            << "ratio                 " << ratio << "   (medians of " << kPairs << " alternating pairs)\n";
+  std::cout << analysis.label << ": bare " << median(bare) << " ms, job " << median(job) << " ms, ratio "
+            << median(job) / median(bare) << "   (medians of " << kPairs << " alternating pairs)\n";
+}
+
+// An analysis that ends at once: all that is left is the start of two processes.
+void measureEmptyAnalysis() {
+  TestHost host;
+  host.plan("csv a,b,c\\n1,2,3\\n\nexit 0");
+  measureJobs(host,
+              {"an analysis that does nothing", host.home().string() + genostat::platform::kPathSeparator,
+               "/JOB FOLDER='in' NAME='job'", "\"folder\":\"in\""});
+}
+
+// The real launcher and analyser over the examples: the shortest job that a user will see.
+void measureRealAnalysis() {
+  TestHost host;
+  const std::filesystem::path programs = genostat::platform::programFolder();
+  genostat::standalone::setHostFolders({host.temp(), programs, {}});
+  const std::filesystem::path examples = std::filesystem::current_path() / "examples";
+  const std::string control = (examples / "control.fastq").string();
+  const std::string treated = (examples / "treated.fastq.gz").string();
+  measureJobs(host, {"the two example files", programs.string() + genostat::platform::kPathSeparator,
+                     "/JOB FILE='" + control + "' '" + treated + "' NAME='job'",
+                     "\"files\":[\"" + control + "\",\"" + treated + "\"]"});
 }
 
 void measureSubmission() {
   TestHost host;
   host.plan("wait go\nexit 0");
   const std::size_t before = host.adapter.ends();
-  Submission("held")();
-  const Submission submit("waiting");
+  Submission("/JOB FOLDER='in' NAME='held'")();
+  const Submission submit("/JOB FOLDER='in' NAME='waiting'");
   std::vector<double> times;
   for (int i = 0; i < kSubmissions; ++i) {
     times.push_back(milliseconds(submit));
@@ -100,14 +132,14 @@ void measureSubmission() {
   }
   host.signal("go");
   host.adapter.waitForEnds(before + kSubmissions + 1);
-  std::cout << "submission            " << 1000 * median(times) << " us   (median of " << kSubmissions
-            << ")\n";
+  std::cout << "submission: " << 1000 * median(times) << " us   (median of " << kSubmissions << ")\n";
 }
 
 }  // namespace
 
 int main() {
   std::cout << std::fixed << std::setprecision(3);
-  measureJobs();
+  measureEmptyAnalysis();
+  measureRealAnalysis();
   measureSubmission();
 }
