@@ -1,7 +1,7 @@
 #include <array>
+#include <string>
 
 #include "standalone/procedures/commands.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -9,10 +9,15 @@ namespace genostat::standalone {
 namespace {
 
 // For statistics that generated syntax may ask for before this host has them.
+template <const char* kName>
 void notAvailableYet(CommandContext& context) {
-  const Token& name = context.command.tokens.front();
-  TokenCursor::fail(toUpperAscii(name.text) + " is not available yet", name);
+  TokenCursor::fail(std::string(kName) + " is not available yet", context.command.tokens.front());
 }
+
+constexpr char kFrequencies[] = "FREQUENCIES";
+constexpr char kCorrelations[] = "CORRELATIONS";
+constexpr char kNonparametric[] = "NONPAR CORR";
+constexpr char kRegression[] = "REGRESSION";
 
 constexpr std::array kCommands = {
     CommandHandler{"PRESERVE", runPreserve},
@@ -25,10 +30,10 @@ constexpr std::array kCommands = {
     CommandHandler{"DATASET ACTIVATE", runDatasetActivate},
     CommandHandler{"DATASET CLOSE", runDatasetClose},
     CommandHandler{"DESCRIPTIVES", runDescriptives},
-    CommandHandler{"FREQUENCIES", notAvailableYet},
-    CommandHandler{"CORRELATIONS", notAvailableYet},
-    CommandHandler{"NONPAR CORR", notAvailableYet},
-    CommandHandler{"REGRESSION", notAvailableYet},
+    CommandHandler{kFrequencies, notAvailableYet<kFrequencies>},
+    CommandHandler{kCorrelations, notAvailableYet<kCorrelations>},
+    CommandHandler{kNonparametric, notAvailableYet<kNonparametric>},
+    CommandHandler{kRegression, notAvailableYet<kRegression>},
 };
 
 }  // namespace

@@ -227,7 +227,7 @@ Descriptive Statistics
       {"DESCRIPTIVES n /STATISTICS=MEDIAN.",
        "error at [MEDIAN]: unknown statistic \"MEDIAN\" (expected RANGE, "},
       {"REGRESSION /DEPENDENT n.", "error at [REGRESSION]: REGRESSION is not available yet\n"},
-      {"NONPAR CORR /VARIABLES=n x.", "error at [NONPAR]: NONPAR is not available yet\n"},
+      {"NONPAR CORR /VARIABLES=n x.", "error at [NONPAR]: NONPAR CORR is not available yet\n"},
   };
   for (const Row& row : refused) {
     EXPECT_EQ(run(row.command).substr(0, row.expected.size()), row.expected);
