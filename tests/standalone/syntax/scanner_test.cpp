@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <random>
 #include <sstream>
 
@@ -142,17 +141,15 @@ TEST(CommandScanner, HoldsItsInvariantsOnRandomTexts) {
   }
 }
 
-// Texts that make a scanner look ahead or back again and again. The limit is some thirty times
-// what the slowest of them takes in a sanitizer's build; anything quadratic takes minutes.
-TEST(CommandScanner, TakesTimeInProportionToTheText) {
+// Texts that make a scanner look ahead or back again and again. Anything quadratic takes many minutes,
+// which CTest's time limit ends.
+TEST(CommandScanner, GetsThroughLongTexts) {
   for (const std::string_view piece : {"("sv, "'"sv, "'\n\n"sv, "."sv, ". "sv, ". /**/"sv, "/*"sv, "/*\n\n"sv,
                                        "a."sv, "9"sv, "1e-"sv, "* \n"sv, "\n"sv, " "sv, "\0"sv, "a.\n"sv}) {
     std::string text = "A ";
     while (text.size() < 600'000)
       text += piece;
-    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(brokenInvariant(makeSource(text)), "") << piece;
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8)) << piece;
   }
 }
 
