@@ -43,26 +43,38 @@ std::optional<std::uint64_t> creationTime(DWORD id) {
   return (static_cast<std::uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime;
 }
 
-// A parent id outlives its process: an entry that is older than this process names a predecessor
-// that had the same id, and is a stranger. `visited` stops at loops.
+bool killTree(DWORD id, std::set<DWORD>& visited);
+
+// A parent id outlives its process: an entry that is older than `parent` names a predecessor that had
+// the same id, and is a stranger. False when the process table cannot be read.
+bool killChildren(DWORD parent, const std::optional<std::uint64_t>& created, std::set<DWORD>& visited) {
+  const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), CloseHandle);
+  if (!snapshot.valid()) return false;
+  PROCESSENTRY32 entry = {};
+  entry.dwSize = sizeof(entry);
+  if (Process32First(snapshot.get(), &entry) == 0) return false;
+  do {
+    if (entry.th32ParentProcessID != parent) continue;
+    const std::optional<std::uint64_t> childCreated = creationTime(entry.th32ProcessID);
+    if (created && childCreated && *childCreated < *created) continue;
+    killTree(entry.th32ProcessID, visited);
+  } while (Process32Next(snapshot.get(), &entry) != 0);
+  return true;
+}
+
+// `visited` stops at loops.
 bool killTree(DWORD id, std::set<DWORD>& visited) {
   if (!visited.insert(id).second) return false;
+  const std::optional<std::uint64_t> created = creationTime(id);
+  if (!killChildren(id, created, visited)) return false;
+  bool ended = false;
   {
-    const std::optional<std::uint64_t> created = creationTime(id);
-    const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), CloseHandle);
-    if (!snapshot.valid()) return false;
-    PROCESSENTRY32 entry = {};
-    entry.dwSize = sizeof(entry);
-    if (Process32First(snapshot.get(), &entry) == 0) return false;
-    do {
-      if (entry.th32ParentProcessID != id) continue;
-      const std::optional<std::uint64_t> childCreated = creationTime(entry.th32ProcessID);
-      if (created && childCreated && *childCreated < *created) continue;
-      killTree(entry.th32ProcessID, visited);
-    } while (Process32Next(snapshot.get(), &entry) != 0);
+    const UniqueHandle process(OpenProcess(PROCESS_TERMINATE, FALSE, id), CloseHandle);
+    ended = process.valid() && TerminateProcess(process.get(), 1) != 0;
   }
-  const UniqueHandle process(OpenProcess(PROCESS_TERMINATE, FALSE, id), CloseHandle);
-  return process.valid() && TerminateProcess(process.get(), 1) != 0;
+  // A child that was being created while its parent ended may never come to run, but would stay.
+  if (ended) killChildren(id, created, visited);
+  return ended;
 }
 
 }  // namespace
