@@ -15,7 +15,15 @@ class FastqError : public std::runtime_error {
 
   // Records and lines are counted from 1.
   FastqError(std::uint64_t record, std::uint64_t line, const std::string& sentence)
-      : FastqError("record " + std::to_string(record) + ", line " + std::to_string(line) + ": " + sentence) {}
+      : FastqError("record " + std::to_string(record) + ", line " + std::to_string(line) + ": " + sentence) {
+    record_ = record;
+  }
+
+  // Which of two errors comes first in the file; 0 for the bare sentence.
+  std::uint64_t record() const { return record_; }
+
+ private:
+  std::uint64_t record_ = 0;
 };
 
 }  // namespace genostat::analysis
