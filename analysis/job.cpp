@@ -156,8 +156,8 @@ ExitCode runQc(const QcOptions& options) {
       [&] {
         const Adapter adapter = adapterFromOption(options.adapter);
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
-        if (!options.output.empty()) {
-          analyseInto(platform::pathFromUtf8(options.output), samples, adapter.kind);
+        if (options.csv != "-") {
+          analyseInto(platform::pathFromUtf8(options.csv), samples, adapter.kind);
           return;
         }
         std::cout << resultCsv(analyseSamples(samples, adapter.kind)) << std::flush;

@@ -1,6 +1,7 @@
 // One job: from samples to result rows, or from a request to its result file.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,9 +26,12 @@ ExitCode runRequest(std::string_view payload);
 
 // What a person asks for on the command line, UTF-8.
 struct QcOptions {
-  std::vector<std::string> paths;  // files and folders
+  std::vector<std::string> paths;  // files, folders, and "-" for standard input
   std::string adapter = "none";    // none, illumina, nextera in any case, or a sequence
-  std::string output;              // a file; empty for standard output
+  unsigned threads = 0;            // 0: as many as the process may run at once
+  std::optional<int> phredOffset;  // 33 or 64; else as each file's lowest quality says
+  std::string csv = "-";           // a file, "-" for standard output, empty for none
+  std::string json;                // likewise
 };
 
 // The people's form. Failures are told on standard error only.

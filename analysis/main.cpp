@@ -18,7 +18,7 @@ using genostat::analysis::Failure;
 constexpr const char* kExamples =
     "Examples:\n"
     "  genostat-analysis qc reads.fastq.gz\n"
-    "  genostat-analysis qc --adapter illumina --output result.csv run1/ extra.fq";
+    "  genostat-analysis qc --adapter illumina --csv result.csv run1/ extra.fq";
 
 ExitCode run(std::vector<std::string> arguments) {
   CLI::App app("Quality metrics of FASTQ files, one row of a CSV table per file.", "genostat-analysis");
@@ -37,7 +37,7 @@ ExitCode run(std::vector<std::string> arguments) {
   qcCommand->allow_windows_style_options(false);
   qcCommand->add_option("PATHS", qc.paths, "FASTQ files, plain or gzip, and folders of them")->required();
   qcCommand->add_option("--adapter", qc.adapter, "none, illumina, nextera, or a sequence of A, C, G, T, N");
-  qcCommand->add_option("--output", qc.output, "CSV file to write; standard output when not given");
+  qcCommand->add_option("--csv", qc.csv, "CSV file to write; - for standard output");
   qcCommand->footer(kExamples);
 
   try {
@@ -55,7 +55,7 @@ ExitCode run(std::vector<std::string> arguments) {
   } catch (const CLI::ParseError& error) {
     printFailure(Failure(ExitCode::WrongArguments, {}, error.what()));
     std::cerr << "Usage: genostat-analysis SCRIPT PAYLOAD\n"
-                 "       genostat-analysis qc [--adapter ADAPTER] [--output FILE] PATHS...\n"
+                 "       genostat-analysis qc [--adapter ADAPTER] [--csv FILE] PATHS...\n"
                  "Run with --help for more information.\n";
     return ExitCode::WrongArguments;
   }

@@ -164,10 +164,10 @@ TEST_F(Program, MeasuresForPeople) {
   write("good.fq", kGoodRead);
   EXPECT_EQ(run({"qc", "--adapter", "NextEra", "good.fq", "."}).out,
             kHeader + "good,NEXTERA" + kGoodRow + "good,NEXTERA" + kGoodRow);
-  EXPECT_EQ(run({"qc", "good.fq", "--adapter", "acgt", "--output", "o.csv"}).status, 0);
+  EXPECT_EQ(run({"qc", "good.fq", "--adapter", "acgt", "--csv", "o.csv"}).status, 0);
   EXPECT_EQ(readWholeFile(folder() / "o.csv"), kHeader + "good,CUSTOM" + kGoodRow);
   EXPECT_EQ(run({"qc", "--adapter", "custom", "good.fq"}).status, 10);
-  EXPECT_EQ(run({"qc", "good.fq", "no.fq", "--output", "p.csv"}).status, 2);
+  EXPECT_EQ(run({"qc", "good.fq", "no.fq", "--csv", "p.csv"}).status, 2);
   EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "o.csv"}));
 }
 
