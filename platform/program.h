@@ -51,13 +51,14 @@ void onInterrupt(std::function<void()> handler);
 // Ends the program at once, without any clean-up.
 [[noreturn]] void exitNow(int status);
 
-// The terminal behind standard output, if it is one.
+// The terminal behind a standard stream, if it is one.
 struct Terminal {
   bool isTerminal = false;
   int width = 80;  // columns; 80 where unknown
   bool isUtf8 = false;
 };
 Terminal standardOutputTerminal();
+Terminal standardErrorTerminal();
 
 // Moves a finished file to its final name in one step, replacing what stands there.
 // Empty on success, else the system's reason.

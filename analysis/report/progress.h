@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <ostream>
 #include <string>
@@ -48,10 +49,11 @@ class JobProgress {
 std::string progressLine(const JobProgress::State& state, double seconds, std::size_t width);
 
 // Shows a job's progress as one line that is rewritten, from a thread of its own, and is gone when the
-// display ends. Both `progress` and `out` must outlive it.
+// display ends. `progress` and `out` must outlive it. `width` gives the terminal's columns, which may
+// change meanwhile.
 class ProgressDisplay {
  public:
-  ProgressDisplay(const JobProgress& progress, std::ostream& out, std::size_t width,
+  ProgressDisplay(const JobProgress& progress, std::ostream& out, std::function<std::size_t()> width,
                   std::chrono::milliseconds interval = std::chrono::milliseconds(200));
   ProgressDisplay(const ProgressDisplay&) = delete;
   ProgressDisplay& operator=(const ProgressDisplay&) = delete;
@@ -62,7 +64,7 @@ class ProgressDisplay {
 
   const JobProgress& progress_;
   std::ostream& out_;
-  const std::size_t width_;
+  const std::function<std::size_t()> width_;
   const std::chrono::milliseconds interval_;
   const std::chrono::steady_clock::time_point start_;
   std::mutex mutex_;

@@ -89,11 +89,13 @@ void exitNow(int status) {
   _exit(status);
 }
 
-Terminal standardOutputTerminal() {
+namespace {
+
+Terminal terminalBehind(int stream) {
   Terminal terminal;
-  terminal.isTerminal = isatty(STDOUT_FILENO) == 1;
+  terminal.isTerminal = isatty(stream) == 1;
   winsize size = {};
-  if (terminal.isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+  if (terminal.isTerminal && ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     terminal.width = size.ws_col;
   }
   locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
@@ -102,6 +104,15 @@ Terminal standardOutputTerminal() {
     freelocale(locale);
   }
   return terminal;
+}
+
+}  // namespace
+
+Terminal standardOutputTerminal() {
+  return terminalBehind(STDOUT_FILENO);
+}
+Terminal standardErrorTerminal() {
+  return terminalBehind(STDERR_FILENO);
 }
 
 std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {

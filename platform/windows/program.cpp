@@ -110,9 +110,11 @@ void exitNow(int status) {
   ExitProcess(static_cast<UINT>(status));
 }
 
-Terminal standardOutputTerminal() {
+namespace {
+
+Terminal terminalBehind(DWORD stream) {
   Terminal terminal;
-  HANDLE console = GetStdHandle(STD_OUTPUT_HANDLE);
+  HANDLE console = GetStdHandle(stream);
   DWORD mode = 0;
   terminal.isTerminal = GetConsoleMode(console, &mode) != 0;
   if (terminal.isTerminal) {
@@ -124,6 +126,15 @@ Terminal standardOutputTerminal() {
     }
   }
   return terminal;
+}
+
+}  // namespace
+
+Terminal standardOutputTerminal() {
+  return terminalBehind(STD_OUTPUT_HANDLE);
+}
+Terminal standardErrorTerminal() {
+  return terminalBehind(STD_ERROR_HANDLE);
 }
 
 std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
