@@ -1,20 +1,37 @@
 #include "analysis/metrics/read_lengths.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace genostat::analysis {
 
-ReadLengths::ReadLengths() : table_(kTableSize) {}
-
-void ReadLengths::add(std::span<const Record> batch) {
-  reads_ += batch.size();
-  for (const Record& record : batch) {
-    const std::uint64_t length = record.sequence.size();
-    bases_ += length;
-    if (length < kTableSize) {
-      ++table_[length];
-    } else {
-      ++longer_[length];
-    }
+void ReadLengths::addToGrown(std::uint64_t length) {
+  if (length >= kTableLimit) {
+    ++longer_[length];
+    return;
   }
+  table_.resize(static_cast<std::size_t>(length) + 1);
+  ++table_.back();
+}
+
+void ReadLengths::merge(const ReadLengths& other) {
+  if (table_.size() < other.table_.size()) table_.resize(other.table_.size());
+  std::transform(other.table_.begin(), other.table_.end(), table_.begin(), table_.begin(), std::plus<>());
+  for (const auto& [length, count] : other.longer_) {
+    longer_[length] += count;
+  }
+  reads_ += other.reads_;
+  bases_ += other.bases_;
+}
+
+std::vector<std::pair<std::uint64_t, std::uint64_t>> ReadLengths::byLength() const {
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> lengths;
+  for (std::uint64_t length = 0; length < table_.size(); ++length) {
+    const std::uint64_t count = table_[static_cast<std::size_t>(length)];
+    if (count > 0) lengths.emplace_back(length, count);
+  }
+  lengths.insert(lengths.end(), longer_.begin(), longer_.end());
+  return lengths;
 }
 
 LengthSummary ReadLengths::summary() const {
@@ -23,23 +40,17 @@ LengthSummary ReadLengths::summary() const {
   // The reads in order of length, the two in the middle numbered from 0: the same one for an odd count.
   const std::uint64_t lowerMiddle = (reads_ - 1) / 2;
   const std::uint64_t upperMiddle = reads_ / 2;
+  const auto lengths = byLength();
   std::uint64_t seen = 0;
   std::uint64_t middleSum = 0;
-  const auto visit = [&](std::uint64_t length, std::uint64_t count) {
-    if (count == 0) return;
-    if (seen == 0) summary.shortest = length;
-    summary.longest = length;
+  for (const auto& [length, count] : lengths) {
     for (const std::uint64_t middle : {lowerMiddle, upperMiddle}) {
       if (middle >= seen && middle - seen < count) middleSum += length;
     }
     seen += count;
-  };
-  for (std::uint64_t length = 0; length < kTableSize; ++length) {
-    visit(length, table_[length]);
   }
-  for (const auto& [length, count] : longer_) {
-    visit(length, count);
-  }
+  summary.shortest = lengths.front().first;
+  summary.longest = lengths.back().first;
   summary.mean = static_cast<double>(bases_) / static_cast<double>(reads_);
   summary.median = static_cast<double>(middleSum) / 2;
   return summary;

@@ -1,9 +1,11 @@
 // How many reads there are, and how long.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "analysis/fastq/record.h"
@@ -22,14 +24,33 @@ struct LengthSummary {
 // Counts reads by length.
 class ReadLengths {
  public:
-  ReadLengths();
+  void add(std::uint64_t length) {
+    ++reads_;
+    bases_ += length;
+    if (length < table_.size()) {
+      ++table_[static_cast<std::size_t>(length)];
+    } else {
+      addToGrown(length);
+    }
+  }
+  void add(std::span<const Record> batch) {
+    for (const Record& record : batch) {
+      add(record.sequence.size());
+    }
+  }
+  void merge(const ReadLengths& other);
 
-  void add(std::span<const Record> batch);
+  std::uint64_t reads() const { return reads_; }
   LengthSummary summary() const;
+  // Every length that occurs with the number of its reads, ascending.
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> byLength() const;
 
  private:
-  // A table for the usual lengths; a tree above, where a table could outgrow the reads themselves.
-  static constexpr std::uint64_t kTableSize = 1 << 16;
+  // A table for the usual lengths, as long as the longest of them needs; a tree above, where a table could
+  // outgrow the reads themselves.
+  static constexpr std::uint64_t kTableLimit = 1 << 16;
+
+  void addToGrown(std::uint64_t length);
 
   std::vector<std::uint64_t> table_;
   std::map<std::uint64_t, std::uint64_t> longer_;

@@ -1,0 +1,58 @@
+// How many G and C each read holds.
+//
+// Reads of different lengths are made comparable as percentages. A count g of n bases stands for an
+// interval of percentages, so that short reads do not leave gaps between the percentages that they can reach;
+// each percentage is worth 1 / (number of counts of that length whose interval holds it).
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace genostat::analysis {
+
+// By percentage, 0 to 100.
+using GcDistribution = std::array<double, 101>;
+
+// How many of a read's first bases are looked at: a multiple of 100 of more than 100, of 1,000 of more than
+// 1,000. So only few lengths have to be told apart.
+constexpr std::uint64_t gcLength(std::uint64_t length) {
+  if (length <= 100) return length;
+  return length <= 1000 ? length - length % 100 : length - length % 1000;
+}
+
+class GcCounts {
+ public:
+  // A read with `g` G and C in its first `n` bases, n = gcLength(read length). Nothing for n = 0.
+  void add(std::uint64_t n, std::uint64_t g) {
+    if (n > kLongestCounted) {
+      addClaims(n, g, 1);
+    } else if (n != 0) {
+      std::vector<std::uint64_t>& row = counted_[rowOf(n)];
+      if (row.empty()) row.resize(static_cast<std::size_t>(n) + 1);
+      ++row[static_cast<std::size_t>(g)];
+    }
+  }
+  void merge(const GcCounts& other);
+
+  // The sum of all reads' weights. The same for the same reads in any order and any parts.
+  GcDistribution distribution() const;
+
+ private:
+  // Reads up to here are counted by g; of longer ones only the percentages that they claim are kept, as
+  // differences between neighbouring percentages: memory does not grow with n.
+  static constexpr std::uint64_t kLongestCounted = 1000;
+  using Claims = std::array<std::int64_t, 102>;
+
+  static constexpr std::size_t rowOf(std::uint64_t n) {
+    return static_cast<std::size_t>(n <= 100 ? n : 99 + n / 100);
+  }
+  void addClaims(std::uint64_t n, std::uint64_t g, std::uint64_t reads);
+
+  std::array<std::vector<std::uint64_t>, 110> counted_;  // rowOf(n), then g
+  std::map<std::uint64_t, Claims> claims_;               // by n
+};
+
+}  // namespace genostat::analysis

@@ -1,0 +1,70 @@
+// Qualities by tile of the flow cell, which the headers of some sequencers name.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace genostat::analysis {
+
+// Whether the read of this number, from 1 and without those of length 0, counts: all of the first 10,000,
+// then every tenth.
+constexpr bool tileSampled(std::uint64_t filledRead) {
+  return filledRead <= 10'000 || filledRead % 10 == 0;
+}
+
+// In which colon-separated field of the header the tile stands.
+class TileScheme {
+ public:
+  // No tile in any header.
+  TileScheme() = default;
+  // By the header of the file's first read that has bases: the fifth of seven or more fields, the third of
+  // five or six. Empty fields at the end do not count.
+  explicit TileScheme(std::string_view firstHeader);
+
+  // The tile's number; nothing when the field is missing or no integer of 32 bits.
+  std::optional<int> tileOf(std::string_view header) const;
+
+ private:
+  int field_ = -1;  // from 0; -1 for none
+};
+
+// Sums the sampled reads' qualities by tile and position.
+class TileCounts {
+ public:
+  // Mean qualities of no more tiles than this can be compared sensibly; more are likely no tiles.
+  static constexpr std::size_t kMaxTiles = 2500;
+
+  struct Tile {
+    std::vector<std::uint64_t> sums;  // of quality codes, by position
+    std::vector<std::uint64_t> ends;  // reads by (length - 1); as long as `sums`
+  };
+
+  // A sampled read of at least one base.
+  void add(int tile, std::string_view quality);
+  // A sampled read whose header has no readable tile: ends the metric for the file.
+  void addUnreadable() { turnOff(); }
+  void merge(const TileCounts& other);
+
+  // Without sampled reads, or ended by addUnreadable or too many tiles: nothing to tell.
+  bool empty() const { return tiles_.empty(); }
+  // In ascending order of the tiles' numbers.
+  std::map<int, const Tile*> tiles() const;
+
+ private:
+  Tile* find(int tile);
+  void turnOff();
+
+  bool off_ = false;
+  std::vector<Tile> tiles_;
+  std::unordered_map<int, std::size_t> places_;  // in tiles_, by number
+  // Neighbouring reads are mostly of the same tile.
+  int lastTile_ = 0;
+  std::size_t lastPlace_ = 0;
+};
+
+}  // namespace genostat::analysis
