@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -14,11 +15,73 @@ namespace {
 
 using genostat::analysis::ExitCode;
 using genostat::analysis::Failure;
+using genostat::analysis::QcOptions;
+
+constexpr const char* kUsage =
+    "Usage: genostat-analysis qc [OPTIONS] FILES-OR-FOLDERS...\n"
+    "       genostat-analysis SCRIPT PAYLOAD\n"
+    "Run with --help for more information.\n";
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  genostat-analysis qc reads.fastq.gz\n"
-    "  genostat-analysis qc --adapter illumina --csv result.csv run1/ extra.fq";
+    "  genostat-analysis qc reads.fastq.gz                        the table on standard output\n"
+    "  genostat-analysis qc --adapter illumina --csv qc.csv run1/ extra.fq\n"
+    "  genostat-analysis qc --json qc.json --csv qc.csv *.fastq.gz\n"
+    "  genostat-analysis qc --adapter ACGTACGTACGT --threads 4 --json - reads.fq\n"
+    "  zstd -dc reads.fastq.zst | genostat-analysis qc -          the sample is called stdin";
+
+constexpr unsigned kMaximumThreads = 256;
+constexpr const char* kStandardStream = "-";
+
+// Why a value cannot be taken, for the library; empty when it can.
+std::string threadsProblem(const std::string& text) {
+  unsigned value = 0;
+  const std::from_chars_result end = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool whole = end.ec == std::errc() && end.ptr == text.data() + text.size();
+  if (whole && value >= 1 && value <= kMaximumThreads) return {};
+  return "'" + text + "' is no number of threads; expected 1 to " + std::to_string(kMaximumThreads);
+}
+
+std::string phredProblem(const std::string& text) {
+  return text == "33" || text == "64" ? std::string()
+                                      : "'" + text + "' is no quality offset; expected 33 or 64";
+}
+
+// An unquoted *.fastq behind the option would otherwise cost the first of the reads.
+std::string outputProblem(const std::string& text) {
+  if (text.empty()) return "expected a file name, or - for standard output";
+  if (genostat::analysis::hasFastqEnding(text))
+    return "'" + text + "' is named like reads and would be overwritten";
+  return {};
+}
+
+void addQcOptions(CLI::App& command, QcOptions& qc) {
+  command
+      .add_option("PATHS", qc.paths,
+                  "FASTQ files (plain, gzip, bgzf), folders of them, or - for standard input")
+      ->required();
+  command.add_option("--adapter", qc.adapter,
+                     "none (look for all known ones), illumina, nextera, or a sequence of A, C, G, T, N");
+  command
+      .add_option("--threads", qc.threads,
+                  "How many threads work; as many as there are processors when not given")
+      ->type_name("N")
+      ->check(threadsProblem);
+  command
+      .add_option("--phred", qc.phredOffset,
+                  "What is taken off a quality character's code; by content when not given")
+      ->type_name("33|64")
+      ->check(phredProblem);
+  command.add_option("--csv", qc.csv, "Where the table goes: a file, or - for standard output (the default)")
+      ->type_name("FILE|-")
+      ->check(outputProblem);
+  command
+      .add_option("--json", qc.json,
+                  "Where the whole result goes, with its curves; with -, there is no table by default")
+      ->type_name("FILE|-")
+      ->check(outputProblem);
+  command.footer(kExamples);
+}
 
 ExitCode run(std::vector<std::string> arguments) {
   CLI::App app("Quality metrics of FASTQ files, one row of a CSV table per file.", "genostat-analysis");
@@ -32,13 +95,10 @@ ExitCode run(std::vector<std::string> arguments) {
   CLI::Option* scriptOption = app.add_option("SCRIPT", script, "Name of a script; accepted and not read");
   CLI::Option* payloadOption = app.add_option("PAYLOAD", payload, "The job's parameters, JSON in base64");
 
-  genostat::analysis::QcOptions qc;
+  QcOptions qc;
   CLI::App* qcCommand = app.add_subcommand("qc", "Measure files or the FASTQ files of folders");
   qcCommand->allow_windows_style_options(false);
-  qcCommand->add_option("PATHS", qc.paths, "FASTQ files, plain or gzip, and folders of them")->required();
-  qcCommand->add_option("--adapter", qc.adapter, "none, illumina, nextera, or a sequence of A, C, G, T, N");
-  qcCommand->add_option("--csv", qc.csv, "CSV file to write; - for standard output");
-  qcCommand->footer(kExamples);
+  addQcOptions(*qcCommand, qc);
 
   try {
     // The library takes the arguments from the back.
@@ -46,7 +106,13 @@ ExitCode run(std::vector<std::string> arguments) {
     app.parse(std::move(arguments));
     const bool launched = !scriptOption->empty() && !payloadOption->empty();
     if (qcCommand->parsed() == launched || (qcCommand->parsed() && !scriptOption->empty())) {
-      throw CLI::ParseError("expected either SCRIPT and PAYLOAD, or qc and paths",
+      throw CLI::ParseError("expected either qc and paths, or SCRIPT and PAYLOAD",
+                            static_cast<int>(ExitCode::WrongArguments));
+    }
+    if (qc.json == kStandardStream && qcCommand->count("--csv") == 0) qc.csv.clear();
+    if (!qc.json.empty() && qc.json == qc.csv) {
+      throw CLI::ParseError("--csv and --json cannot both go to " +
+                                (qc.json == kStandardStream ? "standard output" : "'" + qc.json + "'"),
                             static_cast<int>(ExitCode::WrongArguments));
     }
   } catch (const CLI::Success& success) {
@@ -54,9 +120,7 @@ ExitCode run(std::vector<std::string> arguments) {
     return ExitCode::Success;
   } catch (const CLI::ParseError& error) {
     printFailure(Failure(ExitCode::WrongArguments, {}, error.what()));
-    std::cerr << "Usage: genostat-analysis SCRIPT PAYLOAD\n"
-                 "       genostat-analysis qc [--adapter ADAPTER] [--csv FILE] PATHS...\n"
-                 "Run with --help for more information.\n";
+    std::cerr << kUsage;
     return ExitCode::WrongArguments;
   }
   return qcCommand->parsed() ? runQc(qc) : genostat::analysis::runRequest(payload);

@@ -14,6 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view kStandardInput = "-";
 constexpr std::array<std::string_view, 2> kFastqEndings = {".fastq", ".fq"};
 
 std::string lowerCase(std::string_view text) {
@@ -27,12 +28,6 @@ std::string lowerCase(std::string_view text) {
 std::string_view withoutGzipEnding(std::string_view lowerName) {
   if (lowerName.ends_with(".gz")) lowerName.remove_suffix(3);
   return lowerName;
-}
-
-bool hasFastqEnding(std::string_view fileName) {
-  const std::string lower = lowerCase(fileName);
-  return std::any_of(kFastqEndings.begin(), kFastqEndings.end(),
-                     [&](std::string_view ending) { return withoutGzipEnding(lower).ends_with(ending); });
 }
 
 // What stands at a path, links followed. `kind` is the word for messages: "file" or "folder".
@@ -54,10 +49,16 @@ fs::file_status statusOf(const fs::path& path, const std::string& givenPath, con
 Sample makeSample(fs::path path, std::string givenPath) {
   std::string fileName = platform::pathToUtf8(path.filename());
   std::string name = sampleName(fileName);
-  return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name)};
+  return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name), false};
 }
 
 }  // namespace
+
+bool hasFastqEnding(std::string_view fileName) {
+  const std::string lower = lowerCase(fileName);
+  return std::any_of(kFastqEndings.begin(), kFastqEndings.end(),
+                     [&](std::string_view ending) { return withoutGzipEnding(lower).ends_with(ending); });
+}
 
 std::string sampleName(std::string_view fileName) {
   const std::string lower = lowerCase(fileName);
@@ -128,7 +129,12 @@ std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
   std::vector<Sample> samples;
   for (const std::string& path : paths) {
     std::error_code unknown;
-    if (fs::is_directory(platform::pathFromUtf8(path), unknown)) {
+    if (path == kStandardInput) {
+      if (std::any_of(samples.begin(), samples.end(), [](const Sample& s) { return s.isStandardInput; })) {
+        throw Failure(ExitCode::WrongArguments, path, "standard input can be read only once");
+      }
+      samples.push_back({{}, "standard input", "stdin", "stdin", true});
+    } else if (fs::is_directory(platform::pathFromUtf8(path), unknown)) {
       std::vector<Sample> found = samplesOfFolder(path);
       std::move(found.begin(), found.end(), std::back_inserter(samples));
     } else {

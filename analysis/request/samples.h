@@ -10,10 +10,14 @@ namespace genostat::analysis {
 
 struct Sample {
   std::filesystem::path path;
-  std::string givenPath;  // UTF-8, as messages name it
-  std::string fileName;   // UTF-8, without folder
-  std::string name;       // the file name without .gz, .fastq, .fq
+  std::string givenPath;         // UTF-8, as messages name it
+  std::string fileName;          // UTF-8, without folder
+  std::string name;              // the file name without .gz, .fastq, .fq
+  bool isStandardInput = false;  // then there is no path
 };
+
+// Whether a name ends in .fastq, .fq, .fastq.gz or .fq.gz, in any case.
+bool hasFastqEnding(std::string_view fileName);
 
 // The file name without .gz and then without .fastq or .fq, endings in any case. A name that
 // would become empty is kept.
@@ -30,7 +34,8 @@ std::vector<Sample> samplesOfFolder(const std::string& folder);
 // Listed files, in order. Throws as sampleOfFile, and NoFastqFiles for an empty list.
 std::vector<Sample> samplesOfFiles(const std::vector<std::string>& paths);
 
-// Files and folders in any mix, in the order given. Throws as the functions above.
+// Files, folders and "-" for standard input in any mix, in the order given. Throws as the functions
+// above, and WrongArguments where standard input is named twice.
 std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths);
 
 }  // namespace genostat::analysis
