@@ -26,4 +26,7 @@ class FastqError : public std::runtime_error {
   std::uint64_t record_ = 0;
 };
 
+// A character as a message shows it: "'A'", "a line end", "character code 7".
+std::string characterText(char c);
+
 }  // namespace genostat::analysis

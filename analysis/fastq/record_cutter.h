@@ -9,6 +9,7 @@
 // seam; all others are views into their chunk.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -30,7 +31,7 @@ struct Batch {
   std::size_t lineFeedCount = 0;
 
   TextBuffer seam;
-  std::vector<Record> records;    // all whole records, in file order
+  std::vector<Record> records;      // all whole records, in file order
   std::uint64_t recordsBefore = 0;  // in the file before this batch
   std::uint64_t filledBefore = 0;   // of them, those with at least one base
   std::uint64_t longestBefore = 0;  // length of the longest of them
@@ -41,11 +42,47 @@ struct Batch {
 class RecordCutter {
  public:
   // Cuts the next batch, whose chunk is expanded and whose line feeds are known. `last`: no chunk follows.
-  // After an error no further batch may be cut. Quality characters are not looked at.
+  // After an error no further batch may be cut. Quality characters are not looked at. Throws std::bad_alloc
+  // only.
   void cut(Batch& batch, bool last);
 
  private:
+  // Where the lines of a record end: at their line feeds, or where the text does.
+  using LineEnds = std::array<std::size_t, 4>;
+
+  // A record whose end is still to come. Its text starts with its header; blank lines are gone.
+  struct Begun {
+    const char* text = nullptr;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    LineEnds lineEnds = {};
+    std::size_t lines = 0;  // complete ones, at most 3
+  };
+
+  // A place in the batch's chunk: a byte, and the first line feed not before it.
+  struct Place {
+    std::size_t at = 0;
+    std::size_t feed = 0;
+  };
+
+  // The steps of cut(). Those that return bool leave an error in the batch when they return false.
+  Place join(Batch& batch);
+  Place walk(Batch& batch, Place place);
+  bool take(Batch& batch, const char* text, std::size_t begin, const LineEnds& ends);
+  bool checkBegun(Batch& batch, const Begun& begun) const;
+  void carry(const Begun& begun);
+  void finish(Batch& batch, Begun begun);
+  void append(const char* text, std::size_t size);
+  bool fail(Batch& batch, std::size_t line, const std::string& sentence) const;
+
   TextBuffer carried_;  // the unfinished record at the end of the chunks so far
+  std::size_t carriedSize_ = 0;
+  LineEnds carriedEnds_ = {};
+  std::size_t carriedLines_ = 0;
+  std::uint64_t line_ = 1;  // number of the line at which the next record begins
+  std::uint64_t records_ = 0;
+  std::uint64_t filled_ = 0;
+  std::uint64_t longest_ = 0;
 };
 
 }  // namespace genostat::analysis
