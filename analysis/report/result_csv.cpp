@@ -87,6 +87,15 @@ std::string csvField(std::string_view text) {
   return field + '"';
 }
 
+std::vector<ColumnText> columnTexts(const ResultRow& row) {
+  std::vector<ColumnText> texts;
+  texts.reserve(kColumns.size());
+  for (const Column& column : kColumns) {
+    texts.push_back({column.name, column.text(row)});
+  }
+  return texts;
+}
+
 std::string resultCsv(const std::vector<ResultRow>& rows) {
   std::string csv;
   appendLine(csv, [](const Column& column) { return std::string(column.name); });

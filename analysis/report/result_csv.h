@@ -19,6 +19,13 @@ struct ResultRow {
 // The whole text. Its 27 columns are always there; one that has no value for a sample is empty.
 std::string resultCsv(const std::vector<ResultRow>& rows);
 
+// The columns of one row in their order, as they stand in the table before quoting.
+struct ColumnText {
+  std::string_view name;
+  std::string text;  // empty when there is no value
+};
+std::vector<ColumnText> columnTexts(const ResultRow& row);
+
 // A field as it stands in a CSV line: in double quotes when it holds a comma, a quote or a line break.
 std::string csvField(std::string_view text);
 
