@@ -28,7 +28,7 @@ class GcCounts {
   // A read with `g` G and C in its first `n` bases, n = gcLength(read length). Nothing for n = 0.
   void add(std::uint64_t n, std::uint64_t g) {
     if (n > kLongestCounted) {
-      addClaims(n, g, 1);
+      claim(claims_[n], n, g, 1);
     } else if (n != 0) {
       std::vector<std::uint64_t>& row = counted_[rowOf(n)];
       if (row.empty()) row.resize(static_cast<std::size_t>(n) + 1);
@@ -41,15 +41,16 @@ class GcCounts {
   GcDistribution distribution() const;
 
  private:
-  // Reads up to here are counted by g; of longer ones only the percentages that they claim are kept, as
-  // differences between neighbouring percentages: memory does not grow with n.
+  // Reads up to here are counted by g; of longer ones only the percentages that they claim are kept, so that
+  // memory does not grow with n.
   static constexpr std::uint64_t kLongestCounted = 1000;
-  using Claims = std::array<std::int64_t, 102>;
+  // By percentage, how many reads claim it more than claim the one before; modulo 2^64.
+  using Claims = std::array<std::uint64_t, 102>;
 
   static constexpr std::size_t rowOf(std::uint64_t n) {
     return static_cast<std::size_t>(n <= 100 ? n : 99 + n / 100);
   }
-  void addClaims(std::uint64_t n, std::uint64_t g, std::uint64_t reads);
+  static void claim(Claims& claims, std::uint64_t n, std::uint64_t g, std::uint64_t reads);
 
   std::array<std::vector<std::uint64_t>, 110> counted_;  // rowOf(n), then g
   std::map<std::uint64_t, Claims> claims_;               // by n
