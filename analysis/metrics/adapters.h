@@ -13,7 +13,7 @@ namespace genostat::analysis {
 // What is looked for: the beginning of an adapter.
 struct Probe {
   std::string name;
-  std::string sequence;  // 1 to kProbeLength letters; N matches any character
+  std::string sequence;  // 1 to kProbeLength letters; N matches any of A, C, G, T, N
 };
 
 inline constexpr std::uint64_t kProbeLength = 12;
