@@ -11,8 +11,8 @@
 
 namespace genostat::analysis {
 
-// Whether the read of this number, from 1 and without those of length 0, counts: all of the first 10,000,
-// then every tenth.
+// Whether the read of this number counts, from 1 and without those of length 0: the first 10,000, then every
+// tenth.
 constexpr bool tileSampled(std::uint64_t filledRead) {
   return filledRead <= 10'000 || filledRead % 10 == 0;
 }
@@ -36,12 +36,12 @@ class TileScheme {
 // Sums the sampled reads' qualities by tile and position.
 class TileCounts {
  public:
-  // Mean qualities of no more tiles than this can be compared sensibly; more are likely no tiles.
+  // More are likely no tiles.
   static constexpr std::size_t kMaxTiles = 2500;
 
   struct Tile {
-    std::vector<std::uint64_t> sums;  // of quality codes, by position
-    std::vector<std::uint64_t> ends;  // reads by (length - 1); as long as `sums`
+    std::vector<std::uint64_t> sums;                  // of quality codes, by position
+    std::map<std::uint64_t, std::uint64_t> byLength;  // number of reads; lengths 1 to sums.size()
   };
 
   // A sampled read of at least one base.
@@ -50,12 +50,11 @@ class TileCounts {
   void addUnreadable() { turnOff(); }
   void merge(const TileCounts& other);
 
-  // Without sampled reads, or ended by addUnreadable or too many tiles: nothing to tell.
-  bool empty() const { return tiles_.empty(); }
-  // In ascending order of the tiles' numbers.
+  // By number. Empty without sampled reads, and once ended by an unreadable header or too many tiles.
   std::map<int, const Tile*> tiles() const;
 
  private:
+  // Null once there are too many.
   Tile* find(int tile);
   void turnOff();
 
