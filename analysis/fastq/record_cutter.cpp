@@ -24,22 +24,31 @@ bool isColourSpace(std::string_view sequence) {
          std::all_of(sequence.begin(), sequence.end(), [](char c) { return isDigit(c) || c == '.'; });
 }
 
+// Every line's end has a byte of the same text before it: the header is not empty, and the other lines
+// follow a line feed.
+inline std::string_view lineOf(const char* text, std::size_t from, std::size_t to) {
+  return {text + from, to - from - (text[to - 1] == '\r' ? 1U : 0U)};
+}
+
 }  // namespace
 
 void RecordCutter::cut(Batch& batch, bool last) {
-  batch.records.clear();
   batch.error.reset();
-  batch.recordsBefore = records_;
-  batch.filledBefore = filled_;
-  batch.longestBefore = longest_;
+  batch.recordsBefore = tally_.records;
+  batch.filledBefore = tally_.filled;
+  batch.longestBefore = tally_.longest;
   if (batch.seam.capacity() > kLargestKeptSeam) batch.seam = TextBuffer();
-  batch.records.reserve(batch.lineFeedCount / 4 + 2);
+  // Room for all there can be; the records of an earlier chunk are overwritten.
+  batch.records.resize(batch.lineFeedCount / 4 + 2);
+  cutChunk(batch, last);
+  batch.records.resize(tally_.records - batch.recordsBefore);
+}
 
+void RecordCutter::cutChunk(Batch& batch, bool last) {
   const Chunk& chunk = batch.chunk;
   Place place;
   if (carriedSize_ > 0) place = join(batch);
   if (!batch.error) place = walk(batch, place);
-  records_ += batch.records.size();
   if (batch.error) return;
 
   // Either the carried record took in the whole chunk, or the chunk's end begins the next one.
@@ -67,7 +76,7 @@ RecordCutter::Place RecordCutter::join(Batch& batch) {
   const std::size_t size = batch.chunk.size;
   if (carriedSize_ == 1 && carried_.data()[0] == '\r' && size > 0 && text[0] == '\n') {
     carriedSize_ = 0;
-    ++line_;
+    ++tally_.line;
     return {1, 1};
   }
   const std::size_t before = carriedSize_;
@@ -94,51 +103,69 @@ RecordCutter::Place RecordCutter::walk(Batch& batch, Place place) {
   const char* const text = batch.chunk.text.data();
   const std::uint32_t* const feeds = batch.lineFeeds.get();
   const std::size_t count = batch.lineFeedCount;
+  // Copies, so that they stay in registers.
+  Tally tally = tally_;
+  Record* record = batch.records.data() + (tally.records - batch.recordsBefore);
   const auto skipBlankLine = [&] {
     const std::size_t length = feeds[place.feed] - place.at;
     if (length > 1 || (length == 1 && text[place.at] != '\r')) return false;
     place = {feeds[place.feed] + std::size_t{1}, place.feed + 1};
-    ++line_;
+    ++tally.line;
     return true;
   };
   while (count - place.feed >= 4) {
-    const std::uint32_t* const ends = feeds + place.feed;
     if (text[place.at] != '@' && skipBlankLine()) continue;
-    if (!take(batch, text, place.at, {ends[0], ends[1], ends[2], ends[3]})) return place;
-    place = {ends[3] + std::size_t{1}, place.feed + 4};
+    const std::uint32_t* const next = feeds + place.feed;
+    const LineEnds ends = {next[0], next[1], next[2], next[3]};
+    if (!makeRecord(text, place.at, ends, tally.line, *record)) [[unlikely]] {
+      tally_ = tally;
+      if (!checkRecord(batch, {text, place.at, ends[3], ends, 3}, *record)) return place;
+    }
+    tally.add(record->sequence.size());
+    ++record;
+    place = {ends[3] + 1, place.feed + 4};
   }
   while (place.feed < count && skipBlankLine()) {
   }
+  tally_ = tally;
   return place;
 }
 
-// Adds a complete record to the batch. A line's end is behind a byte of the same text: the header is not
-// empty, and the others follow a line feed.
-inline bool RecordCutter::take(Batch& batch, const char* text, std::size_t begin, const LineEnds& ends) {
-  const auto line = [&](std::size_t from, std::size_t to) {
-    return std::string_view(text + from, to - from - (text[to - 1] == '\r' ? 1U : 0U));
-  };
-  if (text[begin] != '@' || text[ends[1] + 1] != '+') [[unlikely]] {
-    return checkBegun(batch, {text, begin, ends[3], ends, 3});
-  }
-  const Record record{line(begin, ends[0]), line(ends[0] + 1, ends[1]), line(ends[2] + 1, ends[3]), line_};
+// False when it needs a second look.
+inline bool RecordCutter::makeRecord(const char* text, std::size_t begin, const LineEnds& ends,
+                                     std::uint64_t line, Record& record) {
+  // Made where it stays: copying it there would take longer than all the rest.
+  record.header = lineOf(text, begin, ends[0]);
+  record.sequence = lineOf(text, ends[0] + 1, ends[1]);
+  record.quality = lineOf(text, ends[2] + 1, ends[3]);
+  record.line = line;
   const std::size_t length = record.sequence.size();
-  // Almost every read is decided by its second character.
-  if (length > 1 && record.sequence[1] <= '9' && isColourSpace(record.sequence)) [[unlikely]] {
+  // A read of colours shows in its second character.
+  return text[begin] == '@' && text[ends[1] + 1] == '+' && record.quality.size() == length &&
+         (length < 2 || record.sequence[1] > '9');
+}
+
+// Cuts a single record, whose lines are complete.
+bool RecordCutter::take(Batch& batch, const char* text, std::size_t begin, const LineEnds& ends) {
+  Record& record = batch.records[tally_.records - batch.recordsBefore];
+  if (!makeRecord(text, begin, ends, tally_.line, record) &&
+      !checkRecord(batch, {text, begin, ends[3], ends, 3}, record))
+    return false;
+  tally_.add(record.sequence.size());
+  return true;
+}
+
+bool RecordCutter::checkRecord(Batch& batch, const Begun& begun, const Record& record) const {
+  if (!checkBegun(batch, begun)) return false;
+  if (isColourSpace(record.sequence)) {
     return fail(
         batch, 1,
         "the read is in colour space (a base followed by digits); only reads of bases can be analysed");
   }
-  if (record.quality.size() != length) [[unlikely]] {
-    return fail(batch, 3,
-                "the quality has " + std::to_string(record.quality.size()) + " characters, the sequence " +
-                    std::to_string(length));
-  }
-  batch.records.push_back(record);
-  line_ += 4;
-  filled_ += length > 0 ? 1U : 0U;
-  longest_ = std::max<std::uint64_t>(longest_, length);
-  return true;
+  if (record.quality.size() == record.sequence.size()) return true;
+  return fail(batch, 3,
+              "the quality has " + std::to_string(record.quality.size()) + " characters, the sequence " +
+                  std::to_string(record.sequence.size()));
 }
 
 // What can be said of a record by the lines that have begun.
@@ -170,19 +197,17 @@ void RecordCutter::finish(Batch& batch, Begun begun) {
   const bool endlessLine = lineBegin < begun.end;
   if (endlessLine) begun.lineEnds[begun.lines++] = begun.end;
   if (begun.lines == 1 && begun.text[begun.begin] == '\r') {
-    ++line_;
+    ++tally_.line;
     begun.lines = 0;
   }
   if (begun.lines == 0) {
-    if (records_ > 0) return;
-    batch.error = FastqError(line_ == 1 ? "the file is empty" : "the file holds no records");
+    if (tally_.records > 0) return;
+    batch.error = FastqError(tally_.line == 1 ? "the file is empty" : "the file holds no records");
     return;
   }
-  const auto isEmpty = [&](std::size_t from, std::size_t to) {
-    return from == to || (from + 1 == to && begun.text[from] == '\r');
-  };
   // An empty quality may be the last line that ends without a line feed.
-  if (begun.lines == 3 && !endlessLine && isEmpty(begun.lineEnds[0] + 1, begun.lineEnds[1])) {
+  if (begun.lines == 3 && !endlessLine &&
+      lineOf(begun.text, begun.lineEnds[0] + 1, begun.lineEnds[1]).empty()) {
     begun.lineEnds[begun.lines++] = begun.end;
   }
   if (begun.lines < begun.lineEnds.size()) {
@@ -195,7 +220,7 @@ void RecordCutter::finish(Batch& batch, Begun begun) {
     std::swap(carried_, batch.seam);
     begun.text = batch.seam.data();
   }
-  if (take(batch, begun.text, begun.begin, begun.lineEnds)) ++records_;
+  take(batch, begun.text, begun.begin, begun.lineEnds);
 }
 
 // Twice the memory when it is full: a record of any length is copied a constant number of times.
@@ -209,7 +234,7 @@ void RecordCutter::append(const char* text, std::size_t size) {
 }
 
 bool RecordCutter::fail(Batch& batch, std::size_t line, const std::string& sentence) const {
-  batch.error = FastqError(batch.recordsBefore + batch.records.size() + 1, line_ + line, sentence);
+  batch.error = FastqError(tally_.records + 1, tally_.line + line, sentence);
   return false;
 }
 

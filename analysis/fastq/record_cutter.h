@@ -65,10 +65,29 @@ class RecordCutter {
     std::size_t feed = 0;
   };
 
+  // What has been cut so far.
+  struct Tally {
+    std::uint64_t line = 1;  // number of the line at which the next record begins
+    std::uint64_t records = 0;
+    std::uint64_t filled = 0;
+    std::uint64_t longest = 0;
+
+    void add(std::uint64_t length) {
+      line += 4;
+      ++records;
+      filled += length > 0 ? 1U : 0U;
+      longest = length > longest ? length : longest;
+    }
+  };
+
   // The steps of cut(). Those that return bool leave an error in the batch when they return false.
+  void cutChunk(Batch& batch, bool last);
   Place join(Batch& batch);
   Place walk(Batch& batch, Place place);
   bool take(Batch& batch, const char* text, std::size_t begin, const LineEnds& ends);
+  static bool makeRecord(const char* text, std::size_t begin, const LineEnds& ends, std::uint64_t line,
+                         Record& record);
+  bool checkRecord(Batch& batch, const Begun& begun, const Record& record) const;
   bool checkBegun(Batch& batch, const Begun& begun) const;
   void carry(const Begun& begun);
   void finish(Batch& batch, Begun begun);
@@ -79,10 +98,7 @@ class RecordCutter {
   std::size_t carriedSize_ = 0;
   LineEnds carriedEnds_ = {};
   std::size_t carriedLines_ = 0;
-  std::uint64_t line_ = 1;  // number of the line at which the next record begins
-  std::uint64_t records_ = 0;
-  std::uint64_t filled_ = 0;
-  std::uint64_t longest_ = 0;
+  Tally tally_;
 };
 
 }  // namespace genostat::analysis
