@@ -5,7 +5,7 @@
 # one symbolic link in it, and only that directory is put on the search path.
 
 set(GENOSTAT_PACKAGE_INCLUDE_DIR /usr/include CACHE PATH
-    "Where the header-only packages (rapidjson, CLI) are installed")
+    "Where the header-only packages (rapidjson, CLI, hwy) are installed")
 
 # genostat_add_header_package(<target> <probe header> <link name> <directory>)
 function(genostat_add_header_package target probe name directory)
@@ -24,4 +24,6 @@ genostat_add_header_package(third_party::rapidjson
 if(NOT GENOSTAT_MODULE_ONLY)
   genostat_add_header_package(third_party::cli11
     CLI.hpp CLI "${GENOSTAT_PACKAGE_INCLUDE_DIR}/CLI")
+  genostat_add_header_package(third_party::hwy
+    highway.h hwy "${GENOSTAT_PACKAGE_INCLUDE_DIR}/hwy")
 endif()
