@@ -1,32 +1,66 @@
-// Every metric of one sample, fed by one pass over its reads.
+// Everything that one thread counts of one sample, in one pass over its share of the reads.
 #pragma once
 
+#include <array>
+#include <cstdint>
+#include <optional>
 #include <span>
+#include <vector>
 
-#include "analysis/fastq/record.h"
-#include "analysis/metrics/base_composition.h"
-#include "analysis/metrics/quality_level.h"
-#include "analysis/metrics/read_lengths.h"
+#include "analysis/fastq/record_cutter.h"
+#include "analysis/metrics/duplicate_table.h"
+#include "analysis/metrics/position_counters.h"
+#include "analysis/metrics/sample_counts.h"
+#include "analysis/simd/kernels.h"
+#include "analysis/simd/probe_set.h"
 
 namespace genostat::analysis {
 
-// What reports are made from: each metric's summary.
-struct SampleResult {
-  LengthSummary lengths;
-  BaseSummary bases;
-  QualitySummary qualities;
-};
-
 class SampleMetrics {
  public:
-  // The next reads in file order.
-  void add(std::span<const Record> batch);
-  SampleResult result() const;
+  // `kernels` and `probes` must outlive the object.
+  SampleMetrics(const Kernels& kernels, const ProbeSet& probes);
+
+  // Measures the records of a batch. Returns the error of the first record whose quality breaks the rules; what
+  // was counted is of no use then.
+  std::optional<FastqError> add(const Batch& batch, const TileScheme& tiles);
+
+  // Of all batches. Complete as it is.
+  SampleCounts counts() const;
+  const PositionCounters& positions() const { return positions_; }
+
+  // Reads counted in the full duplicate table; filled by the caller.
+  DuplicateTable::Counts duplicates;
 
  private:
-  ReadLengths lengths_;
-  BaseComposition bases_;
-  QualityLevel qualities_;
+  static constexpr std::size_t kAtOnce = 64;
+
+  // Some of a batch's records, and what the order-dependent metrics have to know of those before.
+  struct Share {
+    std::span<const Record> records;
+    std::uint64_t filled = 0;   // how many have bases
+    std::uint64_t longest = 0;  // length of the longest
+  };
+
+  // False when a quality breaks the rules.
+  bool addShare(Share& share, const TileScheme& tiles);
+  void addReads(const Share& share);
+  void addEnds(const Share& share);
+  void addProbes(Share& share);
+  void addTiles(Share& share, const TileScheme& tiles);
+
+  const Kernels& kernels_;
+  const ProbeSet& probes_;
+  SampleCounts counts_;
+  PositionCounters positions_;
+  // Neighbouring qualities are often the same, and one counter could not be raised as fast as they come.
+  std::array<std::array<std::uint64_t, kQualityCodes>, 4> ends_{};
+
+  // Scratch for the records of a share.
+  std::vector<std::uint64_t> qualitySums_;
+  std::vector<std::uint64_t> gcLengths_;
+  std::vector<SequenceCounts> sequences_;
+  std::vector<ProbeHit> hits_;
 };
 
 }  // namespace genostat::analysis

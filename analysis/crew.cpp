@@ -1,0 +1,192 @@
+#include "analysis/crew.h"
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "analysis/failure.h"
+#include "analysis/fastq/file_source.h"
+#include "analysis/fastq/open_chunks.h"
+#include "analysis/fastq/standard_input.h"
+#include "analysis/sample_run.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+Failure openFailure(const Sample& sample, const std::error_code& reason) {
+  const std::string sentence = sample.givenPath + ": " + reason.message();
+  if (reason == std::errc::no_such_file_or_directory) {
+    return {ExitCode::FileNotFound, sample.givenPath, sentence};
+  }
+  if (reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted) {
+    return {ExitCode::PermissionDenied, sample.givenPath, sentence};
+  }
+  return {ExitCode::General, sample.givenPath, sentence};
+}
+
+std::unique_ptr<ByteSource> openSample(const Sample& sample) {
+  if (sample.isStandardInput) return std::make_unique<StandardInput>();
+  return std::make_unique<FileSource>(sample.path);
+}
+
+// Runs a step of a sample's measuring; what goes wrong becomes a Failure that names the sample.
+template <typename Step>
+auto forSample(const Sample& sample, const Step& step) {
+  try {
+    return step();
+  } catch (const std::system_error& error) {
+    throw openFailure(sample, error.code());
+  } catch (const FastqError& error) {
+    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
+  } catch (const std::bad_alloc&) {
+    throw Failure(ExitCode::OutOfMemory, sample.fileName, sample.fileName + ": not enough memory");
+  }
+}
+
+class Crew {
+ public:
+  Crew(const std::vector<Sample>& samples, const CrewOptions& options)
+      : options_(options), resultOptions_{options.adapter, options.phredOffset}, tasks_(samples.size()) {
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      tasks_[i].sample = &samples[i];
+    }
+  }
+
+  std::vector<SampleResult> run(unsigned threads) {
+    std::vector<std::jthread> others;
+    others.reserve(threads - 1);
+    try {
+      while (others.size() + 1 < threads) {
+        others.emplace_back([this] { work(); });
+      }
+    } catch (const std::system_error&) {
+      // As many as the system gives.
+    }
+    work();
+    others.clear();
+    std::vector<SampleResult> results;
+    results.reserve(tasks_.size());
+    for (Task& task : tasks_) {
+      if (task.failure) std::rethrow_exception(task.failure);
+      results.push_back(std::move(*task.result));
+    }
+    return results;
+  }
+
+ private:
+  // All members are guarded by mutex_, except that the threads of a sample use its run.
+  struct Task {
+    const Sample* sample = nullptr;
+    std::shared_ptr<SampleRun> run;  // from its opening to its end
+    unsigned workers = 0;
+    std::optional<SampleResult> result;
+    std::exception_ptr failure;
+  };
+
+  // One thread's part of the job.
+  void work() {
+    Batch memory;
+    while (Task* task = choose()) {
+      if (open(*task)) {
+        task->run->work(memory);
+        leave(*task);
+      }
+    }
+  }
+
+  // A sample to begin or to help with; null when there is nothing more to do. Counts the caller in.
+  Task* choose() {
+    const std::scoped_lock lock(mutex_);
+    if (begun_ < end_) {
+      Task& task = tasks_[begun_++];
+      task.workers = 1;
+      return &task;
+    }
+    Task* helped = nullptr;
+    for (Task& task : tasks_) {
+      if (task.workers == 0 || !task.run || task.run->exhausted()) continue;
+      if (helped == nullptr || task.workers < helped->workers) helped = &task;
+    }
+    if (helped != nullptr) ++helped->workers;
+    return helped;
+  }
+
+  // Makes sure that the sample is open; false when it could not be opened.
+  bool open(Task& task) {
+    {
+      const std::scoped_lock lock(mutex_);
+      if (task.run) return true;
+    }
+    // Only the thread that begins a sample comes here: it cannot be helped before.
+    std::shared_ptr<SampleRun> run;
+    std::exception_ptr failure;
+    try {
+      if (options_.progress != nullptr) options_.progress->begin(task.sample->fileName);
+      run = forSample(*task.sample, [&] {
+        return std::make_shared<SampleRun>(openChunks(openSample(*task.sample)), resultOptions_,
+                                           options_.progress);
+      });
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    const std::scoped_lock lock(mutex_);
+    task.run = std::move(run);
+    if (!failure) return true;
+    task.workers = 0;
+    fail(task, failure);
+    return false;
+  }
+
+  // The last thread to leave a sample finishes it.
+  void leave(Task& task) {
+    {
+      const std::scoped_lock lock(mutex_);
+      if (--task.workers > 0) return;
+    }
+    // A helper cannot join any more: the run is exhausted.
+    std::optional<SampleResult> result;
+    std::exception_ptr failure;
+    try {
+      result = forSample(*task.sample, [&] { return task.run->result(); });
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    if (options_.progress != nullptr) options_.progress->end(task.sample->fileName);
+    const std::scoped_lock lock(mutex_);
+    task.run.reset();
+    task.result = std::move(result);
+    if (failure) fail(task, failure);
+  }
+
+  // Gives up the samples after a failed one: the first failure is the one that is told.
+  void fail(Task& task, const std::exception_ptr& failure) {
+    task.failure = failure;
+    const auto index = static_cast<std::size_t>(&task - tasks_.data());
+    end_ = std::min(end_, index);
+    for (std::size_t i = index + 1; i < tasks_.size(); ++i) {
+      if (tasks_[i].run) tasks_[i].run->stop();
+    }
+  }
+
+  const CrewOptions& options_;
+  const ResultOptions resultOptions_;
+  std::mutex mutex_;
+  std::vector<Task> tasks_;
+  std::size_t begun_ = 0;  // tasks before it have been begun; guarded by mutex_
+  std::size_t end_ = tasks_.size();  // none from here on is begun; guarded by mutex_
+};
+
+}  // namespace
+
+std::vector<SampleResult> measureSamples(const std::vector<Sample>& samples, const CrewOptions& options) {
+  const unsigned threads = options.threads > 0 ? options.threads : std::thread::hardware_concurrency();
+  return Crew(samples, options).run(std::max(threads, 1U));
+}
+
+}  // namespace genostat::analysis

@@ -1,0 +1,150 @@
+#include "analysis/metrics/duplicate_table.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace genostat::analysis {
+
+namespace {
+
+static_assert(kMaxKeys < (std::size_t{1} << 17));
+
+__extension__ using Wide = unsigned __int128;
+
+// Both halves of the product: every bit of either factor reaches many of the result.
+std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+  const Wide product = Wide{a} * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+std::uint64_t load(const char* text) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, text, sizeof word);
+  return word;
+}
+
+constexpr std::uint64_t kLowerCaseBits = 0x2020202020202020;
+constexpr std::array<std::uint64_t, 4> kSalts = {0x9E3779B97F4A7C15, 0xD1B54A32D192ED03, 0x8CB92BA72F3D8DD7,
+                                                 0xABC98388FB8FAC03};
+constexpr std::size_t kWords = (kKeyLength + 7) / 8;
+
+// The key in words, zeros behind its end. Reads whole words: up to 7 bytes more than the key has.
+std::array<std::uint64_t, 8> wordsOf(const char* text, std::size_t size) {
+  std::array<std::uint64_t, 8> words{};
+  for (std::size_t i = 0; i < kWords && 8 * i < size; ++i) {
+    words[i] = load(text + 8 * i);
+    const std::size_t left = size - 8 * i;
+    if (left < 8) words[i] &= (std::uint64_t{1} << (8 * left)) - 1;
+  }
+  return words;
+}
+
+}  // namespace
+
+DuplicateTable::DuplicateTable()
+    : slots_(std::make_unique<std::uint32_t[]>(kSlots)),
+      // Not touched before it is needed.
+      keys_(std::make_unique_for_overwrite<StoredKey[]>(kMaxKeys)) {}
+
+DuplicateTable::Key DuplicateTable::keyOf(const Record& record, UpperCase& upper) {
+  Key key;
+  key.text = record.sequence.data();
+  key.size = static_cast<std::uint32_t>(std::min(record.sequence.size(), kKeyLength));
+  std::array<std::uint64_t, 8> words = wordsOf(key.text, key.size);
+  std::uint64_t seen = 0;
+  for (const std::uint64_t word : words) {
+    seen |= word;
+  }
+  if ((seen & kLowerCaseBits) != 0) {
+    std::transform(key.text, key.text + key.size, upper.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    key.text = upper.data();
+    words = wordsOf(key.text, key.size);
+  }
+  words[7] = key.size;
+  for (std::size_t i = 0; i < 4; ++i) {
+    key.hash ^= mix(words[2 * i] ^ kSalts[i], words[2 * i + 1] ^ kSalts[(i + 1) % 4]) + i;
+  }
+  key.hash = mix(key.hash, kSalts[0]);
+  return key;
+}
+
+bool DuplicateTable::holds(std::uint32_t number, const Key& key) const {
+  const StoredKey& stored = keys_[number];
+  return stored.size == key.size && std::memcmp(stored.text.data(), key.text, key.size) == 0;
+}
+
+std::size_t DuplicateTable::find(const Key& key) const {
+  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
+  const std::uint32_t tag = tagOf(key);
+  for (std::size_t at = firstSlot(key);; at = (at + 1) & (kSlots - 1)) {
+    const std::uint32_t slot = slots_[at];
+    if (slot == 0) return at;
+    if ((slot & ~kNumberMask) == tag && holds((slot & kNumberMask) - 1, key)) return at;
+  }
+}
+
+template <typename Use>
+void DuplicateTable::forEachKey(std::span<const Record> records, const std::uint32_t* slots, Use use) {
+  std::array<Key, kAtOnce> keys;
+  std::array<UpperCase, kAtOnce> upper;
+  while (!records.empty()) {
+    const std::size_t count = std::min(records.size(), kAtOnce);
+    for (std::size_t i = 0; i < count; ++i) {
+      keys[i] = keyOf(records[i], upper[i]);
+      // Most slots are not in the nearest cache; asked for together, they are waited for together.
+      __builtin_prefetch(slots + firstSlot(keys[i]));
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!use(keys[i])) return;
+    }
+    records = records.subspan(count);
+  }
+}
+
+std::size_t DuplicateTable::collect(std::span<const Record> records) {
+  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
+  std::size_t taken = 0;
+  forEachKey(records, slots_.get(), [&](const Key& key) {
+    std::uint32_t& slot = slots_[find(key)];
+    if (slot == 0) {
+      StoredKey& stored = keys_[keyCount_];
+      std::memcpy(stored.text.data(), key.text, key.size);
+      stored.size = static_cast<std::uint8_t>(key.size);
+      counts_.push_back(0);
+      slot = tagOf(key) | static_cast<std::uint32_t>(++keyCount_);
+    }
+    ++counts_[(slot & kNumberMask) - 1];
+    ++taken;
+    return !full();
+  });
+  collected_ += taken;
+  return taken;
+}
+
+void DuplicateTable::count(std::span<const Record> records, Counts& counts) const {
+  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
+  counts.resize(kMaxKeys);
+  forEachKey(records, slots_.get(), [&](const Key& key) {
+    const std::uint32_t slot = slots_[find(key)];
+    if (slot != 0) ++counts[(slot & kNumberMask) - 1];
+    return true;
+  });
+}
+
+DuplicationCounts DuplicateTable::result(std::uint64_t reads, std::span<const Counts> parts) const {
+  DuplicationCounts result;
+  result.reads = reads;
+  result.limit = collected_;
+  result.keys.reserve(keyCount_);
+  for (std::size_t i = 0; i < keyCount_; ++i) {
+    std::uint64_t count = counts_[i];
+    for (const Counts& part : parts) {
+      if (!part.empty()) count += part[i];
+    }
+    result.keys.emplace_back(std::string(keys_[i].text.data(), keys_[i].size), count);
+  }
+  return result;
+}
+
+}  // namespace genostat::analysis
