@@ -4,11 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <span>
 #include <utility>
 #include <vector>
-
-#include "analysis/fastq/record.h"
 
 namespace genostat::analysis {
 
@@ -31,11 +28,6 @@ class ReadLengths {
       ++table_[static_cast<std::size_t>(length)];
     } else {
       addToGrown(length);
-    }
-  }
-  void add(std::span<const Record> batch) {
-    for (const Record& record : batch) {
-      add(record.sequence.size());
     }
   }
   void merge(const ReadLengths& other);

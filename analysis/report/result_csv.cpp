@@ -10,19 +10,17 @@ namespace genostat::analysis {
 
 namespace {
 
-constexpr int kDecimals = 4;
-
 struct Column {
-  const char* name;
+  std::string_view name;
   std::string (*text)(const ResultRow&);
 };
 
-std::string nothing(const ResultRow&) {
-  return {};
+std::string decimals(std::optional<double> value) {
+  return value ? fixedText(*value, 4) : std::string();
 }
 
-std::string decimals(std::optional<double> value) {
-  return value ? fixedText(*value, kDecimals) : std::string();
+std::string shortest(std::optional<double> value) {
+  return value ? shortestText(*value) : std::string();
 }
 
 std::string lengthRange(const LengthSummary& lengths) {
@@ -31,6 +29,11 @@ std::string lengthRange(const LengthSummary& lengths) {
   return text;
 }
 
+template <Check check>
+constexpr Column kVerdict = {kCheckNames[static_cast<std::size_t>(check)], [](const ResultRow& row) {
+                               return std::string(verdictText(row.result.verdicts[check]));
+                             }};
+
 // Readers find the columns by number as well as by name: neither order nor names may change.
 constexpr std::array kColumns = {
     Column{"Sample", [](const ResultRow& row) { return repairedUtf8(row.sample); }},
@@ -38,30 +41,35 @@ constexpr std::array kColumns = {
     Column{"Total_Sequences", [](const ResultRow& row) { return integerText(row.result.lengths.reads); }},
     Column{"Total_Bases", [](const ResultRow& row) { return integerText(row.result.lengths.bases); }},
     Column{"Sequence_length", [](const ResultRow& row) { return lengthRange(row.result.lengths); }},
-    Column{"GC", [](const ResultRow& row) { return decimals(row.result.bases.gcPercent()); }},
-    Column{"total_deduplicated_percentage", nothing},
+    Column{"GC", [](const ResultRow& row) { return decimals(row.result.gcPercent); }},
+    Column{"total_deduplicated_percentage",
+           [](const ResultRow& row) { return fixedText(row.result.duplication.deduplicatedPercent, 6); }},
     Column{"avg_sequence_length", [](const ResultRow& row) { return decimals(row.result.lengths.mean); }},
     Column{"median_sequence_length",
            [](const ResultRow& row) { return shortestText(row.result.lengths.median); }},
-    Column{"basic_statistics", nothing},
-    Column{"per_base_sequence_quality", nothing},
-    Column{"per_sequence_quality_scores", nothing},
-    Column{"per_base_sequence_content", nothing},
-    Column{"per_sequence_gc_content", nothing},
-    Column{"per_base_n_content", nothing},
-    Column{"sequence_length_distribution", nothing},
-    Column{"sequence_duplication_levels", nothing},
-    Column{"overrepresented_sequences", nothing},
-    Column{"adapter_content", nothing},
-    Column{"per_tile_sequence_quality", nothing},
-    Column{"qc_score", nothing},
-    Column{"median_phred_first_10bp", nothing},
-    Column{"median_phred_last_10bp", nothing},
-    Column{"mean_phred_all_reads",
-           [](const ResultRow& row) { return decimals(row.result.qualities.meanPhred()); }},
-    Column{"low_complexity_percentage", nothing},
-    Column{"unexpected_bases_percentage", nothing},
-    Column{"overrepresented_seq_count", nothing},
+    kVerdict<Check::BasicStatistics>,
+    kVerdict<Check::PerBaseSequenceQuality>,
+    kVerdict<Check::PerSequenceQualityScores>,
+    kVerdict<Check::PerBaseSequenceContent>,
+    kVerdict<Check::PerSequenceGcContent>,
+    kVerdict<Check::PerBaseNContent>,
+    kVerdict<Check::SequenceLengthDistribution>,
+    kVerdict<Check::SequenceDuplicationLevels>,
+    kVerdict<Check::OverrepresentedSequences>,
+    kVerdict<Check::AdapterContent>,
+    kVerdict<Check::PerTileSequenceQuality>,
+    Column{"qc_score", [](const ResultRow& row) { return fixedText(row.result.verdicts.score(), 2); }},
+    Column{"median_phred_first_10bp",
+           [](const ResultRow& row) { return shortest(row.result.medianPhredFirst); }},
+    Column{"median_phred_last_10bp",
+           [](const ResultRow& row) { return shortest(row.result.medianPhredLast); }},
+    Column{"mean_phred_all_reads", [](const ResultRow& row) { return decimals(row.result.meanPhred); }},
+    Column{"low_complexity_percentage",
+           [](const ResultRow& row) { return decimals(row.result.lowComplexityPercent); }},
+    Column{"unexpected_bases_percentage",
+           [](const ResultRow& row) { return decimals(row.result.unexpectedPercent); }},
+    Column{"overrepresented_seq_count",
+           [](const ResultRow& row) { return integerText(row.result.overrepresented.size()); }},
 };
 static_assert(kColumns.size() == 27);
 

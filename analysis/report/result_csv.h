@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/metrics/sample_metrics.h"
+#include "analysis/metrics/sample_result.h"
 #include "analysis/request/adapter.h"
 
 namespace genostat::analysis {
