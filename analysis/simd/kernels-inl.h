@@ -20,6 +20,14 @@ HWY_INLINE Vector firstBytes(Bytes d, std::size_t size, std::size_t from = 0) {
   return hn::LoadU(d, kOnesThenZeros.data() + kBlockSize - size + from);
 }
 
+// One bit for each lane, the first lane's lowest.
+template <class Mask>
+HWY_INLINE std::uint64_t bitsOf(Bytes d, Mask mask) {
+  std::uint64_t bits = 0;
+  hn::StoreMaskBits(d, mask, reinterpret_cast<std::uint8_t*>(&bits));
+  return bits;
+}
+
 std::size_t findLineFeeds(const char* text, std::size_t size, std::uint32_t* offsets) {
   const Bytes d;
   const std::size_t lanes = hn::Lanes(d);
@@ -28,10 +36,7 @@ std::size_t findLineFeeds(const char* text, std::size_t size, std::uint32_t* off
   for (std::size_t at = 0; at < size; at += kBlockSize) {
     std::uint64_t found = 0;
     for (std::size_t v = 0; v < kBlockSize; v += lanes) {
-      std::uint64_t bits = 0;
-      hn::StoreMaskBits(d, hn::Eq(hn::LoadU(d, bytesOf(text) + at + v), lineFeed),
-                        reinterpret_cast<std::uint8_t*>(&bits));
-      found |= bits << v;
+      found |= bitsOf(d, hn::Eq(hn::LoadU(d, bytesOf(text) + at + v), lineFeed)) << v;
     }
     if (size - at < kBlockSize) found &= (std::uint64_t{1} << (size - at)) - 1;
     for (; found != 0; found &= found - 1) {
@@ -136,12 +141,13 @@ std::size_t findProbes(std::span<const Record> records, const ProbeSet& probes, 
         const Vector letters = hn::LoadU(d, bytesOf(sequence.data()) + at + ProbeSet::kFilterOffsets[k]);
         candidates = hn::And(candidates, hn::TableLookupBytes(table, hn::And(letters, lowBits)));
       }
-      const auto none = hn::Eq(candidates, hn::Zero(d));
-      if (HWY_LIKELY(hn::AllTrue(d, none))) continue;
+      std::uint64_t places = bitsOf(d, hn::Ne(candidates, hn::Zero(d)));
+      if (starts - at < kBlockSize) places &= (std::uint64_t{1} << (starts - at)) - 1;
+      if (HWY_LIKELY(places == 0)) continue;
       std::array<std::uint8_t, kBlockSize> flags;
       hn::StoreU(candidates, d, flags.data());
-      const std::size_t end = std::min(lanes, starts - at);
-      for (std::size_t lane = 0; lane < end; ++lane) {
+      for (; places != 0; places &= places - 1) {
+        const auto lane = static_cast<std::size_t>(std::countr_zero(places));
         for (unsigned left = flags[lane] & missing; left != 0; left &= left - 1) {
           const auto probe = static_cast<unsigned>(std::countr_zero(left));
           const std::size_t offset = at + lane;
