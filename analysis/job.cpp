@@ -7,36 +7,21 @@
 #include <new>
 #include <optional>
 #include <system_error>
+#include <utility>
+#include <vector>
 
-#include "analysis/fastq/file_source.h"
-#include "analysis/fastq/gzip_source.h"
-#include "analysis/fastq/record_reader.h"
+#include "analysis/crew.h"
 #include "analysis/report/error_details.h"
 #include "analysis/report/output_file.h"
+#include "analysis/report/result_csv.h"
 #include "analysis/request/request.h"
+#include "analysis/request/samples.h"
 #include "analysis/utf8.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
 
 namespace {
-
-std::unique_ptr<ByteSource> openSample(const Sample& sample) {
-  auto file = std::make_unique<FileSource>(sample.path);
-  if (!file->startsWith(GzipSource::kMagic)) return file;
-  return std::make_unique<GzipSource>(std::move(file));
-}
-
-Failure openFailure(const Sample& sample, const std::error_code& reason) {
-  const std::string sentence = sample.givenPath + ": " + reason.message();
-  if (reason == std::errc::no_such_file_or_directory) {
-    return {ExitCode::FileNotFound, sample.givenPath, sentence};
-  }
-  if (reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted) {
-    return {ExitCode::PermissionDenied, sample.givenPath, sentence};
-  }
-  return {ExitCode::General, sample.givenPath, sentence};
-}
 
 // The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
 std::filesystem::path pathFromRequest(const std::string& bytes) {
@@ -53,13 +38,23 @@ void writeOutput(const std::filesystem::path& target, const std::function<void()
   }
 }
 
+std::vector<ResultRow> rowsOf(const std::vector<Sample>& samples, const CrewOptions& options) {
+  std::vector<SampleResult> results = measureSamples(samples, options);
+  std::vector<ResultRow> rows;
+  rows.reserve(samples.size());
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    rows.push_back({samples[i].name, options.adapter.kind, std::move(results[i])});
+  }
+  return rows;
+}
+
 // Measures the samples and writes the result file.
 void analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
-                 AdapterKind adapter) {
+                 const CrewOptions& options) {
   // An impossible output is told before hours of reading. The trial file does not stay: a job that is
   // killed while it reads leaves nothing behind.
   writeOutput(target, [&] { OutputFile trial(target); });
-  const std::string csv = resultCsv(analyseSamples(samples, adapter));
+  const std::string csv = resultCsv(rowsOf(samples, options));
   writeOutput(target, [&] { writeFile(target, csv); });
 }
 
@@ -101,35 +96,6 @@ Adapter adapterFromOption(std::string_view option) {
 
 }  // namespace
 
-SampleResult analyseSample(const Sample& sample) {
-  try {
-    const std::unique_ptr<ByteSource> source = openSample(sample);
-    RecordReader reader(*source);
-    SampleMetrics metrics;
-    for (std::span<const Record> batch = reader.next(); !batch.empty(); batch = reader.next()) {
-      metrics.add(batch);
-    }
-    return metrics.result();
-  } catch (const std::system_error& error) {
-    throw openFailure(sample, error.code());
-  } catch (const FastqError& error) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
-  } catch (const SourceError& error) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
-  } catch (const std::bad_alloc&) {
-    throw Failure(ExitCode::OutOfMemory, sample.fileName, sample.fileName + ": not enough memory");
-  }
-}
-
-std::vector<ResultRow> analyseSamples(const std::vector<Sample>& samples, AdapterKind adapter) {
-  std::vector<ResultRow> rows;
-  rows.reserve(samples.size());
-  for (const Sample& sample : samples) {
-    rows.push_back({sample.name, adapter, analyseSample(sample)});
-  }
-  return rows;
-}
-
 ExitCode runRequest(std::string_view payload) {
   std::optional<std::string> csvPath;
   return runGuarded(
@@ -143,7 +109,7 @@ ExitCode runRequest(std::string_view payload) {
         const Request request = parseRequest(payload);
         const std::vector<Sample> samples =
             request.folder ? samplesOfFolder(*request.folder) : samplesOfFiles(request.files);
-        analyseInto(pathFromRequest(request.csvPath), samples, request.adapter.kind);
+        analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter});
       },
       [&](const Failure& failure) {
         printFailure(failure);
@@ -154,13 +120,16 @@ ExitCode runRequest(std::string_view payload) {
 ExitCode runQc(const QcOptions& options) {
   return runGuarded(
       [&] {
-        const Adapter adapter = adapterFromOption(options.adapter);
+        CrewOptions crew;
+        crew.adapter = adapterFromOption(options.adapter);
+        crew.phredOffset = options.phredOffset;
+        crew.threads = options.threads;
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
         if (options.csv != "-") {
-          analyseInto(platform::pathFromUtf8(options.csv), samples, adapter.kind);
+          analyseInto(platform::pathFromUtf8(options.csv), samples, crew);
           return;
         }
-        std::cout << resultCsv(analyseSamples(samples, adapter.kind)) << std::flush;
+        std::cout << resultCsv(rowsOf(samples, crew)) << std::flush;
         if (!std::cout) {
           throw Failure(ExitCode::OutputFailed, "standard output", "standard output: writing failed");
         }

@@ -1,4 +1,4 @@
-// One job: from samples to result rows, or from a request to its result file.
+// One job: from a request to its result.
 #pragma once
 
 #include <optional>
@@ -7,17 +7,8 @@
 #include <vector>
 
 #include "analysis/failure.h"
-#include "analysis/report/result_csv.h"
-#include "analysis/request/adapter.h"
-#include "analysis/request/samples.h"
 
 namespace genostat::analysis {
-
-// Reads one sample from start to end. Throws a Failure that names its file.
-SampleResult analyseSample(const Sample& sample);
-
-// One row per sample, in order. Throws the first Failure.
-std::vector<ResultRow> analyseSamples(const std::vector<Sample>& samples, AdapterKind adapter);
 
 // The launched form: does what the base64 parameter document says. The result appears under its final
 // name whole or not at all. A failure is told on standard error and, once the document names a

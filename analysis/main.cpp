@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "analysis/job.h"
+#include "analysis/request/samples.h"
 #include "platform/program.h"
 
 namespace {
