@@ -60,10 +60,6 @@ struct Terminal {
 Terminal standardOutputTerminal();
 Terminal standardErrorTerminal();
 
-// Moves a finished file to its final name in one step, replacing what stands there.
-// Empty on success, else the system's reason.
-std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
-
 // The id of the running process.
 int processId();
 

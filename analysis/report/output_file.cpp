@@ -4,8 +4,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "platform/program.h"
-
 namespace genostat::analysis {
 
 namespace {
@@ -15,34 +13,37 @@ namespace {
   throw std::runtime_error(code != 0 ? std::generic_category().message(code) : "the system gives no reason");
 }
 
-}  // namespace
-
-OutputFile::OutputFile(const std::filesystem::path& target) : target_(target), part_(target) {
-  part_ += ".part";
-  errno = 0;
-  if (file_.open(part_, std::ios::out | std::ios::binary | std::ios::trunc) == nullptr) fail();
+// Where the links end; a link to nothing is replaced itself.
+std::filesystem::path followed(const std::filesystem::path& target) {
+  std::error_code error;
+  if (!std::filesystem::is_symlink(target, error)) return target;
+  const std::filesystem::path end = std::filesystem::canonical(target, error);
+  return error ? target : end;
 }
 
-OutputFile::~OutputFile() {
-  if (part_.empty()) return;
-  // Windows removes no open file.
-  file_.close();
+}  // namespace
+
+OutputFile::OutputFile(const std::filesystem::path& target) : target_(followed(target)) {
   std::error_code ignored;
-  std::filesystem::remove(part_, ignored);
+  if (!std::filesystem::is_other(target_, ignored)) part_.emplace(target_.parent_path());
 }
 
 void OutputFile::write(std::string_view text) {
+  if (part_) return part_->write(text);
   errno = 0;
+  if (!device_.is_open() && device_.open(target_, std::ios::out | std::ios::binary) == nullptr) fail();
   const auto size = static_cast<std::streamsize>(text.size());
-  if (file_.sputn(text.data(), size) != size) fail();
+  if (device_.sputn(text.data(), size) != size) fail();
 }
 
 void OutputFile::commit() {
+  if (part_) {
+    part_->moveTo(target_);
+    platform::removeAbandonedParts(target_.parent_path());
+    return;
+  }
   errno = 0;
-  if (file_.close() == nullptr) fail();
-  const std::string reason = platform::replaceFile(part_, target_);
-  if (!reason.empty()) throw std::runtime_error(reason);
-  part_.clear();
+  if (device_.is_open() && device_.close() == nullptr) fail();
 }
 
 void writeFile(const std::filesystem::path& target, std::string_view text) {

@@ -3,27 +3,28 @@
 
 #include <filesystem>
 #include <fstream>
-#include <string>
+#include <optional>
 #include <string_view>
+
+#include "platform/part_file.h"
 
 namespace genostat::analysis {
 
-// Written beside the target as "<target>.part" and moved to its name by commit(). Without a commit the
-// destructor removes it. Every failure is thrown as std::runtime_error with the system's reason.
+// Written beside the target under a passing name and moved to its own by commit(), which also removes what
+// runs that were killed have left in that folder. Without a commit nothing stays. A link is followed; what is
+// no file, such as a pipe, is written as it stands, opened by the first write. Every failure is thrown as
+// std::runtime_error with the system's reason.
 class OutputFile {
  public:
   explicit OutputFile(const std::filesystem::path& target);
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile();
 
   void write(std::string_view text);
   void commit();
 
  private:
   std::filesystem::path target_;
-  std::filesystem::path part_;
-  std::filebuf file_;
+  std::optional<platform::PartFile> part_;  // none when the target is no file
+  std::filebuf device_;
 };
 
 // Writes a whole file in the way of OutputFile.

@@ -115,12 +115,6 @@ Terminal standardErrorTerminal() {
   return terminalBehind(STDERR_FILENO);
 }
 
-std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  std::error_code error;
-  std::filesystem::rename(from, to, error);
-  return error ? error.message() : std::string();
-}
-
 int processId() {
   return getpid();
 }

@@ -137,12 +137,6 @@ Terminal standardErrorTerminal() {
   return terminalBehind(STD_ERROR_HANDLE);
 }
 
-std::string replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
-    return {};
-  return systemMessage(GetLastError());
-}
-
 int processId() {
   return static_cast<int>(GetCurrentProcessId());
 }

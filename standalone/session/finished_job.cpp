@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/part_file.h"
 #include "platform/program.h"
 #include "standalone/output/table_json.h"
 #include "standalone/session/text_file.h"
@@ -111,10 +112,8 @@ std::string failureOf(const ClientMessage& ended) {
 }
 
 void removeLeftovers(const std::filesystem::path& csv) {
-  std::filesystem::path unfinished = csv;
-  unfinished += ".part";
+  platform::removeAbandonedParts(csv.parent_path());
   std::error_code ignored;
-  std::filesystem::remove(unfinished, ignored);
   std::filesystem::remove(errorDetailsFile(csv), ignored);
 }
 

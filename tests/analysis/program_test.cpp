@@ -53,7 +53,7 @@ TEST_F(Program, WritesOneRowPerSample) {
   write("empty_read.fq", "@a\n\n+\n\n");
   // Left by an earlier job and by a killed one.
   write("result.error", "{}");
-  write("result.csv.part", "old");
+  write("4711.genostat-part", "old");
   const ProgramResult outcome = launch(json("\"folder\":\".\"", "result.csv", "ILLUMINA"));
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out + outcome.err, "");

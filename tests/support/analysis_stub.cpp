@@ -3,6 +3,7 @@
 //   record           appends its arguments and the parameter document to "arguments.txt"
 //   wait NAME        waits until a file of that name exists in the folder
 //   csv TEXT         writes TEXT (with \n for line feeds) to the result path
+//   part             begins a part file in the folder and keeps it
 //   child            starts a copy of itself that only beats, with a child of its own
 //   beat             writes to "beat_<process id>" every 10 ms, for a minute at most
 //   exit CODE        ends with this exit code
@@ -12,10 +13,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/part_file.h"
 #include "platform/process.h"
 #include "platform/program.h"
 
@@ -62,6 +65,7 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
   const fs::path folder = platform::pathFromNarrow(arguments.at(0)).parent_path();
   const std::string document = decodeBase64(arguments.at(1));
   std::ifstream plan(folder / "plan.txt");
+  std::optional<platform::PartFile> part;
   for (std::string line; std::getline(plan, line);) {
     const std::string step = line.substr(0, line.find(' '));
     std::string value = step.size() < line.size() ? line.substr(step.size() + 1) : "";
@@ -81,6 +85,8 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
         csv << value.substr(0, end) << '\n';
       }
       csv << value;
+    } else if (step == "part") {
+      part.emplace(folder).write("half");
     } else if (step == "child") {
       startBeating(program, folder, 1);
     } else if (step == "beat") {

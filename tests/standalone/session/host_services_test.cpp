@@ -128,7 +128,7 @@ TEST(SessionAdapter, RemovesLeftoversBeforeThePostReturns) {
   const TemporaryFolder folder;
   const std::string csv = folder.narrow("17.csv");
   const auto leave = [&] {
-    writeWholeFile(folder.path() / "17.csv.part", "half");
+    writeWholeFile(folder.path() / "17.genostat-part", "half");
     writeWholeFile(folder.path() / "17.error", R"({"ERROR_MESSAGE":"a.fastq: truncated"})");
   };
   SessionAdapter adapter(true, nullptr);
