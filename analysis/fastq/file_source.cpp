@@ -1,6 +1,5 @@
 #include "analysis/fastq/file_source.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <ios>
 #include <system_error>
@@ -16,24 +15,7 @@ FileSource::FileSource(const std::filesystem::path& path) {
   }
 }
 
-bool FileSource::startsWith(std::string_view magic) {
-  const std::size_t known = head_.size();
-  if (known < magic.size()) {
-    head_.resize(magic.size());
-    head_.resize(known + readFile(std::span(head_).subspan(known)));
-  }
-  return head_.starts_with(magic);
-}
-
 std::size_t FileSource::read(std::span<char> into) {
-  if (head_.empty()) return readFile(into);
-  const std::size_t size = std::min(head_.size(), into.size());
-  std::copy_n(head_.begin(), size, into.begin());
-  head_.erase(0, size);
-  return size;
-}
-
-std::size_t FileSource::readFile(std::span<char> into) {
   try {
     return static_cast<std::size_t>(file_.sgetn(into.data(), static_cast<std::streamsize>(into.size())));
   } catch (const std::ios_base::failure& failure) {

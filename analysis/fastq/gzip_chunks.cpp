@@ -94,7 +94,7 @@ void GzipChunks::takeBlocks(Chunk& chunk) {
     chunk.size += textSize;
     used += size;
   }
-  chunk.text.reserve(chunk.size);
+  chunk.text.reserve(std::max(chunk.size, chunkSize_));
   bytes_->giveBack(packed.subspan(used));
   if (defect != nullptr) {
     end(chunk, corruptAt(defect, offset + used));
