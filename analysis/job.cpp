@@ -1,6 +1,8 @@
 #include "analysis/job.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -13,7 +15,9 @@
 #include "analysis/crew.h"
 #include "analysis/report/error_details.h"
 #include "analysis/report/output_file.h"
+#include "analysis/report/progress.h"
 #include "analysis/report/result_csv.h"
+#include "analysis/report/result_json.h"
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
 #include "analysis/utf8.h"
@@ -22,6 +26,8 @@
 namespace genostat::analysis {
 
 namespace {
+
+constexpr const char* kStandardStream = "-";
 
 // The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
 std::filesystem::path pathFromRequest(const std::string& bytes) {
@@ -94,6 +100,61 @@ Adapter adapterFromOption(std::string_view option) {
   return customAdapter(option);
 }
 
+// Tells early what would make an output fail or cost the reads themselves.
+void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
+  if (place.empty() || place == kStandardStream) return;
+  const std::filesystem::path target = platform::pathFromUtf8(place);
+  for (const Sample& sample : samples) {
+    std::error_code different;
+    if (std::filesystem::equivalent(target, sample.path, different)) {
+      throw Failure(ExitCode::WrongArguments, place, place + ": this is one of the files to measure");
+    }
+  }
+  writeOutput(target, [&] { OutputFile trial(target); });
+}
+
+void putOutput(const std::string& place, const std::string& text) {
+  if (place != kStandardStream) {
+    const std::filesystem::path target = platform::pathFromUtf8(place);
+    writeOutput(target, [&] { writeFile(target, text); });
+    return;
+  }
+  std::cout << text << std::flush;
+  if (!std::cout) {
+    throw Failure(ExitCode::OutputFailed, "standard output", "standard output: writing failed");
+  }
+}
+
+std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
+  std::vector<std::string> files;
+  for (const Sample& sample : samples) {
+    files.push_back(sample.isStandardInput ? kStandardStream : sample.givenPath);
+  }
+  return files;
+}
+
+// Of all files together; 0 where one of them has no size.
+std::uint64_t bytesOf(const std::vector<Sample>& samples) {
+  std::uint64_t bytes = 0;
+  for (const Sample& sample : samples) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(sample.path, error);
+    if (error) return 0;
+    bytes += size;
+  }
+  return bytes;
+}
+
+std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
+  if (!platform::standardErrorTerminal().isTerminal) return rowsOf(samples, options);
+  JobProgress progress;
+  progress.expect(bytesOf(samples), samples.size());
+  options.progress = &progress;
+  const ProgressDisplay display(
+      progress, std::cerr, [] { return static_cast<std::size_t>(platform::standardErrorTerminal().width); });
+  return rowsOf(samples, options);
+}
+
 }  // namespace
 
 ExitCode runRequest(std::string_view payload) {
@@ -125,14 +186,11 @@ ExitCode runQc(const QcOptions& options) {
         crew.phredOffset = options.phredOffset;
         crew.threads = options.threads;
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
-        if (options.csv != "-") {
-          analyseInto(platform::pathFromUtf8(options.csv), samples, crew);
-          return;
-        }
-        std::cout << resultCsv(rowsOf(samples, crew)) << std::flush;
-        if (!std::cout) {
-          throw Failure(ExitCode::OutputFailed, "standard output", "standard output: writing failed");
-        }
+        tryOutput(options.csv, samples);
+        tryOutput(options.json, samples);
+        const std::vector<ResultRow> rows = rowsWithProgress(samples, crew);
+        if (!options.csv.empty()) putOutput(options.csv, resultCsv(rows));
+        if (!options.json.empty()) putOutput(options.json, resultJson(rows, filesOf(samples), crew.adapter));
       },
       printFailure);
 }

@@ -21,7 +21,8 @@ std::filesystem::path pathFromNarrow(std::string_view narrow);
 // The program's arguments as UTF-8, without the program's own name.
 std::vector<std::string> commandLineArguments(int argc, const char* const* argv);
 
-// Puts the standard streams into the state our programs expect: UTF-8 text, input taken byte for byte.
+// Puts the standard streams into the state our programs expect: UTF-8 text, input taken and output given byte
+// for byte.
 void prepareStandardStreams();
 
 // The folder of the running program, links resolved.

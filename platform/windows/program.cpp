@@ -78,6 +78,7 @@ std::vector<std::string> commandLineArguments(int, const char* const*) {
 void prepareStandardStreams() {
   SetConsoleOutputCP(CP_UTF8);
   _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
 }
 
 std::filesystem::path programFolder() {
