@@ -1,6 +1,7 @@
 // From counts to figures and verdicts.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 
@@ -79,7 +80,8 @@ Reads randomReads(Random& random) {
   const int longest = pick(random, {1, 11, 12, 13, 50, 75, 76, 101, 150, 320, 2300});
   const int shortest = chance(0.5) ? longest : upTo(longest);
   const int number = longest > 1000 ? 40 : pick(random, {1, 7, 150, 1500, 1500});
-  const double gc = 0.1 + 0.1 * upTo(8), gcSpread = 0.05 * upTo(4), skew = chance(0.5) ? 0 : 0.04 * upTo(6);
+  const double gc = 0.1 + 0.1 * upTo(8), gcSpread = 0.001 + 0.05 * upTo(4),
+               skew = chance(0.5) ? 0 : 0.04 * upTo(6);
   const double unknown = chance(0.5) ? 0 : 0.04 * upTo(8), repeated = chance(0.5) ? 0 : 0.2 * upTo(5),
                adapted = 0.03 * upTo(5);
   const int level = 'B' + upTo(40), spread = 1 + upTo(30), tileFault = upTo(14);
@@ -91,7 +93,7 @@ Reads randomReads(Random& random) {
     ReferenceRead read;
     const int tile = 1101 + upTo(5);
     const int length = shortest + upTo(longest - shortest);
-    const double own = std::normal_distribution<double>(gc, gcSpread)(random);
+    const double own = std::clamp(std::normal_distribution<double>(gc, gcSpread)(random), 0.0, 1.0);
     for (int j = 0; j < length; ++j) {
       read.sequence += chance(own) ? (chance(0.5 + skew) ? 'G' : 'C') : (chance(0.5 + skew) ? 'A' : 'T');
       if (chance(unknown)) read.sequence.back() = 'N';
