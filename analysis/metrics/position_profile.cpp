@@ -106,7 +106,6 @@ Verdict judgeQuality(const std::vector<GroupProfile>& profile) {
 }
 
 Verdict judgeContent(const std::vector<GroupProfile>& profile) {
-  if (profile.empty()) return Verdict::None;
   double largest = 0;
   for (const GroupProfile& group : profile) {
     if (!group.bases) continue;
@@ -117,7 +116,6 @@ Verdict judgeContent(const std::vector<GroupProfile>& profile) {
 }
 
 Verdict judgeN(const std::vector<GroupProfile>& profile) {
-  if (profile.empty()) return Verdict::None;
   double largest = 0;
   for (const GroupProfile& group : profile) {
     largest = std::max(largest, group.nPercent);

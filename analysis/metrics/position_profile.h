@@ -76,7 +76,7 @@ class PositionProfile {
   QualityCounts firstQualities_{};
 };
 
-// The columns of these names.
+// The columns of these names. Reads without any bases have no quality, but nothing wrong in their content.
 Verdict judgeQuality(const std::vector<GroupProfile>& profile);
 Verdict judgeContent(const std::vector<GroupProfile>& profile);
 Verdict judgeN(const std::vector<GroupProfile>& profile);

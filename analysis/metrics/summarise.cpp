@@ -7,7 +7,7 @@ namespace genostat::analysis {
 
 namespace {
 
-double percent(std::uint64_t part, std::uint64_t whole) {
+double percentOf(std::uint64_t part, std::uint64_t whole) {
   return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
 }
 
@@ -65,7 +65,7 @@ void judge(SampleResult& result) {
       judgeMeanQualities(result.readsByMeanQuality, result.phredOffset);
   verdicts[Check::PerBaseSequenceContent] = judgeContent(result.profile);
   verdicts[Check::PerSequenceGcContent] =
-      result.gc ? judgeAbove(result.gc->deviation, 15, 30) : Verdict::None;
+      result.gc ? judgeAbove(result.gc->deviation, 15, 30) : Verdict::Pass;
   verdicts[Check::PerBaseNContent] = judgeN(result.profile);
   verdicts[Check::SequenceLengthDistribution] = judgeLengths(result.lengths);
   verdicts[Check::SequenceDuplicationLevels] = judgeDuplication(result.duplication.deduplicatedPercent);
@@ -98,9 +98,9 @@ SampleResult summarise(const SampleCounts& counts, const DuplicationCounts& dupl
   const auto& bases = profile.bases();
   const std::uint64_t gc = bases[kBaseG] + bases[kBaseC];
   const std::uint64_t known = gc + bases[kBaseA] + bases[kBaseT];
-  if (known > 0) result.gcPercent = percent(gc, known);
-  if (lengths.bases > 0) result.unexpectedPercent = percent(bases[kBaseOther], lengths.bases);
-  result.lowComplexityPercent = percent(counts.lowComplexityReads, lengths.reads);
+  if (known > 0) result.gcPercent = percentOf(gc, known);
+  if (lengths.bases > 0) result.unexpectedPercent = percentOf(bases[kBaseOther], lengths.bases);
+  result.lowComplexityPercent = percentOf(counts.lowComplexityReads, lengths.reads);
 
   const std::vector<Probe> probes = probesOf(options.adapter);
   result.lengthBins = lengthBins(counts.lengths);

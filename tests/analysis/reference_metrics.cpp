@@ -396,24 +396,16 @@ ReferenceValues referenceValues(const ReferenceCounts& counts) {
     unknown = std::max(unknown, 100 * bases[4] / (known + bases[4] + bases[5]));
   }
   values.verdicts = {"pass",
-                     judgeQuality(counts, offset),
-                     "",
+                     longest == 0 ? "" : judgeQuality(counts, offset),
+                     longest == 0 ? "" : judgeMeans(sortedCodes(counts.meanQualities), offset),
                      judgedAbove(content, 10, 20),
-                     "",
+                     judgedAbove(gcStatistic(counts), 15, 30),
                      judgedAbove(unknown, 5, 20),
                      judged(shortest == 0, shortest != longest),
                      judged(values.deduplicated < 50, values.deduplicated < 70),
                      judged(frequent, values.overrepresented > 0),
                      judgeAdapters(counts, longest),
                      judgeTiles(counts, offset)};
-  if (longest == 0) {
-    for (const std::size_t empty : {1U, 3U, 5U}) {
-      values.verdicts[empty] = "";
-    }
-  } else {
-    values.verdicts[2] = judgeMeans(sortedCodes(counts.meanQualities), offset);
-    values.verdicts[4] = judgedAbove(gcStatistic(counts), 15, 30);
-  }
   return values;
 }
 
