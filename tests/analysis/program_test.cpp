@@ -46,7 +46,9 @@ const std::string kHeader =
     "per_tile_sequence_quality,qc_score,median_phred_first_10bp,median_phred_last_10bp,mean_phred_all_reads,"
     "low_complexity_percentage,unexpected_bases_percentage,overrepresented_seq_count\n";
 const std::string kGoodRead = "@a\nG\n+\n5\n";
-const std::string kGoodRow = ",1,1,1,100.0000,,1.0000,1,,,,,,,,,,,,,,,20.0000,,,\n";
+const std::string kGoodRow =
+    ",1,1,1,100.0000,100.000000,1.0000,1,pass,pass,fail,fail,fail,pass,pass,pass,fail,warn,,55.00,20,20,"
+    "20.0000,0.0000,0.0000,1\n";
 
 TEST_F(Program, WritesOneRowPerSample) {
   write("pr\xC3\xB8ve,1.fastq", "@a\r\nACGT\r\n+\r\nII5I\r\n@b\r\ncN\r\n+\r\n+I\r\n");
@@ -58,8 +60,11 @@ TEST_F(Program, WritesOneRowPerSample) {
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out + outcome.err, "");
   EXPECT_EQ(readWholeFile(folder() / "result.csv"),
-            kHeader + "empty_read,ILLUMINA,1,0,0,,,0.0000,0,,,,,,,,,,,,,,,,,,\n" +
-                "\"pr\xC3\xB8ve,1\",ILLUMINA,2,6,2-4,60.0000,,3.0000,3,,,,,,,,,,,,,,,31.6667,,,\n");
+            kHeader +
+                "empty_read,ILLUMINA,1,0,0,,100.000000,0.0000,0,pass,,,pass,pass,pass,fail,pass,fail,warn,,"
+                "68.75,,,,0.0000,,1\n"
+                "\"pr\xC3\xB8ve,1\",ILLUMINA,2,6,2-4,60.0000,100.000000,3.0000,3,pass,pass,warn,fail,warn,"
+                "fail,warn,pass,fail,warn,,50.00,40,40,31.6667,0.0000,0.0000,2\n");
   EXPECT_EQ(namesIn(folder()), (Names{"empty_read.fq", "pr\xC3\xB8ve,1.fastq", "result.csv"}));
 }
 
@@ -155,7 +160,7 @@ TEST_F(Program, RefusesWrongArguments) {
     const std::string shown = testing::PrintToString(arguments);
     EXPECT_EQ(outcome.status, code) << shown;
     EXPECT_EQ(outcome.err.empty(), code == 0) << shown;
-    EXPECT_EQ(outcome.err.find("Usage: genostat-analysis SCRIPT PAYLOAD\n") != std::string::npos, code == 13)
+    EXPECT_EQ(outcome.err.find("Usage: genostat-analysis qc [OPTIONS]") != std::string::npos, code == 13)
         << shown;
   }
 }
@@ -168,7 +173,42 @@ TEST_F(Program, MeasuresForPeople) {
   EXPECT_EQ(readWholeFile(folder() / "o.csv"), kHeader + "good,CUSTOM" + kGoodRow);
   EXPECT_EQ(run({"qc", "--adapter", "custom", "good.fq"}).status, 10);
   EXPECT_EQ(run({"qc", "good.fq", "no.fq", "--csv", "p.csv"}).status, 2);
-  EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "o.csv"}));
+  const std::string piped = runProgram({fs::absolute(fs::path(GENOSTAT_BIN_DIR) / "genostat-analysis"),
+                                        {"qc", "-", "--threads", "2", "--phred", "33"},
+                                        folder(),
+                                        kGoodRead,
+                                        {}})
+                                .out;
+  EXPECT_EQ(piped, kHeader + "stdin,NONE" + kGoodRow);
+  // Either output alone, or both.
+  EXPECT_EQ(run({"qc", "good.fq", "--json", "-"}).out.substr(0, 23), R"({"format":"genostat-qc")");
+  EXPECT_EQ(run({"qc", "good.fq", "--json", "o.json"}).out, kHeader + "good,NONE" + kGoodRow);
+  EXPECT_EQ(readWholeFile(folder() / "o.json"), run({"qc", "good.fq", "--json", "-"}).out);
+  EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "o.csv", "o.json"}));
+}
+
+TEST_F(Program, RefusesWhatPeopleMistype) {
+  write("good.fq", kGoodRead);
+  write("reads.txt", kGoodRead);
+  const std::vector<std::pair<Names, std::string>> cases = {
+      {{"--threads", "0"}, "--threads: '0' is no number of threads; expected 1 to 256"},
+      {{"--threads", "2x"}, "--threads: '2x' is no number of threads; expected 1 to 256"},
+      {{"--phred", "50"}, "--phred: '50' is no quality offset; expected 33 or 64"},
+      {{"--csv", "-", "--json", "-"}, "--csv and --json cannot both go to standard output"},
+      {{"--csv", "x", "--json", "x"}, "--csv and --json cannot both go to 'x'"},
+      {{"--csv", "b.FASTQ.gz"}, "--csv: 'b.FASTQ.gz' is named like reads and would be overwritten"},
+      {{"--json", ""}, "--json: expected a file name, or - for standard output"},
+      {{"--csv", "./reads.txt"}, "./reads.txt: this is one of the files to measure"},
+      {{"-", "-"}, "standard input can be read only once"},
+  };
+  for (const auto& [options, sentence] : cases) {
+    Names arguments = {"qc", "good.fq", "reads.txt"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const ProgramResult outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 13) << sentence;
+    EXPECT_EQ(outcome.err.substr(0, outcome.err.find('\n')), "genostat-analysis: error: " + sentence);
+  }
+  EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "reads.txt"}));
 }
 
 }  // namespace
