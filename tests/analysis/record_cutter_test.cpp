@@ -115,7 +115,7 @@ TEST(RecordCutter, AgreesWithTheReferenceOnRandomText) {
       "@long\n" + std::string(300, 'G') + "\n+\n" + std::string(300, '@') + "\n"};
   const auto below = [&](std::size_t limit) { return std::size_t{random() % limit}; };
   std::size_t accepted = 0;
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < 600; ++round) {
     std::string text;
     // Whole records first in most rounds, so that errors come late as well as early.
     for (std::size_t n = below(8); n > 0; --n) {
@@ -134,13 +134,13 @@ TEST(RecordCutter, AgreesWithTheReferenceOnRandomText) {
       ASSERT_TRUE(result.countsAgree) << text << "\nchunks of " << testing::PrintToString(sizes);
     }
   }
-  EXPECT_GT(accepted, 200U);
-  EXPECT_LT(accepted, 1300U);
+  EXPECT_GT(accepted, 80U);
+  EXPECT_LT(accepted, 520U);
 }
 
 TEST(RecordCutter, PutsLongReadsTogether) {
   std::string text;
-  for (const std::size_t length : {100'000U, 3U, 5'000'001U, 0U, 262'144U}) {
+  for (const std::size_t length : {100'000U, 3U, 2'200'001U, 0U, 262'144U}) {
     text += "@r\n" + std::string(length, 'C') + "\n+\n" + std::string(length, 'J') + "\n";
   }
   const auto expected = test::parseSlowly(text).records;
