@@ -185,6 +185,13 @@ TEST(Chunks, EveryDefectIsToldAfterTheTextBeforeIt) {
       EXPECT_EQ(unpack(one.bytes, chunkSize), one.outcome) << chunkSize;
     }
   }
+  // "ABC", then a match that reaches back too far, or without a distance: nothing wrong comes out.
+  for (const std::string& match : {std::string("\x1e\x0d\x00", 3), std::string("\x1e\x7d")}) {
+    const Outcome outcome = unpack(gzip("").substr(0, 10) + "\x73\x74\x72" + match + "12345678", 100);
+    EXPECT_TRUE(std::string("ABC").starts_with(outcome.text)) << outcome.text;
+    EXPECT_TRUE(outcome.defect.starts_with("the compressed data are corrupt (invalid data), at byte 1"))
+        << outcome.defect;
+  }
   for (const std::string& bytes : {text, member, member + member, block + member.substr(0, 20)}) {
     const std::string broken = "reading the file failed: worn out";
     const Outcome whole = unpack(bytes, 1000);

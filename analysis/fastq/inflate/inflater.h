@@ -18,7 +18,7 @@ class Inflater {
     NeedsInput,  // all input is taken, nothing more comes out of it
     OutputFull,
     Finished,  // the stream has ended
-    Corrupt,   // what was made before is right
+    Corrupt,   // what was made is right; a few hundred bytes of the text before the defect may be missing
   };
 
   struct Step {
