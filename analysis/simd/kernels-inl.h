@@ -167,6 +167,15 @@ struct Flags {
   Vector group[kGroups];
 };
 
+// Each bit of `yes` where the mask's is set, else that of `no`.
+HWY_INLINE Vector chooseBits(Vector mask, Vector yes, Vector no) {
+  if constexpr (HWY_TARGET <= HWY_AVX3) {
+    return hn::IfVecThenElse(mask, yes, no);  // one instruction; on smaller units it would choose whole bytes
+  } else {
+    return hn::OrAnd(hn::AndNot(mask, no), mask, yes);
+  }
+}
+
 // Adds two vectors of flags to a plane; the carries belong to the next level.
 template <std::size_t kGroups>
 HWY_INLINE Flags<kGroups> addToPlane(Flags<kGroups>& plane, const Flags<kGroups>& a,
@@ -175,7 +184,7 @@ HWY_INLINE Flags<kGroups> addToPlane(Flags<kGroups>& plane, const Flags<kGroups>
   for (std::size_t g = 0; g < kGroups; ++g) {
     const Vector half = hn::Xor(plane.group[g], a.group[g]);
     // Where plane and a are equal they decide about the carry, else b does.
-    carry.group[g] = hn::IfVecThenElse(half, b.group[g], a.group[g]);
+    carry.group[g] = chooseBits(half, b.group[g], a.group[g]);
     plane.group[g] = hn::Xor(half, b.group[g]);
   }
   return carry;

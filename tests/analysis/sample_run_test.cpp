@@ -1,0 +1,161 @@
+// One sample, several threads: the result depends on neither their number nor where chunks end.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <thread>
+
+#include "analysis/fastq/open_chunks.h"
+#include "analysis/report/result_csv.h"
+#include "analysis/sample_run.h"
+#include "tests/analysis/packed_text.h"
+
+namespace genostat::analysis {
+namespace {
+
+class TextSource : public ByteSource {
+ public:
+  explicit TextSource(const std::string& bytes) : left_(bytes) {}
+  std::size_t read(std::span<char> into) override {
+    const std::size_t size = std::min(into.size(), left_.size());
+    std::copy_n(left_.begin(), size, into.begin());
+    left_.remove_prefix(size);
+    return size;
+  }
+
+ private:
+  std::string_view left_;
+};
+
+std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chunkSize, unsigned threads,
+                                      const Kernels& kernels = bestKernels()) {
+  auto run = std::make_unique<SampleRun>(openChunks(std::make_unique<TextSource>(bytes), {chunkSize}),
+                                         ResultOptions{}, nullptr, kernels);
+  std::vector<std::jthread> others;
+  for (unsigned i = 0; i < threads; ++i) {
+    others.emplace_back([&run] {
+      Batch memory;
+      run->work(memory);
+    });
+  }
+  others.clear();
+  EXPECT_TRUE(run->exhausted());
+  return run;
+}
+
+// Every figure of the result that is shown.
+std::string figures(const SampleRun& run) {
+  return resultCsv({ResultRow{"sample", AdapterKind::None, run.result()}});
+}
+
+std::string errorOf(const std::string& bytes, std::size_t chunkSize, unsigned threads) {
+  try {
+    runThrough(bytes, chunkSize, threads)->result();
+  } catch (const FastqError& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+// Reads of which the order matters to every metric that can depend on it.
+std::string makeText(std::size_t reads) {
+  std::mt19937 random(3);
+  std::string text;
+  for (std::size_t i = 0; i < reads; ++i) {
+    const std::size_t length = random() % 20 == 0 ? random() % 20 : 60 + random() % 60;
+    std::string sequence, quality;
+    while (sequence.size() < length) {
+      sequence += "ACGTNacgt"[random() % (random() % 9 == 0 ? 9 : 4)];
+      quality += static_cast<char>('#' + random() % 40);
+    }
+    if (random() % 5 == 0 && length >= 12) sequence.replace(length - 12, 12, "AGATCGGAAGAG");
+    if (random() % 5 == 0) sequence.assign(length, 'T');
+    text += "@run:7:cell:1:" + std::to_string(1101 + random() % 5) + ":1:" + std::to_string(i) + "\n" + sequence +
+            "\n+\n" + quality + "\n";
+    if (random() % 50 == 0) text += "\r\n";
+  }
+  return text;
+}
+
+TEST(SampleRun, ResultIsTheSameHoweverItIsMade) {
+  const std::string text = makeText(12'000);
+  const std::string wanted = figures(*runThrough(text, text.size() + 1, 1, *usableKernels().back()));
+  const auto expectSame = [&](const std::string& bytes, std::size_t chunkSize, unsigned threads,
+                              const Kernels& kernels) {
+    EXPECT_EQ(figures(*runThrough(bytes, chunkSize, threads, kernels)), wanted)
+        << chunkSize << " bytes, " << threads << " threads, " << kernels.name;
+  };
+  for (const Kernels* kernels : usableKernels()) {
+    expectSame(text, 10'000, 1, *kernels);
+  }
+  for (const unsigned threads : {1U, 2U, 5U}) {
+    for (const std::size_t chunkSize : {700U, 65'536U, 1'000'000U}) {
+      expectSame(text, chunkSize, threads, bestKernels());
+    }
+    expectSame(test::gzip(text), 30'000, threads, bestKernels());
+    expectSame(test::bgzf(text, 9'999), 30'000, threads, bestKernels());
+  }
+}
+
+TEST(SampleRun, TellsTheFirstErrorOfTheFile) {
+  const std::string good = "@r\nACGT\n+\nIIII\n";
+  const auto repeat = [&](std::size_t times) {
+    std::string text;
+    while (times-- > 0) {
+      text += good;
+    }
+    return text;
+  };
+  const std::string badQuality = "@r\nACGT\n+\nII\x7FI\n";
+  const std::string badHeader = "r\nACGT\n+\nIIII\n";
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {repeat(100) + badQuality + good + badHeader + repeat(100),
+       "record 101, line 404: the quality has character code 127 at position 3; allowed are '!' to '~'"},
+      {repeat(50) + badHeader + badQuality,
+       "record 51, line 201: the header starts with 'r' instead of '@'"},
+      {repeat(200) + badQuality + repeat(50) + badQuality,
+       "record 201, line 804: the quality has character code 127 at position 3; allowed are '!' to '~'"},
+      {repeat(30) + "@r\nACGT", "record 31, line 123: the file ends inside the record, before its '+' line"},
+      {"", "the file is empty"},
+  };
+  for (const auto& [text, error] : cases) {
+    for (const std::size_t chunkSize : {1U, 16U, 100U, 100'000U}) {
+      for (const unsigned threads : {1U, 4U}) {
+        EXPECT_EQ(errorOf(text, chunkSize, threads), error) << chunkSize << ", " << threads;
+      }
+    }
+  }
+}
+
+// A source whose memory runs out in the middle of the file.
+class FailingChunks : public ChunkSource {
+ public:
+  bool fetch(Chunk& chunk) override {
+    if (++fetched_ > 20) throw std::bad_alloc();
+    const std::string text = "@r\nACGT\n+\nIIII\n";
+    chunk.text.reserve(text.size());
+    std::copy(text.begin(), text.end(), chunk.text.data());
+    chunk.size = text.size();
+    return true;
+  }
+  std::uint64_t bytesRead() const override { return 0; }
+
+ private:
+  int fetched_ = 0;
+};
+
+TEST(SampleRun, EndsWhenMemoryRunsOut) {
+  SampleRun run(std::make_unique<FailingChunks>(), {}, nullptr);
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 3; ++i) {
+      threads.emplace_back([&run] {
+        Batch memory;
+        run.work(memory);
+      });
+    }
+  }
+  EXPECT_THROW(run.result(), std::bad_alloc);
+}
+
+}  // namespace
+}  // namespace genostat::analysis
