@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <optional>
@@ -127,9 +128,9 @@ void putOutput(const std::string& place, const std::string& text) {
 
 std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
   std::vector<std::string> files;
-  for (const Sample& sample : samples) {
-    files.push_back(sample.isStandardInput ? kStandardStream : sample.givenPath);
-  }
+  std::transform(samples.begin(), samples.end(), std::back_inserter(files), [](const Sample& sample) {
+    return sample.isStandardInput ? std::string(kStandardStream) : sample.givenPath;
+  });
   return files;
 }
 
