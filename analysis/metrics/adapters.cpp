@@ -6,7 +6,7 @@
 namespace genostat::analysis {
 
 std::vector<Probe> probesOf(const Adapter& adapter) {
-  const std::vector<Probe> known = {
+  std::vector<Probe> known = {
       {"Illumina universal adapter", "AGATCGGAAGAG"},
       {"Illumina small RNA 3' adapter", "TGGAATTCTCGG"},
       {"Illumina small RNA 5' adapter", "GATCGTCGGACT"},

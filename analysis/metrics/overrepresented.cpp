@@ -29,8 +29,9 @@ std::vector<OverrepresentedSequence> overrepresentedSequences(const DuplicationC
   for (const auto& [key, reads] : counts.keys) {
     const double percent = 100.0 * static_cast<double>(reads) / static_cast<double>(counts.reads);
     if (!(percent > kListedPercent)) continue;
-    const auto origin = std::find_if(origins.begin(), origins.end(),
-                                     [&](const Probe& probe) { return holds(key, probe.sequence); });
+    const auto origin = std::find_if(origins.begin(), origins.end(), [&sequence = key](const Probe& probe) {
+      return holds(sequence, probe.sequence);
+    });
     found.push_back({key, reads, percent, origin == origins.end() ? "" : origin->name});
   }
   std::stable_sort(found.begin(), found.end(),
