@@ -33,6 +33,11 @@ double median(std::vector<double> values) {
   return *middle;
 }
 
+[[noreturn]] void giveUp(const std::string& reason) {
+  std::cerr << "job_overhead: " << reason << "\n";
+  std::exit(1);
+}
+
 template <typename Work>
 double milliseconds(const Work& work) {
   const Clock::time_point start = Clock::now();
@@ -83,13 +88,15 @@ void measureJobs(TestHost& host, const Analysis& analysis) {
       const auto process = genostat::platform::ChildProcess::start(
           genostat::launchCommand(analysis.home + "statisticspython3", analysis.home + "genostat.pyc",
                                   genostat::encodeBase64(document)));
-      if (!process || process->wait() != 0) std::exit(1);
+      if (!process) giveUp("the launcher does not start");
+      const std::uint32_t status = process->wait();
+      if (status != 0) giveUp("the launcher ended with " + std::to_string(status));
     }));
     clear();
     const std::size_t ends = host.adapter.ends();
     job.push_back(milliseconds([&] {
       submit();
-      if (!host.adapter.waitForEnds(ends + 1)) std::exit(1);
+      if (!host.adapter.waitForEnds(ends + 1)) giveUp("a job does not end");
     }));
     clear();
   }
