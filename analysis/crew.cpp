@@ -178,7 +178,7 @@ class Crew {
   const ResultOptions resultOptions_;
   std::mutex mutex_;
   std::vector<Task> tasks_;
-  std::size_t begun_ = 0;  // tasks before it have been begun; guarded by mutex_
+  std::size_t begun_ = 0;            // tasks before it have been begun; guarded by mutex_
   std::size_t end_ = tasks_.size();  // none from here on is begun; guarded by mutex_
 };
 

@@ -18,8 +18,8 @@ struct CrewOptions {
   JobProgress* progress = nullptr;  // may be null
 };
 
-// Measures all samples and returns their results in the same order. Threads take a sample each as long as there
-// are any; then they help with those that are not finished. Throws the Failure of the first sample, in
+// Measures all samples and returns their results in the same order. Threads take a sample each as long as
+// there are any; then they help with those that are not finished. Throws the Failure of the first sample, in
 // their order, that fails; the later ones are given up.
 std::vector<SampleResult> measureSamples(const std::vector<Sample>& samples, const CrewOptions& options);
 

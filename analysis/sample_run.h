@@ -2,9 +2,9 @@
 //
 // Each thread takes the next chunk of the file (one at a time, in order), expands it and finds its lines
 // (all at once), cuts it into records when the chunks before it are cut (one at a time, in order), and
-// measures the records for itself (all at once). What depends on the order of the reads happens in the ordered
-// steps; the rest is counted in integers and added up at the end. So the result does not depend on the
-// number of threads, nor on where chunks end.
+// measures the records for itself (all at once). What depends on the order of the reads happens in the
+// ordered steps; the rest is counted in integers and added up at the end. So the result does not depend on
+// the number of threads, nor on where chunks end.
 #pragma once
 
 #include <condition_variable>
@@ -32,8 +32,8 @@ class SampleRun {
   SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, JobProgress* progress,
             const Kernels& kernels = bestKernels());
 
-  // Works along until nothing is left to fetch. `memory` is used for the thread's chunks and may be used again
-  // for another run. Failures are kept for result().
+  // Works along until nothing is left to fetch. `memory` is used for the thread's chunks and may be used
+  // again for another run. Failures are kept for result().
   void work(Batch& memory);
 
   // Makes work() end soon; there will be no result.
@@ -82,8 +82,8 @@ class SampleRun {
   bool broken_ = false;     // guarded by turnMutex_
 
   std::mutex partsMutex_;
-  std::list<SampleMetrics> parts_;     // one for each work(); guarded by partsMutex_, as are the following
-  std::optional<FastqError> error_;    // the first in the file
+  std::list<SampleMetrics> parts_;   // one for each work(); guarded by partsMutex_, as are the following
+  std::optional<FastqError> error_;  // the first in the file
   std::exception_ptr exception_;
 };
 

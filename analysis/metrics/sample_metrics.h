@@ -21,8 +21,8 @@ class SampleMetrics {
   // `kernels` and `probes` must outlive the object.
   SampleMetrics(const Kernels& kernels, const ProbeSet& probes);
 
-  // Measures the records of a batch. Returns the error of the first record whose quality breaks the rules; what
-  // was counted is of no use then.
+  // Measures the records of a batch. Returns the error of the first record whose quality breaks the rules;
+  // what was counted is of no use then.
   std::optional<FastqError> add(const Batch& batch, const TileScheme& tiles);
 
   // Of all batches. Complete as it is.

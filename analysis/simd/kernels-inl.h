@@ -203,6 +203,13 @@ HWY_INLINE Flags<Lines::kGroups> addLines(const Lines& lines, Flags<Lines::kGrou
   }
 }
 
+// The bulk of the work; a function of its own, since it is long.
+template <class Lines>
+HWY_NOINLINE Flags<Lines::kGroups> addSixteen(const Lines& lines, Flags<Lines::kGroups>* planes,
+                                              std::size_t first) {
+  return addLines<4>(lines, planes, first);
+}
+
 template <std::size_t kGroups>
 using Segments = std::array<PlaneSegment*, kGroups>;
 
@@ -248,7 +255,12 @@ HWY_INLINE void ripple(const Segments<kGroups>& segments, std::size_t offset, st
 template <std::size_t kDepth, class Lines>
 HWY_INLINE void addFew(const Lines& lines, const Segments<Lines::kGroups>& segments, std::size_t offset) {
   OpenPlanes<Lines::kGroups, kDepth> open(segments, offset);
-  const auto carry = addLines<kDepth>(lines, open.planes, 0);
+  Flags<Lines::kGroups> carry;
+  if constexpr (kDepth == 4) {
+    carry = addSixteen(lines, open.planes, 0);
+  } else {
+    carry = addLines<kDepth>(lines, open.planes, 0);
+  }
   open.store();
   ripple(segments, offset, kDepth, carry);
 }
@@ -264,7 +276,7 @@ HWY_INLINE void addMany(const Lines& lines, std::size_t count, const Segments<Li
     }
   }
   for (std::size_t i = 0; 16 * i < count; ++i) {
-    sixteens[i] = addLines<4>(lines, open.planes, 16 * i);
+    sixteens[i] = addSixteen(lines, open.planes, 16 * i);
   }
   const auto a = addToPlane(open.planes[4], sixteens[0], sixteens[1]);
   const auto b = addToPlane(open.planes[4], sixteens[2], sixteens[3]);
@@ -312,8 +324,8 @@ struct BaseLines {
         hn::And(hn::LoadU(d, bytesOf(block->text[line]) + from), hn::Set(d, std::uint8_t{0xDF}));
     const Vector lowBits = hn::And(upper, hn::Set(d, std::uint8_t{0x0F}));
     const auto isBase = hn::Eq(hn::TableLookupBytes(letters, lowBits), upper);
-    const Vector result = hn::IfThenElse(isBase, hn::TableLookupBytes(letterFlags, lowBits),
-                                         hn::Set(d, kOtherBaseFlag));
+    const Vector result =
+        hn::IfThenElse(isBase, hn::TableLookupBytes(letterFlags, lowBits), hn::Set(d, kOtherBaseFlag));
     if constexpr (kFull) {
       return {{result}};
     } else {
@@ -379,9 +391,13 @@ void addQualities(const LineBlock& block, unsigned high, const std::array<PlaneS
 }
 
 const Kernels& kernels() {
-  static const Kernels kKernels = {
-      hwy::TargetName(HWY_TARGET), findLineFeeds, sumQualities, countSequences, findProbes, addBases,
-      addQualities};
+  static const Kernels kKernels = {hwy::TargetName(HWY_TARGET),
+                                   findLineFeeds,
+                                   sumQualities,
+                                   countSequences,
+                                   findProbes,
+                                   addBases,
+                                   addQualities};
   return kKernels;
 }
 

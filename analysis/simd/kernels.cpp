@@ -8,8 +8,8 @@
 // Between this one and the next there is little to gain.
 #define HWY_DISABLED_TARGETS HWY_SSSE3
 #define HWY_TARGET_INCLUDE "analysis/simd/kernels-inl.h"
-// The plain set stands in where nothing else is usable. The compiler fault for which it is off by default concerns
-// products, which no kernel forms; the tests compare all sets.
+// The plain set stands in where nothing else is usable. The compiler fault for which it is off by default
+// concerns products, which no kernel forms; the tests compare all sets.
 #define HWY_BROKEN_EMU128 0
 
 namespace genostat::analysis {

@@ -42,8 +42,9 @@ struct SequenceCounts {
 struct Kernels {
   const char* name;  // of the vector unit, such as "AVX2"
 
-  // Writes the offsets of all line feeds of text[0, size), ascending, and returns their number. `offsets` must
-  // have room for `size` + 64 entries; those behind the returned number are undefined. `size` below 2^32.
+  // Writes the offsets of all line feeds of text[0, size), ascending, and returns their number. `offsets`
+  // must have room for `size` + 64 entries; those behind the returned number are undefined. `size` below
+  // 2^32.
   std::size_t (*findLineFeeds)(const char* text, std::size_t size, std::uint32_t* offsets);
 
   // Writes the sum of each record's quality codes to `sums` and returns the range of all.
@@ -58,8 +59,8 @@ struct Kernels {
   // probes, by ascending record; returns their number.
   std::size_t (*findProbes)(std::span<const Record> records, const ProbeSet& probes, ProbeHit* hits);
 
-  // Adds the bases of a block to the planes of `segment`; flag i is Base i of position_counts.h. `block` is the
-  // block's number within the segment.
+  // Adds the bases of a block to the planes of `segment`; flag i is Base i of position_counts.h. `block` is
+  // the block's number within the segment.
   void (*addBases)(const LineBlock& lines, PlaneSegment& segment, std::size_t block);
 
   // Adds the qualities whose codes lie between 16 * `high` and 16 * `high` + 15 to two segments: flag i of

@@ -1,9 +1,10 @@
 // Counters by position whose bits lie apart: bit planes.
 //
 // A byte holds eight flags of one position ("the base is an A", "the quality is 37", ...). To count how often
-// each flag was set, a plane of level k keeps bit k of all the counters, in the same layout as the flags; adding
-// a vector of flags is then the logic of a binary adder on whole vectors, 512 counters at a time with 64-byte
-// vectors. Sixty-four lines are added up among themselves first, so that most planes are touched once for all.
+// each flag was set, a plane of level k keeps bit k of all the counters, in the same layout as the flags;
+// adding a vector of flags is then the logic of a binary adder on whole vectors, 512 counters at a time with
+// 64-byte vectors. Sixty-four lines are added up among themselves first, so that most planes are touched once
+// for all.
 #pragma once
 
 #include <array>

@@ -39,8 +39,9 @@ std::vector<ReferenceRead> makeReads(const Recipe& recipe, std::mt19937& random)
     for (std::size_t i = 0; i < length; ++i) {
       if (!monotonous || random() % 16 == 0) letter = recipe.letters[random() % recipe.letters.size()];
       read.sequence += letter;
-      read.quality += static_cast<char>(recipe.lowest + static_cast<int>(random() % static_cast<unsigned>(
-                                                            recipe.highest - recipe.lowest + 1)));
+      read.quality += static_cast<char>(
+          recipe.lowest +
+          static_cast<int>(random() % static_cast<unsigned>(recipe.highest - recipe.lowest + 1)));
     }
     if (!recipe.planted.empty() && length > recipe.planted.size()) {
       const std::size_t at = random() % (length - recipe.planted.size() + 1);

@@ -69,8 +69,8 @@ std::string makeText(std::size_t reads) {
     }
     if (random() % 5 == 0 && length >= 12) sequence.replace(length - 12, 12, "AGATCGGAAGAG");
     if (random() % 5 == 0) sequence.assign(length, 'T');
-    text += "@run:7:cell:1:" + std::to_string(1101 + random() % 5) + ":1:" + std::to_string(i) + "\n" + sequence +
-            "\n+\n" + quality + "\n";
+    text += "@run:7:cell:1:" + std::to_string(1101 + random() % 5) + ":1:" + std::to_string(i) + "\n" +
+            sequence + "\n+\n" + quality + "\n";
     if (random() % 50 == 0) text += "\r\n";
   }
   return text;
@@ -110,8 +110,7 @@ TEST(SampleRun, TellsTheFirstErrorOfTheFile) {
   const std::vector<std::pair<std::string, std::string>> cases = {
       {repeat(100) + badQuality + good + badHeader + repeat(100),
        "record 101, line 404: the quality has character code 127 at position 3; allowed are '!' to '~'"},
-      {repeat(50) + badHeader + badQuality,
-       "record 51, line 201: the header starts with 'r' instead of '@'"},
+      {repeat(50) + badHeader + badQuality, "record 51, line 201: the header starts with 'r' instead of '@'"},
       {repeat(200) + badQuality + repeat(50) + badQuality,
        "record 201, line 804: the quality has character code 127 at position 3; allowed are '!' to '~'"},
       {repeat(30) + "@r\nACGT", "record 31, line 123: the file ends inside the record, before its '+' line"},
