@@ -15,7 +15,6 @@ import shutil
 import statistics
 import subprocess
 import sys
-import threading
 import time
 from dataclasses import dataclass, field
 
@@ -51,25 +50,15 @@ class Measured:
 
 
 def run_once(measured: Measured) -> None:
-    with open(os.devnull, "wb") as nowhere:
-        start = time.perf_counter()
-        child = subprocess.Popen([str(part) for part in measured.command], stdin=subprocess.DEVNULL,
-                                 stdout=nowhere, stderr=nowhere)
-        # Some programs never end on input that they were not made for.
-        patience = threading.Timer(PATIENCE, child.kill)
-        patience.start()
-        _, status, usage = os.wait4(child.pid, 0)
-        elapsed = time.perf_counter() - start
-        patience.cancel()
-    child.returncode = os.waitstatus_to_exitcode(status)
-    if child.returncode != 0:
-        measured.failure = "no end" if elapsed >= PATIENCE else f"status {child.returncode}"
+    helper = [sys.executable, "-I", "-S", pathlib.Path(__file__).with_name("measure.py"), PATIENCE]
+    answer = subprocess.run([str(part) for part in helper + measured.command], check=True, capture_output=True, text=True)
+    status, seconds, processor, peak = map(float, answer.stdout.split())
+    if status != 0:
+        measured.failure = "no end" if seconds >= PATIENCE else f"status {status:.0f}"
         return
-    measured.seconds.append(elapsed)
-    measured.processor.append(usage.ru_utime + usage.ru_stime)
-    # Linux counts in KiB, and starts with what the process held before it became the program: this
-    # interpreter's dozen megabytes.
-    measured.peak.append(usage.ru_maxrss * 1024 / MEGABYTE)
+    measured.seconds.append(seconds)
+    measured.processor.append(processor)
+    measured.peak.append(peak * 1024 / MEGABYTE)
 
 
 def warm(path) -> None:
@@ -241,11 +230,16 @@ def main() -> int:
     data = options.data / ("quick" if options.quick else "full")
     inputs = Inputs(data, options.programs / "make_reads", options.quick)
     comparison = Comparison(options.program or options.programs / OURS, inputs, options.only)
+    # Whoever else works at the time spoils the figures of several threads first.
+    load = os.getloadavg()[0]
     comparison.run(options.rounds)
-    print(f"{time.strftime('%Y-%m-%d')}, {machine()}; {', '.join(versions())}; medians of {options.rounds} rounds.\n")
+    print(f"{time.strftime('%Y-%m-%d')}, {machine()}; {', '.join(versions())}; medians of {options.rounds} rounds; "
+          f"load before: {load:.1f}.\n")
     print("\n".join(comparison.table()))
     print("\n| compared | goal | measured | |\n|---|---|---|---|")
     for what, goal, figure, met in comparison.goals():
+        if options.only and figure is None:
+            continue
         verdict = "not measured" if figure is None else "met" if met else "NOT met"
         print(f"| {what} | {goal} | {'' if figure is None else f'{figure:.2f}'} | {verdict} |")
     return 0

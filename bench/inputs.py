@@ -23,8 +23,8 @@ class Inputs:
             "long": self._reads("nanopore", long),
         }
         packed = {name: path for name, path in self.plain.items() if name != "long"}
-        self.gzip = {name: self._packed(path, ".gz", ["gzip", "-6", "-c"]) for name, path in packed.items()}
-        self.bgzf = {name: self._packed(path, ".bgz", ["bgzip", "-@2", "-c"]) for name, path in packed.items()}
+        self.gzip = {name: self._packed(path, ".fastq.gz", ["gzip", "-6", "-c"]) for name, path in packed.items()}
+        self.bgzf = {name: self._packed(path, ".bgzf.fastq.gz", ["bgzip", "-@2", "-c"]) for name, path in packed.items()}
         self.small = self._pieces("small", self.small_reads)
         self.tiny = self._pieces("tiny", 1)
 
@@ -61,7 +61,7 @@ class Inputs:
             with open(part, "wb") as out:
                 subprocess.run([*command, plain], stdout=out, check=True)
 
-        return self._finish(plain.with_name(plain.name + ending), write)
+        return self._finish(plain.with_name(plain.stem + ending), write)
 
     def _pieces(self, name: str, reads: int) -> pathlib.Path:
         def write(part):
