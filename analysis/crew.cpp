@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "analysis/batch_pool.h"
 #include "analysis/failure.h"
 #include "analysis/fastq/file_source.h"
 #include "analysis/fastq/open_chunks.h"
@@ -91,10 +92,9 @@ class Crew {
 
   // One thread's part of the job.
   void work() {
-    Batch memory;
     while (Task* task = choose()) {
       if (open(*task)) {
-        task->run->work(memory);
+        task->run->work();
         leave(*task);
       }
     }
@@ -129,7 +129,7 @@ class Crew {
     try {
       if (options_.progress != nullptr) options_.progress->begin(task.sample->fileName);
       run = forSample(*task.sample, [&] {
-        return std::make_shared<SampleRun>(openChunks(openSample(*task.sample)), resultOptions_,
+        return std::make_shared<SampleRun>(openChunks(openSample(*task.sample)), resultOptions_, pool_,
                                            options_.progress);
       });
     } catch (...) {
@@ -176,6 +176,7 @@ class Crew {
 
   const CrewOptions& options_;
   const ResultOptions resultOptions_;
+  BatchPool pool_;
   std::mutex mutex_;
   std::vector<Task> tasks_;
   std::size_t begun_ = 0;            // tasks before it have been begun; guarded by mutex_

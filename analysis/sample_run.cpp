@@ -32,57 +32,72 @@ void findLines(Batch& batch, const Kernels& kernels) {
 
 }  // namespace
 
-SampleRun::SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, JobProgress* progress,
-                     const Kernels& kernels)
+SampleRun::SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, BatchPool& pool,
+                     JobProgress* progress, const Kernels& kernels)
     : options_(options),
       probes_(sequencesOf(probesOf(options.adapter))),
       kernels_(kernels),
+      pool_(pool),
       progress_(progress),
       source_(std::move(source)) {}
 
-void SampleRun::work(Batch& memory) {
+void SampleRun::work() {
   try {
     SampleMetrics* metrics = nullptr;
     {
-      const std::scoped_lock lock(partsMutex_);
+      const std::scoped_lock lock(mutex_);
       metrics = &parts_.emplace_back(kernels_, probes_);
+      ++workers_;
     }
-    workOn(memory, *metrics);
+    workOn(*metrics);
   } catch (...) {
-    {
-      const std::scoped_lock lock(partsMutex_);
-      if (!exception_) exception_ = std::current_exception();
-    }
-    breakOff();
+    breakOff(std::current_exception());
   }
 }
 
-void SampleRun::workOn(Batch& memory, SampleMetrics& metrics) {
-  std::uint64_t ticket = 0;
-  bool last = false;
-  while (fetch(memory.chunk, ticket, last)) {
-    source_->expand(memory.chunk);
-    findLines(memory, kernels_);
-    if (!awaitTurn(ticket)) return;
-    const std::size_t collected = cutInOrder(memory, last);
-    const bool countMore = duplicates_.full();
-    passTurn();
-    keep(memory.error);
-    keep(metrics.add(memory, tiles_));
-    if (countMore) {
-      duplicates_.count(std::span(std::as_const(memory.records)).subspan(collected), metrics.duplicates);
+void SampleRun::workOn(SampleMetrics& metrics) {
+  while (std::optional<Task> task = nextTask()) {
+    measure(*task, metrics);
+    pool_.give(std::move(task->batch));
+  }
+}
+
+std::optional<SampleRun::Task> SampleRun::nextTask() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    workChanged_.wait(lock, [this] { return broken_ || ended_ || !fetching_ || !ready_.empty(); });
+    if (broken_) return std::nullopt;
+    if (!ended_ && !fetching_ && ready_.size() < workers_) {
+      fetching_ = true;
+      lock.unlock();
+      Task task = fetch();
+      lock.lock();
+      fetching_ = false;
+      ended_ = ended_ || task.last;
+      ready_.push_back(std::move(task));
+      workChanged_.notify_one();
+    } else if (!ready_.empty()) {
+      Task task = std::move(ready_.front());
+      ready_.pop_front();
+      // Somebody else may now fetch, or leave.
+      workChanged_.notify_one();
+      return task;
+    } else if (ended_ && !fetching_) {
+      workChanged_.notify_all();
+      return std::nullopt;
+    } else {
+      // The end was told while a chunk was still being fetched.
+      workChanged_.wait(lock, [this] { return broken_ || !fetching_ || !ready_.empty(); });
     }
   }
 }
 
-bool SampleRun::fetch(Chunk& chunk, std::uint64_t& ticket, bool& last) {
-  const std::scoped_lock lock(fetchMutex_);
-  if (ended_) return false;
-  ticket = tickets_++;
-  last = !source_->fetch(chunk);
-  if (last) {
+SampleRun::Task SampleRun::fetch() {
+  Task task{pool_.take(), tickets_++, false};
+  Chunk& chunk = task.batch->chunk;
+  task.last = !source_->fetch(chunk);
+  if (task.last) {
     // The turn after the last chunk's: the file may have broken off inside a record.
-    ended_ = true;
     chunk.size = 0;
     chunk.blocks.clear();
     chunk.defect.clear();
@@ -92,18 +107,33 @@ bool SampleRun::fetch(Chunk& chunk, std::uint64_t& ticket, bool& last) {
     progress_->advance(bytes - bytesTold_);
     bytesTold_ = bytes;
   }
-  return true;
+  return task;
+}
+
+void SampleRun::measure(const Task& task, SampleMetrics& metrics) {
+  Batch& batch = *task.batch;
+  source_->expand(batch.chunk);
+  findLines(batch, kernels_);
+  if (!awaitTurn(task.ticket)) return;
+  const std::size_t collected = cutInOrder(batch, task.last);
+  const bool countMore = duplicates_.full();
+  passTurn();
+  keep(batch.error);
+  keep(metrics.add(batch, tiles_));
+  if (countMore) {
+    duplicates_.count(std::span(std::as_const(batch.records)).subspan(collected), metrics.duplicates);
+  }
 }
 
 bool SampleRun::awaitTurn(std::uint64_t ticket) {
-  std::unique_lock lock(turnMutex_);
+  std::unique_lock lock(mutex_);
   turnPassed_.wait(lock, [&] { return turn_ == ticket || broken_; });
   return !broken_;
 }
 
 void SampleRun::passTurn() {
   {
-    const std::scoped_lock lock(turnMutex_);
+    const std::scoped_lock lock(mutex_);
     ++turn_;
   }
   turnPassed_.notify_all();
@@ -130,32 +160,30 @@ std::size_t SampleRun::cutInOrder(Batch& batch, bool last) {
 
 void SampleRun::keep(const std::optional<FastqError>& error) {
   if (!error) return;
-  {
-    const std::scoped_lock lock(partsMutex_);
-    if (!error_ || error->record() < error_->record()) error_ = error;
-  }
+  const std::scoped_lock lock(mutex_);
+  if (!error_ || error->record() < error_->record()) error_ = error;
   // Chunks that are under way may hold an earlier one: they are still looked at.
-  const std::scoped_lock lock(fetchMutex_);
   ended_ = true;
+  workChanged_.notify_all();
 }
 
-void SampleRun::breakOff() {
-  {
-    const std::scoped_lock lock(turnMutex_);
-    broken_ = true;
-  }
-  turnPassed_.notify_all();
-  const std::scoped_lock lock(fetchMutex_);
+void SampleRun::breakOff(const std::exception_ptr& reason) {
+  const std::scoped_lock lock(mutex_);
+  if (!exception_) exception_ = reason;
+  broken_ = true;
   ended_ = true;
+  ready_.clear();
+  workChanged_.notify_all();
+  turnPassed_.notify_all();
 }
 
 void SampleRun::stop() {
-  breakOff();
+  breakOff(nullptr);
 }
 
 bool SampleRun::exhausted() const {
-  const std::scoped_lock lock(fetchMutex_);
-  return ended_;
+  const std::scoped_lock lock(mutex_);
+  return ended_ && ready_.empty();
 }
 
 SampleResult SampleRun::result() const {

@@ -1,20 +1,26 @@
 // The measuring of one sample, by any number of threads.
 //
-// Each thread takes the next chunk of the file (one at a time, in order), expands it and finds its lines
-// (all at once), cuts it into records when the chunks before it are cut (one at a time, in order), and
-// measures the records for itself (all at once). What depends on the order of the reads happens in the
-// ordered steps; the rest is counted in integers and added up at the end. So the result does not depend on
+// A chunk of the file is fetched (one at a time, in order), expanded and searched for its lines (all at
+// once), cut into records when the chunks before it are cut (one at a time, in order), and its records are
+// measured (all at once). What depends on the order of the reads happens in the ordered steps; the rest is
+// counted in integers, by each thread for itself, and added up at the end. So the result does not depend on
 // the number of threads, nor on where chunks end.
+//
+// A thread fetches when nobody else does and fewer chunks than there are threads wait to be measured;
+// otherwise it takes the first of those. So where fetching is slow (a gzip stream), one thread does nothing
+// else and never waits for another; where it is fast, all measure.
 #pragma once
 
 #include <condition_variable>
 #include <cstdint>
+#include <deque>
 #include <exception>
 #include <list>
 #include <memory>
 #include <mutex>
 #include <optional>
 
+#include "analysis/batch_pool.h"
 #include "analysis/fastq/chunk_source.h"
 #include "analysis/fastq/record_cutter.h"
 #include "analysis/metrics/duplicate_table.h"
@@ -28,13 +34,12 @@ namespace genostat::analysis {
 
 class SampleRun {
  public:
-  // `progress`, if not null, and `kernels` must outlive the run.
-  SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, JobProgress* progress,
-            const Kernels& kernels = bestKernels());
+  // `pool`, `progress` (if not null) and `kernels` must outlive the run.
+  SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, BatchPool& pool,
+            JobProgress* progress, const Kernels& kernels = bestKernels());
 
-  // Works along until nothing is left to fetch. `memory` is used for the thread's chunks and may be used
-  // again for another run. Failures are kept for result().
-  void work(Batch& memory);
+  // Works along until nothing is left to do. Failures are kept for result().
+  void work();
 
   // Makes work() end soon; there will be no result.
   void stop();
@@ -47,27 +52,37 @@ class SampleRun {
   SampleResult result() const;
 
  private:
-  // Both throw nothing but std::bad_alloc.
-  void workOn(Batch& memory, SampleMetrics& metrics);
-  bool fetch(Chunk& chunk, std::uint64_t& ticket, bool& last);
+  // A fetched chunk.
+  struct Task {
+    std::unique_ptr<Batch> batch;
+    std::uint64_t ticket = 0;  // its number in the file
+    bool last = false;         // no chunk follows; this one is empty
+  };
+
+  // The following throw nothing but std::bad_alloc.
+  void workOn(SampleMetrics& metrics);
+  // The next chunk to measure, perhaps after fetching some; nothing at the end.
+  std::optional<Task> nextTask();
+  Task fetch();
+  void measure(const Task& task, SampleMetrics& metrics);
   // Waits until the chunks before this one are cut; false when the run has failed.
   bool awaitTurn(std::uint64_t ticket);
   void passTurn();
   // The ordered step. Returns how many of the batch's records were taken into the growing duplicate table.
   std::size_t cutInOrder(Batch& batch, bool last);
   void keep(const std::optional<FastqError>& error);
-  void breakOff();
+  void breakOff(const std::exception_ptr& reason);
 
   const ResultOptions options_;
   const ProbeSet probes_;
   const Kernels& kernels_;
+  BatchPool& pool_;
   JobProgress* const progress_;
 
-  mutable std::mutex fetchMutex_;
-  std::unique_ptr<ChunkSource> source_;  // its fetch() guarded by fetchMutex_
-  std::uint64_t tickets_ = 0;            // guarded by fetchMutex_
-  std::uint64_t bytesTold_ = 0;          // guarded by fetchMutex_
-  bool ended_ = false;                   // guarded by fetchMutex_
+  // Used by the thread that fetches.
+  std::unique_ptr<ChunkSource> source_;
+  std::uint64_t tickets_ = 0;
+  std::uint64_t bytesTold_ = 0;
 
   // Used by the thread whose turn it is.
   RecordCutter cutter_;
@@ -76,13 +91,16 @@ class SampleRun {
   bool tilesKnown_ = false;
   bool cutFailed_ = false;
 
-  std::mutex turnMutex_;
+  mutable std::mutex mutex_;  // guards all that follow
+  std::condition_variable workChanged_;
   std::condition_variable turnPassed_;
-  std::uint64_t turn_ = 0;  // the ticket whose turn it is; guarded by turnMutex_
-  bool broken_ = false;     // guarded by turnMutex_
-
-  std::mutex partsMutex_;
-  std::list<SampleMetrics> parts_;   // one for each work(); guarded by partsMutex_, as are the following
+  std::deque<Task> ready_;           // fetched, in order
+  bool fetching_ = false;            // a thread is
+  bool ended_ = false;               // nothing more is to be fetched
+  bool broken_ = false;              // all are to leave at once
+  std::uint64_t turn_ = 0;           // the ticket whose turn it is
+  std::list<SampleMetrics> parts_;   // one for each work()
+  std::size_t workers_ = 0;          // in work()
   std::optional<FastqError> error_;  // the first in the file
   std::exception_ptr exception_;
 };

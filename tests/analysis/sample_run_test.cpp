@@ -26,16 +26,15 @@ class TextSource : public ByteSource {
   std::string_view left_;
 };
 
+BatchPool pool;
+
 std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chunkSize, unsigned threads,
                                       const Kernels& kernels = bestKernels()) {
   auto run = std::make_unique<SampleRun>(openChunks(std::make_unique<TextSource>(bytes), {chunkSize}),
-                                         ResultOptions{}, nullptr, kernels);
+                                         ResultOptions{}, pool, nullptr, kernels);
   std::vector<std::jthread> others;
   for (unsigned i = 0; i < threads; ++i) {
-    others.emplace_back([&run] {
-      Batch memory;
-      run->work(memory);
-    });
+    others.emplace_back([&run] { run->work(); });
   }
   others.clear();
   EXPECT_TRUE(run->exhausted());
@@ -143,14 +142,11 @@ class FailingChunks : public ChunkSource {
 };
 
 TEST(SampleRun, EndsWhenMemoryRunsOut) {
-  SampleRun run(std::make_unique<FailingChunks>(), {}, nullptr);
+  SampleRun run(std::make_unique<FailingChunks>(), {}, pool, nullptr);
   {
     std::vector<std::jthread> threads;
     for (int i = 0; i < 3; ++i) {
-      threads.emplace_back([&run] {
-        Batch memory;
-        run.work(memory);
-      });
+      threads.emplace_back([&run] { run.work(); });
     }
   }
   EXPECT_THROW(run.result(), std::bad_alloc);
