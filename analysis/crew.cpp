@@ -1,6 +1,7 @@
 #include "analysis/crew.h"
 
 #include <algorithm>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -102,19 +103,27 @@ class Crew {
 
   // A sample to begin or to help with; null when there is nothing more to do. Counts the caller in.
   Task* choose() {
-    const std::scoped_lock lock(mutex_);
-    if (begun_ < end_) {
-      Task& task = tasks_[begun_++];
-      task.workers = 1;
-      return &task;
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      if (begun_ < end_) {
+        Task& task = tasks_[begun_++];
+        task.workers = 1;
+        return &task;
+      }
+      Task* helped = nullptr;
+      bool opening = false;
+      for (Task& task : tasks_) {
+        if (task.workers == 0) continue;
+        if (!task.run) {
+          opening = true;
+        } else if (!task.run->exhausted() && (helped == nullptr || task.workers < helped->workers)) {
+          helped = &task;
+        }
+      }
+      if (helped != nullptr) ++helped->workers;
+      if (helped != nullptr || !opening) return helped;
+      opened_.wait(lock);
     }
-    Task* helped = nullptr;
-    for (Task& task : tasks_) {
-      if (task.workers == 0 || !task.run || task.run->exhausted()) continue;
-      if (helped == nullptr || task.workers < helped->workers) helped = &task;
-    }
-    if (helped != nullptr) ++helped->workers;
-    return helped;
   }
 
   // Makes sure that the sample is open; false when it could not be opened.
@@ -137,10 +146,12 @@ class Crew {
     }
     const std::scoped_lock lock(mutex_);
     task.run = std::move(run);
-    if (!failure) return true;
-    task.workers = 0;
-    fail(task, failure);
-    return false;
+    if (failure) {
+      task.workers = 0;
+      fail(task, failure);
+    }
+    opened_.notify_all();
+    return !failure;
   }
 
   // The last thread to leave a sample finishes it.
@@ -149,7 +160,7 @@ class Crew {
       const std::scoped_lock lock(mutex_);
       if (--task.workers > 0) return;
     }
-    // A helper cannot join any more: the run is exhausted.
+    // Nobody joins any more: the run is exhausted.
     std::optional<SampleResult> result;
     std::exception_ptr failure;
     try {
@@ -178,6 +189,7 @@ class Crew {
   const ResultOptions resultOptions_;
   BatchPool pool_;
   std::mutex mutex_;
+  std::condition_variable opened_;  // a sample was, or could not be
   std::vector<Task> tasks_;
   std::size_t begun_ = 0;            // tasks before it have been begun; guarded by mutex_
   std::size_t end_ = tasks_.size();  // none from here on is begun; guarded by mutex_

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <stdexcept>
 
@@ -13,7 +14,7 @@ class SourceError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// A stream of bytes, read once from start to end by one thread.
+// A stream of bytes, read once from start to end by one thread; or, where that is possible, at any place.
 class ByteSource {
  public:
   ByteSource() = default;
@@ -25,6 +26,15 @@ class ByteSource {
   // for at any time, 0 only at the end. All bytes before a defect are delivered before the
   // SourceError about it is thrown.
   virtual std::size_t read(std::span<char> into) = 0;
+
+  // How many bytes there are, where readAt() can be used; else 0.
+  virtual std::uint64_t size() const { return 0; }
+  // The same as read(), for the bytes from `offset` on. Any number of threads at once.
+  virtual std::size_t readAt(std::uint64_t offset, std::span<char> into) const {
+    (void)offset;
+    (void)into;
+    return 0;
+  }
 };
 
 }  // namespace genostat::analysis

@@ -45,6 +45,10 @@ class ByteWindow {
   // Puts the last of the bytes that moveInto() gave back into the window, which is empty.
   void giveBack(std::span<const char> tail);
 
+  // The source can be read at any place: as if nothing had been taken from it.
+  bool isPlaced() const { return source_->size() > 0; }
+  std::unique_ptr<ByteSource> takeSource() { return std::move(source_); }
+
   // Why the source ended early; empty when it did not.
   const std::string& failure() const { return failure_; }
 

@@ -2,6 +2,7 @@
 
 #include "analysis/fastq/byte_window.h"
 #include "analysis/fastq/gzip_chunks.h"
+#include "analysis/fastq/placed_chunks.h"
 #include "analysis/fastq/plain_chunks.h"
 
 namespace genostat::analysis {
@@ -19,6 +20,7 @@ std::unique_ptr<ChunkSource> openChunks(std::unique_ptr<ByteSource> bytes, const
   if (twoBytes && parseMemberHeader(window->bytes()).state != MemberHeader::State::Foreign) {
     return std::make_unique<GzipChunks>(std::move(window), options.chunkSize);
   }
+  if (window->isPlaced()) return std::make_unique<PlacedChunks>(window->takeSource(), options.chunkSize);
   return std::make_unique<PlainChunks>(std::move(window), options.chunkSize);
 }
 

@@ -26,16 +26,19 @@ std::uint64_t load(const char* text) {
 constexpr std::uint64_t kLowerCaseBits = 0x2020202020202020;
 constexpr std::array<std::uint64_t, 4> kSalts = {0x9E3779B97F4A7C15, 0xD1B54A32D192ED03, 0x8CB92BA72F3D8DD7,
                                                  0xABC98388FB8FAC03};
-constexpr std::size_t kWords = (kKeyLength + 7) / 8;
+
+using Words = std::array<std::uint64_t, 8>;
 
 // The key in words, zeros behind its end. Reads whole words: up to 7 bytes more than the key has.
-std::array<std::uint64_t, 8> wordsOf(const char* text, std::size_t size) {
-  std::array<std::uint64_t, 8> words{};
-  for (std::size_t i = 0; i < kWords && 8 * i < size; ++i) {
+Words wordsOf(const char* text, std::size_t size) {
+  Words words{};
+  // Nearly all reads are long enough: no branch for each word.
+  const std::size_t whole = size == kKeyLength ? kKeyLength / 8 : size / 8;
+  for (std::size_t i = 0; i < whole; ++i) {
     words[i] = load(text + 8 * i);
-    const std::size_t left = size - 8 * i;
-    if (left < 8) words[i] &= (std::uint64_t{1} << (8 * left)) - 1;
   }
+  const std::size_t left = size - 8 * whole;
+  if (left > 0) words[whole] = load(text + 8 * whole) & ((std::uint64_t{1} << (8 * left)) - 1);
   return words;
 }
 
@@ -50,7 +53,7 @@ DuplicateTable::Key DuplicateTable::keyOf(const Record& record, UpperCase& upper
   Key key;
   key.text = record.sequence.data();
   key.size = static_cast<std::uint32_t>(std::min(record.sequence.size(), kKeyLength));
-  std::array<std::uint64_t, 8> words = wordsOf(key.text, key.size);
+  Words words = wordsOf(key.text, key.size);
   std::uint64_t seen = 0;
   for (const std::uint64_t word : words) {
     seen |= word;

@@ -107,7 +107,7 @@ void SampleMetrics::addTiles(Share& share, const TileScheme& tiles) {
   for (const Record& record : share.records) {
     if (record.sequence.empty() || !tileSampled(++share.filled)) continue;
     if (const std::optional<int> tile = tiles.tileOf(record.header)) {
-      counts_.tiles.add(*tile, record.quality);
+      counts_.tiles.add(*tile, record.quality, kernels_);
     } else {
       counts_.tiles.addUnreadable();
     }

@@ -69,17 +69,13 @@ TileCounts::Tile* TileCounts::find(int tile) {
   return &tiles_[lastPlace_];
 }
 
-void TileCounts::add(int tile, std::string_view quality) {
+void TileCounts::add(int tile, std::string_view quality, const Kernels& kernels) {
   if (off_) return;
   Tile* const found = find(tile);
   if (found == nullptr) return;
   const std::size_t length = quality.size();
   if (found->sums.size() < length) found->sums.resize(length);
-  std::uint64_t* const sums = found->sums.data();
-  const char* const codes = quality.data();
-  for (std::size_t i = 0; i < length; ++i) {
-    sums[i] += static_cast<unsigned char>(codes[i]);
-  }
+  kernels.addCodes(quality.data(), length, found->sums.data());
   ++found->byLength[length];
 }
 

@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "analysis/simd/kernels.h"
+
 namespace genostat::analysis {
 
 // Whether the read of this number counts, from 1 and without those of length 0: the first 10,000, then every
@@ -45,7 +47,7 @@ class TileCounts {
   };
 
   // A sampled read of at least one base.
-  void add(int tile, std::string_view quality);
+  void add(int tile, std::string_view quality, const Kernels& kernels = bestKernels());
   // A sampled read whose header has no readable tile: ends the metric for the file.
   void addUnreadable() { turnOff(); }
   void merge(const TileCounts& other);

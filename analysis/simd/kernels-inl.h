@@ -28,6 +28,21 @@ HWY_INLINE std::uint64_t bitsOf(Bytes d, Mask mask) {
   return bits;
 }
 
+void addCodes(const char* text, std::size_t size, std::uint64_t* sums) {
+  const Sums d64;
+  const hn::Rebind<std::uint8_t, Sums> d8;
+  const std::size_t lanes = hn::Lanes(d64);
+  std::size_t at = 0;
+  for (; at + lanes <= size; at += lanes) {
+    const auto codes = hn::PromoteTo(
+        d64, hn::PromoteTo(hn::Rebind<std::uint32_t, Sums>(), hn::LoadU(d8, bytesOf(text) + at)));
+    hn::StoreU(hn::Add(hn::LoadU(d64, sums + at), codes), d64, sums + at);
+  }
+  for (; at < size; ++at) {
+    sums[at] += bytesOf(text)[at];
+  }
+}
+
 std::size_t findLineFeeds(const char* text, std::size_t size, std::uint32_t* offsets) {
   const Bytes d;
   const std::size_t lanes = hn::Lanes(d);
@@ -122,10 +137,15 @@ void countSequences(std::span<const Record> records, const std::uint64_t* gcLeng
   }
 }
 
-std::size_t findProbes(std::span<const Record> records, const ProbeSet& probes, ProbeHit* hits) {
+// kShort: there are probes of fewer than 12 letters.
+template <bool kShort>
+HWY_INLINE std::size_t findProbesIn(std::span<const Record> records, const ProbeSet& probes, ProbeHit* hits) {
   const Bytes d;
   const std::size_t lanes = hn::Lanes(d);
   constexpr std::size_t kOffsets = ProbeSet::kFilterOffsets.size();
+  // A lookup on x86 takes a byte's low four bits by itself, and gives zero if the highest is set: no letter
+  // has it, but what follows a short probe may.
+  constexpr bool kMask = kShort || !HWY_ARCH_X86 || HWY_TARGET == HWY_STATIC_TARGET;
   const Vector lowBits = hn::Set(d, std::uint8_t{0x0F});
   ProbeHit* next = hits;
   for (std::size_t i = 0; i < records.size(); ++i) {
@@ -138,8 +158,9 @@ std::size_t findProbes(std::span<const Record> records, const ProbeSet& probes, 
       HWY_UNROLL(6)
       for (std::size_t k = 0; k < kOffsets; ++k) {
         const Vector table = hn::LoadDup128(d, probes.filter()[k].data());
-        const Vector letters = hn::LoadU(d, bytesOf(sequence.data()) + at + ProbeSet::kFilterOffsets[k]);
-        candidates = hn::And(candidates, hn::TableLookupBytes(table, hn::And(letters, lowBits)));
+        Vector letters = hn::LoadU(d, bytesOf(sequence.data()) + at + ProbeSet::kFilterOffsets[k]);
+        if constexpr (kMask) letters = hn::And(letters, lowBits);
+        candidates = hn::And(candidates, hn::TableLookupBytes(table, letters));
       }
       std::uint64_t places = bitsOf(d, hn::Ne(candidates, hn::Zero(d)));
       if (starts - at < kBlockSize) places &= (std::uint64_t{1} << (starts - at)) - 1;
@@ -159,6 +180,11 @@ std::size_t findProbes(std::span<const Record> records, const ProbeSet& probes, 
     }
   }
   return static_cast<std::size_t>(next - hits);
+}
+
+std::size_t findProbes(std::span<const Record> records, const ProbeSet& probes, ProbeHit* hits) {
+  return probes.shortest() < ProbeSet::kLongest ? findProbesIn<true>(records, probes, hits)
+                                                : findProbesIn<false>(records, probes, hits);
 }
 
 // The flags of one vector of positions, of kGroups groups of eight.
@@ -395,7 +421,7 @@ const Kernels& kernels() {
                                    findLineFeeds,
                                    sumQualities,
                                    countSequences,
-                                   findProbes,
+                                   findProbes, addCodes,
                                    addBases,
                                    addQualities};
   return kKernels;

@@ -59,6 +59,9 @@ struct Kernels {
   // probes, by ascending record; returns their number.
   std::size_t (*findProbes)(std::span<const Record> records, const ProbeSet& probes, ProbeHit* hits);
 
+  // Adds the code of each character to the sum at its place.
+  void (*addCodes)(const char* text, std::size_t size, std::uint64_t* sums);
+
   // Adds the bases of a block to the planes of `segment`; flag i is Base i of position_counts.h. `block` is
   // the block's number within the segment.
   void (*addBases)(const LineBlock& lines, PlaneSegment& segment, std::size_t block);

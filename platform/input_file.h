@@ -1,0 +1,31 @@
+// A file to read from, by several threads at once.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace genostat::platform {
+
+// Failures are thrown as std::system_error of the generic category.
+class InputFile {
+ public:
+  explicit InputFile(const std::filesystem::path& path);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  // In bytes, when it was opened.
+  std::uint64_t size() const { return size_; }
+
+  // Fills the front of `into` with the bytes from `offset` on and returns how many there are: fewer than
+  // asked for at any time, 0 only at the end of the file. Any number of threads.
+  std::size_t readAt(std::uint64_t offset, std::span<char> into) const;
+
+ private:
+  std::intptr_t handle_ = -1;  // as the system knows it
+  std::uint64_t size_ = 0;
+};
+
+}  // namespace genostat::platform
