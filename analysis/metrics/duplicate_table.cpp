@@ -145,7 +145,7 @@ DuplicationCounts DuplicateTable::result(std::uint64_t reads, std::span<const Co
     for (const Counts& part : parts) {
       if (!part.empty()) count += part[i];
     }
-    result.keys.emplace_back(std::string(keys_[i].text.data(), keys_[i].size), count);
+    result.keys.emplace_back(std::string_view(keys_[i].text.data(), keys_[i].size), count);
   }
   return result;
 }

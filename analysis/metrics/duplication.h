@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -22,8 +22,9 @@ struct DuplicationCounts {
   std::uint64_t reads = 0;  // all of the file
   // How many of them had been seen when the collection last grew or, before it was full, met a known key.
   std::uint64_t limit = 0;
-  // In order of their first read, in upper case, with the number of their reads.
-  std::vector<std::pair<std::string, std::uint64_t>> keys;
+  // In order of their first read, in upper case, with the number of their reads. The texts belong to whoever
+  // collected them.
+  std::vector<std::pair<std::string_view, std::uint64_t>> keys;
 };
 
 // Reads whose key occurs so often, as estimated for the whole file.

@@ -32,7 +32,7 @@ std::vector<OverrepresentedSequence> overrepresentedSequences(const DuplicationC
     const auto origin = std::find_if(origins.begin(), origins.end(), [&sequence = key](const Probe& probe) {
       return holds(sequence, probe.sequence);
     });
-    found.push_back({key, reads, percent, origin == origins.end() ? "" : origin->name});
+    found.push_back({std::string(key), reads, percent, origin == origins.end() ? "" : origin->name});
   }
   std::stable_sort(found.begin(), found.end(),
                    [](const auto& a, const auto& b) { return a.reads > b.reads; });

@@ -270,7 +270,7 @@ TEST(Duplication, EqualsThePlainProduct) {
     const std::uint64_t keys = 1 + random() % 400;
     for (std::uint64_t key = 0; key < keys; ++key) {
       const std::uint64_t level = random() % 4 == 0 ? 1 + random() % 300 : 1 + random() % 3;
-      counts.keys.emplace_back(std::to_string(key), level);
+      counts.keys.emplace_back("a key", level);
       counts.reads += level;
     }
     counts.limit = std::max<std::uint64_t>(keys, random() % counts.reads);

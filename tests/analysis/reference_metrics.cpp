@@ -267,7 +267,7 @@ ReferenceCounts referenceCounts(const std::vector<ReferenceRead>& reads, const A
   ReferenceCounts counts;
   const std::vector<Probe> probes = probesOf(adapter);
   counts.adapters.resize(probes.size());
-  std::map<std::string, std::size_t> places;
+  std::map<std::string, std::size_t>& places = counts.keyPlaces;
   std::size_t longest = 0;  // of the reads longer than a probe so far
   for (const ReferenceRead& read : reads) {
     const std::string sequence = upperCase(read.sequence);
@@ -309,8 +309,8 @@ ReferenceCounts referenceCounts(const std::vector<ReferenceRead>& reads, const A
     const bool open = duplication.keys.size() < maxKeys;
     const std::string key = sequence.substr(0, 50);
     if (open && !places.contains(key)) {
-      places[key] = duplication.keys.size();
-      duplication.keys.emplace_back(key, 0);
+      const auto entry = places.emplace(key, duplication.keys.size()).first;
+      duplication.keys.emplace_back(entry->first, 0);
     }
     if (places.contains(key)) ++duplication.keys[places[key]].second;
     if (open) duplication.limit = duplication.reads;

@@ -33,6 +33,7 @@ struct ReferenceCounts {
   std::vector<std::map<std::uint64_t, std::uint64_t>> adapters;         // by probe, then offset
   std::map<int, std::vector<std::vector<std::uint64_t>>> tiles;  // by tile, then position: all quality codes
   std::uint64_t lowComplexityReads = 0;
+  std::map<std::string, std::size_t> keyPlaces;  // where in the following, which has views into this
   DuplicationCounts duplication;
 };
 
