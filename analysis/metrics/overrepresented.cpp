@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace genostat::analysis {
 
@@ -10,6 +11,7 @@ namespace {
 constexpr double kListedPercent = 0.1;
 
 bool holds(std::string_view sequence, std::string_view probe) {
+  if (probe.find('N') == std::string_view::npos) return sequence.find(probe) != std::string_view::npos;
   const auto matches = [](char base, char wanted) {
     return base == wanted ||
            (wanted == 'N' && std::string_view("ACGTN").find(base) != std::string_view::npos);
@@ -21,9 +23,12 @@ bool holds(std::string_view sequence, std::string_view probe) {
 
 std::vector<OverrepresentedSequence> overrepresentedSequences(const DuplicationCounts& counts,
                                                               const std::vector<Probe>& probes) {
+  // What was asked for goes before what is known.
   std::vector<Probe> origins = probes;
-  const std::vector<Probe> known = probesOf({});
-  origins.insert(origins.end(), known.begin(), known.end());
+  for (Probe& known : probesOf({})) {
+    const auto isKnown = [&](const Probe& other) { return other.name == known.name; };
+    if (std::none_of(probes.begin(), probes.end(), isKnown)) origins.push_back(std::move(known));
+  }
 
   std::vector<OverrepresentedSequence> found;
   for (const auto& [key, reads] : counts.keys) {

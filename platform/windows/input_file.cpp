@@ -1,22 +1,16 @@
 #include "platform/input_file.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <system_error>
+
+#include "platform/windows/file_handle.h"
 
 namespace genostat::platform {
 
 namespace {
 
-HANDLE fileOf(std::intptr_t handle) {
-  return reinterpret_cast<HANDLE>(handle);
-}
-
-// As the condition that is the same on every system.
-[[noreturn]] void fail(DWORD code) {
-  const std::error_code error(static_cast<int>(code), std::system_category());
-  throw std::system_error(error.default_error_condition().value(), std::generic_category());
+[[noreturn]] void failToRead(DWORD code) {
+  throw std::system_error(genericError(code));
 }
 
 }  // namespace
@@ -25,7 +19,7 @@ InputFile::InputFile(const std::filesystem::path& path) {
   HANDLE file =
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) fail(GetLastError());
+  if (file == INVALID_HANDLE_VALUE) failToRead(GetLastError());
   handle_ = reinterpret_cast<std::intptr_t>(file);
   LARGE_INTEGER size = {};
   if (GetFileSizeEx(file, &size) != 0) size_ = static_cast<std::uint64_t>(size.QuadPart);
@@ -46,7 +40,7 @@ std::size_t InputFile::readAt(std::uint64_t offset, std::span<char> into) const 
                &place) == 0) {
     const DWORD code = GetLastError();
     if (code == ERROR_HANDLE_EOF) return 0;
-    fail(code);
+    failToRead(code);
   }
   return size;
 }

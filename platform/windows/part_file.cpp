@@ -1,29 +1,21 @@
 #include "platform/part_file.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <new>
 #include <stdexcept>
-#include <system_error>
 #include <vector>
 
 #include "platform/part_name.h"
+#include "platform/windows/file_handle.h"
 
 namespace genostat::platform {
 
 namespace {
 
-HANDLE fileOf(std::intptr_t handle) {
-  return reinterpret_cast<HANDLE>(handle);
-}
-
-// In the words that the C++ library has for it, which are the same on every system.
-[[noreturn]] void fail(DWORD code) {
-  const std::error_code error(static_cast<int>(code), std::system_category());
-  throw std::runtime_error(error.default_error_condition().message());
+[[noreturn]] void failToWrite(DWORD code) {
+  throw std::runtime_error(genericError(code).message());
 }
 
 // What FileRenameInfo takes: a structure that ends in the absolute target.
@@ -50,7 +42,7 @@ PartFile::PartFile(const std::filesystem::path& folder) {
       handle_ = reinterpret_cast<std::intptr_t>(file);
       return;
     }
-    if (GetLastError() != ERROR_FILE_EXISTS) fail(GetLastError());
+    if (GetLastError() != ERROR_FILE_EXISTS) failToWrite(GetLastError());
   }
 }
 
@@ -64,7 +56,7 @@ void PartFile::write(std::string_view text) {
   while (!text.empty()) {
     const auto wanted = static_cast<DWORD>(std::min<std::size_t>(text.size(), 1U << 30));
     DWORD size = 0;
-    if (WriteFile(fileOf(handle_), text.data(), wanted, &size, nullptr) == 0) fail(GetLastError());
+    if (WriteFile(fileOf(handle_), text.data(), wanted, &size, nullptr) == 0) failToWrite(GetLastError());
     text.remove_prefix(size);
   }
 }
@@ -77,7 +69,7 @@ void PartFile::moveTo(const std::filesystem::path& target) {
        ++attempt) {
     const DWORD code = GetLastError();
     // Another run may be replacing the target, or somebody reading it, at this moment.
-    if (attempt == 20 || (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION)) fail(code);
+    if (attempt == 20 || (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION)) failToWrite(code);
     Sleep(10);
   }
   path_.clear();
