@@ -10,8 +10,8 @@
 
 namespace genostat::analysis {
 
-// Fresh pages cost more than what is written to them: a batch that has done its work serves the next chunk, of
-// the same sample or of another. Any thread.
+// Fresh pages cost more than what is written to them: a batch that has done its work serves the next chunk,
+// of the same sample or of another. Any thread.
 class BatchPool {
  public:
   std::unique_ptr<Batch> take() {

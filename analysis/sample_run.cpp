@@ -11,6 +11,7 @@ namespace {
 
 std::vector<std::string> sequencesOf(const std::vector<Probe>& probes) {
   std::vector<std::string> sequences;
+  sequences.reserve(probes.size());
   for (const Probe& probe : probes) {
     sequences.push_back(probe.sequence);
   }
@@ -93,7 +94,9 @@ std::optional<SampleRun::Task> SampleRun::nextTask() {
 }
 
 SampleRun::Task SampleRun::fetch() {
-  Task task{pool_.take(), tickets_++, false};
+  Task task;
+  task.batch = pool_.take();
+  task.ticket = tickets_++;
   Chunk& chunk = task.batch->chunk;
   task.last = !source_->fetch(chunk);
   if (task.last) {

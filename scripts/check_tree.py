@@ -4,7 +4,7 @@
 - includes point one way: entry -> jobs -> run, results, errors -> platform, host; standalone sees host and
   platform; analysis sees platform; neither of the two sees the module;
 - operating-system conditionals stand in platform/ and in the module's load hook only;
-- every header has `#pragma once`, except those that are read several times (`-inl.h`).
+- every header has `#pragma once`.
 Prints one line per finding; the status is 1 if there is any.
 """
 import pathlib
@@ -48,7 +48,7 @@ def findings(root: pathlib.Path):
         if path.suffix not in CODE or room not in ALLOWED:
             continue
         text = path.read_text(encoding="utf-8")
-        if path.suffix == ".h" and not name.endswith("-inl.h") and "#pragma once" not in text:
+        if path.suffix == ".h" and "#pragma once" not in text:
             yield f"{name}:1: no #pragma once"
         for number, line in enumerate(text.splitlines(), 1):
             if room != "platform" and name != "entry/load_hook.cpp" and re.match(r"\s*#\s*(if|ifdef|ifndef|elif)\b", line):

@@ -34,7 +34,8 @@ class DuplicateTable {
   // Counts reads of known keys in a full table.
   void count(std::span<const Record> records, Counts& counts) const;
 
-  // All together, with views into the table; `parts` are what threads have counted in the full table. `reads`: all of the file.
+  // All together, with views into the table; `parts` are what threads have counted in the full table.
+  // `reads`: all of the file.
   DuplicationCounts result(std::uint64_t reads, std::span<const Counts> parts) const;
 
  private:

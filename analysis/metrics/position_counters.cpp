@@ -65,14 +65,15 @@ void PositionCounters::addBlock(std::size_t number, const QualityRange& range) {
   if (segmentNumber >= segments_.size()) segments_.push_back(std::make_unique<Segment>());
   Segment& segment = *segments_[segmentNumber];
   kernels_.addBases(sequences_, segment.bases, block);
-  for (unsigned high = range.lowest / 16U; high <= range.highest / 16U; ++high) {
+  const std::size_t last = range.highest / 16U;
+  for (std::size_t high = range.lowest / 16U; high <= last; ++high) {
     std::array<PlaneSegment*, 2> halves{};
     for (std::size_t half = 0; half < halves.size(); ++half) {
       std::unique_ptr<PlaneSegment>& place = segment.qualities[2 * high + half];
       if (!place) place = std::make_unique<PlaneSegment>();
       halves[half] = place.get();
     }
-    kernels_.addQualities(qualities_, high, halves, block);
+    kernels_.addQualities(qualities_, static_cast<unsigned>(high), halves, block);
   }
 }
 

@@ -7,7 +7,7 @@
 
 // Between this one and the next there is little to gain.
 #define HWY_DISABLED_TARGETS HWY_SSSE3
-#define HWY_TARGET_INCLUDE "analysis/simd/kernels-inl.h"
+#define HWY_TARGET_INCLUDE "analysis/simd/kernels.inl"
 // The plain set stands in where nothing else is usable. The compiler fault for which it is off by default
 // concerns products, which no kernel forms; the tests compare all sets.
 #define HWY_BROKEN_EMU128 0
@@ -74,7 +74,7 @@ std::uint64_t countChangesOfAnyCase(std::string_view sequence) {
 
 #include <hwy/foreach_target.h>
 // The last one, for every processor.
-#include "analysis/simd/kernels-inl.h"
+#include "analysis/simd/kernels.inl"
 
 namespace genostat::analysis {
 

@@ -421,7 +421,8 @@ const Kernels& kernels() {
                                    findLineFeeds,
                                    sumQualities,
                                    countSequences,
-                                   findProbes, addCodes,
+                                   findProbes,
+                                   addCodes,
                                    addBases,
                                    addQualities};
   return kKernels;
