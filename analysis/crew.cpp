@@ -57,7 +57,12 @@ class Crew {
       : options_(options), resultOptions_{options.adapter, options.phredOffset}, tasks_(samples.size()) {
     for (std::size_t i = 0; i < samples.size(); ++i) {
       tasks_[i].sample = &samples[i];
+      order_.push_back(i);
     }
+    // Nobody knows when standard input goes on, and a read of it cannot be given up: it must not keep a
+    // failure of another sample waiting.
+    std::stable_partition(order_.begin(), order_.end(),
+                          [&](std::size_t index) { return !samples[index].isStandardInput; });
   }
 
   std::vector<SampleResult> run(unsigned threads) {
@@ -67,8 +72,8 @@ class Crew {
       while (others.size() + 1 < threads) {
         others.emplace_back([this] { work(); });
       }
-    } catch (const std::system_error&) {
-      // As many as the system gives.
+    } catch (const std::exception&) {
+      // As many as the system gives, for which memory suffices.
     }
     work();
     others.clear();
@@ -105,11 +110,7 @@ class Crew {
   Task* choose() {
     std::unique_lock lock(mutex_);
     for (;;) {
-      if (begun_ < end_) {
-        Task& task = tasks_[begun_++];
-        task.workers = 1;
-        return &task;
-      }
+      if (Task* const next = beginNext()) return next;
       Task* helped = nullptr;
       bool opening = false;
       for (Task& task : tasks_) {
@@ -121,10 +122,27 @@ class Crew {
         }
       }
       if (helped != nullptr) ++helped->workers;
-      if (helped != nullptr || !opening) return helped;
-      opened_.wait(lock);
+      if (helped != nullptr || (!opening && begun_ == order_.size())) return helped;
+      changed_.wait(lock);
     }
   }
+
+  // Null when there is none, or none yet.
+  Task* beginNext() {
+    for (; begun_ < order_.size(); ++begun_) {
+      Task& task = tasks_[order_[begun_]];
+      if (order_[begun_] >= end_) continue;
+      const bool alone =
+          std::all_of(tasks_.begin(), tasks_.end(), [](const Task& t) { return t.workers == 0; });
+      if (task.sample->isStandardInput && !alone) return nullptr;
+      ++begun_;
+      task.workers = 1;
+      return &task;
+    }
+    return nullptr;
+  }
+
+  std::size_t indexOf(const Task& task) const { return static_cast<std::size_t>(&task - tasks_.data()); }
 
   // Makes sure that the sample is open; false when it could not be opened.
   bool open(Task& task) {
@@ -149,38 +167,51 @@ class Crew {
     if (failure) {
       task.workers = 0;
       fail(task, failure);
+      if (options_.progress != nullptr) options_.progress->end(task.sample->fileName);
+    } else if (indexOf(task) >= end_) {
+      task.run->stop();
     }
-    opened_.notify_all();
+    changed_.notify_all();
     return !failure;
   }
 
   // The last thread to leave a sample finishes it.
   void leave(Task& task) {
+    std::shared_ptr<SampleRun> run;
+    bool wanted = false;
     {
       const std::scoped_lock lock(mutex_);
-      if (--task.workers > 0) return;
+      if (task.workers > 1) {
+        --task.workers;
+        return;
+      }
+      // Nobody joins any more: the run is exhausted.
+      run = std::move(task.run);
+      wanted = indexOf(task) < end_;
     }
-    // Nobody joins any more: the run is exhausted.
     std::optional<SampleResult> result;
     std::exception_ptr failure;
-    try {
-      result = forSample(*task.sample, [&] { return task.run->result(); });
-    } catch (...) {
-      failure = std::current_exception();
+    if (wanted) {
+      try {
+        result = forSample(*task.sample, [&] { return run->result(); });
+      } catch (...) {
+        failure = std::current_exception();
+      }
     }
+    run.reset();
     if (options_.progress != nullptr) options_.progress->end(task.sample->fileName);
     const std::scoped_lock lock(mutex_);
-    task.run.reset();
+    task.workers = 0;
     task.result = std::move(result);
     if (failure) fail(task, failure);
+    changed_.notify_all();
   }
 
   // Gives up the samples after a failed one: the first failure is the one that is told.
   void fail(Task& task, const std::exception_ptr& failure) {
     task.failure = failure;
-    const auto index = static_cast<std::size_t>(&task - tasks_.data());
-    end_ = std::min(end_, index);
-    for (std::size_t i = index + 1; i < tasks_.size(); ++i) {
+    end_ = std::min(end_, indexOf(task));
+    for (std::size_t i = end_ + 1; i < tasks_.size(); ++i) {
       if (tasks_[i].run) tasks_[i].run->stop();
     }
   }
@@ -188,11 +219,12 @@ class Crew {
   const CrewOptions& options_;
   const ResultOptions resultOptions_;
   BatchPool pool_;
-  std::mutex mutex_;
-  std::condition_variable opened_;  // a sample was, or could not be
+  std::mutex mutex_;                 // guards all that follow
+  std::condition_variable changed_;  // a sample was opened, or has ended
   std::vector<Task> tasks_;
-  std::size_t begun_ = 0;            // tasks before it have been begun; guarded by mutex_
-  std::size_t end_ = tasks_.size();  // none from here on is begun; guarded by mutex_
+  std::vector<std::size_t> order_;   // of beginning: indices of tasks_
+  std::size_t begun_ = 0;            // so many of order_ have been begun, or passed over
+  std::size_t end_ = tasks_.size();  // the first task that failed: none behind it is begun
 };
 
 }  // namespace

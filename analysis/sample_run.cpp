@@ -43,8 +43,8 @@ SampleRun::SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& o
       source_(std::move(source)) {}
 
 void SampleRun::work() {
+  SampleMetrics* metrics = nullptr;
   try {
-    SampleMetrics* metrics = nullptr;
     {
       const std::scoped_lock lock(mutex_);
       metrics = &parts_.emplace_back(kernels_, probes_);
@@ -52,6 +52,12 @@ void SampleRun::work() {
     }
     workOn(*metrics);
   } catch (...) {
+    const bool others = [this] {
+      const std::scoped_lock lock(mutex_);
+      return workers_ > 0;
+    }();
+    // For one more thread there was no memory: those that work can do without it.
+    if (metrics == nullptr && others) return;
     breakOff(std::current_exception());
   }
 }
@@ -189,14 +195,15 @@ bool SampleRun::exhausted() const {
   return ended_ && ready_.empty();
 }
 
-SampleResult SampleRun::result() const {
+SampleResult SampleRun::result() {
   if (exception_) std::rethrow_exception(exception_);
   if (error_) throw FastqError(*error_);
-  SampleCounts counts(probes_.size());
+  // Not a copy: with many tiles and long reads it would be large.
+  SampleCounts counts = parts_.front().takeCounts();
   std::vector<DuplicateTable::Counts> duplicates;
-  for (const SampleMetrics& part : parts_) {
-    counts.merge(part.counts());
-    duplicates.push_back(part.duplicates);
+  for (SampleMetrics& part : parts_) {
+    if (&part != &parts_.front()) counts.merge(part.takeCounts());
+    duplicates.push_back(std::move(part.duplicates));
   }
   const auto positionCounts = [this](std::uint64_t position, PositionCounts& at) {
     at = {};

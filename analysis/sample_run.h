@@ -41,15 +41,15 @@ class SampleRun {
   // Works along until nothing is left to do. Failures are kept for result().
   void work();
 
-  // Makes work() end soon; there will be no result.
+  // Makes work() end soon; there is no result then.
   void stop();
 
   // Whether another thread would find nothing to do.
   bool exhausted() const;
 
-  // When every work() has returned. Throws the FastqError that comes first in the file, or what else made the
-  // run fail (std::bad_alloc).
-  SampleResult result() const;
+  // Once, when every work() has returned. Throws the FastqError that comes first in the file, or what else
+  // made the run fail (std::bad_alloc).
+  SampleResult result();
 
  private:
   // A fetched chunk.

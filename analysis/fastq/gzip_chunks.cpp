@@ -102,8 +102,9 @@ void GzipChunks::takeBlocks(Chunk& chunk) {
     endTooEarly(chunk);
   } else if (chunk.size > 0) {
     // As much as would have made this chunk full, and a block more.
+    // No more than blocks of any sense take: a goal that is too small makes a smaller chunk, nothing else.
     const std::size_t full = used * chunkSize_ / chunk.size + used / chunk.blocks.size();
-    packedGoal_ = std::max(full, kMaxBlockSize);
+    packedGoal_ = std::clamp(full, kMaxBlockSize, 2 * std::max(chunkSize_, kMaxBlockSize));
   }
 }
 

@@ -12,6 +12,9 @@ namespace {
 // A seam that held a longer record gives its memory back; shorter ones are used again.
 constexpr std::size_t kLargestKeptSeam = std::size_t{4} << 20;
 
+// A header beyond that is none; without a limit a file of another kind would be read into memory.
+constexpr std::size_t kLongestHeader = std::size_t{1} << 20;
+
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -141,8 +144,8 @@ inline bool RecordCutter::makeRecord(const char* text, std::size_t begin, const 
   record.line = line;
   const std::size_t length = record.sequence.size();
   // A read of colours shows in its second character.
-  return text[begin] == '@' && text[ends[1] + 1] == '+' && record.quality.size() == length &&
-         (length < 2 || record.sequence[1] > '9');
+  return text[begin] == '@' && ends[0] - begin <= kLongestHeader && text[ends[1] + 1] == '+' &&
+         record.quality.size() == length && (length < 2 || record.sequence[1] > '9');
 }
 
 // Cuts a single record, whose lines are complete.
@@ -176,6 +179,10 @@ bool RecordCutter::checkBegun(Batch& batch, const Begun& begun) const {
   const bool blankSoFar = header == '\r' && begun.begin + 1 == begun.end;
   if (header != '@' && !blankSoFar) {
     return fail(batch, 0, "the header starts with " + characterText(header) + " instead of '@'");
+  }
+  const std::size_t headerEnd = begun.lines == 0 ? begun.end : begun.lineEnds[0];
+  if (headerEnd - begun.begin > kLongestHeader) {
+    return fail(batch, 0, "the header has more than " + std::to_string(kLongestHeader) + " characters");
   }
   if (begun.lines < 2 || begun.lineEnds[1] + 1 == begun.end) return true;
   const char third = begun.text[begun.lineEnds[1] + 1];

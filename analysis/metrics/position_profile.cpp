@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::array<std::uint64_t, 5> kQuantiles = {10, 25, 50, 75, 90};
 constexpr std::uint64_t kTooFew = 100;  // bases for quantiles
+constexpr std::size_t kLowestCode = '!';
 
 template <std::size_t size>
 void addAll(std::array<std::uint64_t, size>& sums, const std::array<std::uint64_t, size>& counts) {
@@ -50,22 +51,30 @@ void PositionProfile::add(const PositionCounts& counts) {
   Sums& sums = sums_[group_];
   addAll(sums.bases, counts.bases);
   addAll(bases_, counts.bases);
-  addAll(qualities_, counts.qualities);
   if (position_ <= kEndLength) addAll(firstQualities_, counts.qualities);
 
   std::uint64_t total = 0;
   std::uint64_t codes = 0;
-  for (std::size_t code = 0; code < kQualityCodes; ++code) {
-    total += counts.qualities[code];
-    codes += counts.qualities[code] * code;
+  for (std::size_t code = kLowestCode; code < kQualityCodes; ++code) {
+    const std::uint64_t count = counts.qualities[code];
+    total += count;
+    codes += count * code;
+    qualities_[code] += count;
   }
   if (total == 0) return;
   ++sums.positions;
   sums.means += static_cast<double>(codes) / static_cast<double>(total);
   if (total <= kTooFew) return;
   ++sums.judged;
+  // One walk for all: they ascend.
+  std::size_t code = kLowestCode;
+  std::uint64_t met = counts.qualities[code];
   for (std::size_t i = 0; i < kQuantiles.size(); ++i) {
-    sums.quantiles[i] += codeReaching(counts.qualities, total * kQuantiles[i] / 100);
+    const std::uint64_t wanted = total * kQuantiles[i] / 100;
+    while (met < wanted) {
+      met += counts.qualities[++code];
+    }
+    sums.quantiles[i] += code;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "analysis/fastq/quality_check.h"
 
@@ -48,8 +49,8 @@ bool SampleMetrics::addShare(Share& share, const TileScheme& tiles) {
   return true;
 }
 
-SampleCounts SampleMetrics::counts() const {
-  SampleCounts counts = counts_;
+SampleCounts SampleMetrics::takeCounts() {
+  SampleCounts counts = std::move(counts_);
   for (const auto& part : ends_) {
     for (std::size_t code = 0; code < kQualityCodes; ++code) {
       counts.lastQualities[code] += part[code];

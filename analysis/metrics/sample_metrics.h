@@ -25,8 +25,8 @@ class SampleMetrics {
   // what was counted is of no use then.
   std::optional<FastqError> add(const Batch& batch, const TileScheme& tiles);
 
-  // Of all batches. Complete as it is.
-  SampleCounts counts() const;
+  // Of all batches; nothing more may be added then.
+  SampleCounts takeCounts();
   const PositionCounters& positions() const { return positions_; }
 
   // Reads counted in the full duplicate table; filled by the caller.

@@ -63,6 +63,23 @@ TEST(RecordCutter, TellsWhatIsWrongAndWhere) {
   }
 }
 
+// Or a file that holds no line feed would be read into memory.
+TEST(RecordCutter, RefusesAHeaderWithoutEnd) {
+  const std::string good = "@r\nACGT\n+\nIIII\n";
+  const std::string longest = "@" + std::string((1 << 20) - 1, 'x');
+  const std::string error = "record 2, line 5: the header has more than 1048576 characters";
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {good + longest + good.substr(2), ""},
+      {good + longest + "x" + good.substr(2), error},
+      {good + longest + "xx", error}};
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(test::parseSlowly(text).error, expected);
+    for (const Sizes& sizes : {kWhole, Sizes{1'000}, Sizes{1 << 20}}) {
+      EXPECT_EQ(test::cutInChunks(text, sizes).error, expected);
+    }
+  }
+}
+
 // Text that breaks off is told after the records before it, at the line that is not complete.
 TEST(RecordCutter, TellsWhereTheTextBreaksOff) {
   const std::string good = "@r\nACGT\n+\nIIII\n";

@@ -49,6 +49,7 @@ ReferenceResult parseSlowly(std::string_view text) {
     if (at == lines.size()) break;
     const std::size_t left = lines.size() - at;
     if (lines[at][0] != '@') return fail(0, "the header starts with " + shown(lines[at]) + " instead of '@'");
+    if (lines[at].size() > 1'048'576) return fail(0, "the header has more than 1048576 characters");
     if (left == 1) return fail(1, "the file ends inside the record, before its sequence");
     if (left == 2) return fail(2, "the file ends inside the record, before its '+' line");
     if (lines[at + 2].substr(0, 1) != "+") {

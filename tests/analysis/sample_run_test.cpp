@@ -4,10 +4,15 @@
 #include <random>
 #include <thread>
 
+#include "analysis/crew.h"
+#include "analysis/failure.h"
 #include "analysis/fastq/open_chunks.h"
 #include "analysis/report/result_csv.h"
 #include "analysis/sample_run.h"
+#include "platform/program.h"
 #include "tests/analysis/packed_text.h"
+#include "tests/support/run_program.h"
+#include "tests/support/temporary_folder.h"
 
 namespace genostat::analysis {
 namespace {
@@ -26,6 +31,7 @@ class TextSource : public ByteSource {
   std::string_view left_;
 };
 
+// Shared by all runs, as in a job.
 BatchPool pool;
 
 std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chunkSize, unsigned threads,
@@ -42,7 +48,7 @@ std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chun
 }
 
 // Every figure of the result that is shown.
-std::string figures(const SampleRun& run) {
+std::string figures(SampleRun& run) {
   return resultCsv({ResultRow{"sample", AdapterKind::None, run.result()}});
 }
 
@@ -150,6 +156,32 @@ TEST(SampleRun, EndsWhenMemoryRunsOut) {
     }
   }
   EXPECT_THROW(run.result(), std::bad_alloc);
+}
+
+// The first in their order, whichever is met first, and none of those behind it.
+TEST(Crew, TellsTheFirstFailureOfTheSamples) {
+  const test::TemporaryFolder folder;
+  const std::string good = makeText(2'000);
+  const std::vector<std::pair<std::string, std::string>> files = {
+      {"a.fq", good}, {"b.fq", good + "no header\n"}, {"c.fq", "no header\n"}, {"d.fq", good}};
+  std::vector<std::string> paths;
+  for (const auto& [name, text] : files) {
+    test::writeWholeFile(folder.path() / name, text);
+    paths.push_back(platform::pathToUtf8(folder.path() / name));
+  }
+  for (const unsigned threads : {1U, 2U, 8U}) {
+    CrewOptions options;
+    options.threads = threads;
+    for (int i = 0; i < 5; ++i) {
+      try {
+        measureSamples(samplesOfFiles(paths), options);
+        ADD_FAILURE() << "no failure";
+      } catch (const Failure& failure) {
+        EXPECT_EQ(failure.subject(), "b.fq") << threads << " threads";
+      }
+    }
+    EXPECT_EQ(measureSamples(samplesOfFiles({paths[0], paths[3], paths[0]}), options).size(), 3U);
+  }
 }
 
 }  // namespace
