@@ -13,6 +13,7 @@ namespace {
 struct Column {
   std::string_view name;
   std::string (*text)(const ResultRow&);
+  bool isNumber = true;
 };
 
 std::string decimals(std::optional<double> value) {
@@ -30,17 +31,18 @@ std::string lengthRange(const LengthSummary& lengths) {
 }
 
 template <Check check>
-constexpr Column kVerdict = {kCheckNames[static_cast<std::size_t>(check)], [](const ResultRow& row) {
-                               return std::string(verdictText(row.result.verdicts[check]));
-                             }};
+constexpr Column kVerdict = {
+    kCheckNames[static_cast<std::size_t>(check)],
+    [](const ResultRow& row) { return std::string(verdictText(row.result.verdicts[check])); }, false};
 
 // Readers find the columns by number as well as by name: neither order nor names may change.
 constexpr std::array kColumns = {
-    Column{"Sample", [](const ResultRow& row) { return repairedUtf8(row.sample); }},
-    Column{"Adapter_Type", [](const ResultRow& row) { return std::string(adapterKindName(row.adapter)); }},
+    Column{"Sample", [](const ResultRow& row) { return repairedUtf8(row.sample); }, false},
+    Column{"Adapter_Type", [](const ResultRow& row) { return std::string(adapterKindName(row.adapter)); },
+           false},
     Column{"Total_Sequences", [](const ResultRow& row) { return integerText(row.result.lengths.reads); }},
     Column{"Total_Bases", [](const ResultRow& row) { return integerText(row.result.lengths.bases); }},
-    Column{"Sequence_length", [](const ResultRow& row) { return lengthRange(row.result.lengths); }},
+    Column{"Sequence_length", [](const ResultRow& row) { return lengthRange(row.result.lengths); }, false},
     Column{"GC", [](const ResultRow& row) { return decimals(row.result.gcPercent); }},
     Column{"total_deduplicated_percentage",
            [](const ResultRow& row) { return fixedText(row.result.duplication.deduplicatedPercent, 6); }},
@@ -99,7 +101,7 @@ std::vector<ColumnText> columnTexts(const ResultRow& row) {
   std::vector<ColumnText> texts;
   texts.reserve(kColumns.size());
   for (const Column& column : kColumns) {
-    texts.push_back({column.name, column.text(row)});
+    texts.push_back({column.name, column.text(row), column.isNumber});
   }
   return texts;
 }

@@ -23,6 +23,7 @@ std::string resultCsv(const std::vector<ResultRow>& rows);
 struct ColumnText {
   std::string_view name;
   std::string text;  // empty when there is no value
+  bool isNumber;
 };
 std::vector<ColumnText> columnTexts(const ResultRow& row);
 

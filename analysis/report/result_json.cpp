@@ -3,7 +3,6 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -16,8 +15,6 @@
 namespace genostat::analysis {
 
 namespace {
-
-constexpr std::array<std::string_view, 3> kTextColumns = {"Sample", "Adapter_Type", "Sequence_length"};
 
 // Puts values into the document, one overload for each type that results are
 // made of.
@@ -94,14 +91,12 @@ void writeColumns(JsonText& json, const ResultRow& row) {
   json.objectMember("columns", [&] {
     for (const ColumnText& column : columnTexts(row)) {
       json.key(column.name);
-      const bool isText =
-          std::find(kTextColumns.begin(), kTextColumns.end(), column.name) != kTextColumns.end();
       if (column.text.empty()) {
         json.nothing();
-      } else if (isText || column.text.front() < '0' || column.text.front() > '9') {
-        json.value(std::string_view(column.text));
-      } else {
+      } else if (column.isNumber) {
         json.rawNumber(column.text);
+      } else {
+        json.value(std::string_view(column.text));
       }
     }
   });

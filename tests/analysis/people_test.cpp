@@ -65,6 +65,7 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
   result.lengths.reads = std::numeric_limits<std::uint64_t>::max();
   result.phredOffset = 64;
   result.gcPercent = 40.5;
+  result.medianPhredFirst = -29;
   result.readsByMeanQuality['h'] = 3;
   result.profile = {{.positions = {1, 1}, .meanPhred = 100.0 / 3, .quantiles = {}, .bases = {}},
                     {.positions = {2, 3},
@@ -87,7 +88,8 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
   EXPECT_EQ(sample["columns"]["Total_Sequences"].GetUint64(), std::numeric_limits<std::uint64_t>::max());
   EXPECT_TRUE(sample["columns"]["mean_phred_all_reads"].IsNull());
   // Numbers as they are written, so that the decimals are seen.
-  for (const char* part : {R"("GC":40.5000,)", R"({"positions":[1,1],"meanPhred":33.333333,"nPercent":0})",
+  for (const char* part : {R"("GC":40.5000,)", R"("median_phred_first_10bp":-29,)",
+                           R"({"positions":[1,1],"meanPhred":33.333333,"nPercent":0})",
                            R"("meanPhred":0,"phredQuantiles":[2,10,20,30,38],"basesPercent":[25,25,50,0])",
                            R"("deviation":null,)", R"("readsByMeanPhred":{"40":3})",
                            R"({"sequence":"GGGG","reads":4,"percent":0.2})",
