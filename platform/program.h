@@ -22,7 +22,7 @@ std::filesystem::path pathFromNarrow(std::string_view narrow);
 std::vector<std::string> commandLineArguments(int argc, const char* const* argv);
 
 // Puts the standard streams into the state our programs expect: UTF-8 text, input taken and output given byte
-// for byte.
+// for byte. From then on a write that the system refuses, to them or to a file, fails without a signal.
 void prepareStandardStreams();
 
 // The folder of the running program, links resolved.

@@ -43,8 +43,9 @@ void prepareStandardStreams() {
     if (fcntl(stream, F_GETFD) < 0 && errno == EBADF)
       open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
-  // A reader that went away shows up as a failed write, not as a signal.
+  // A reader that went away, or a limit on the size of files, shows up as a failed write, not as a signal.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 std::filesystem::path programFolder() {
