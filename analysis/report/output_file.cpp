@@ -25,6 +25,9 @@ std::filesystem::path followed(const std::filesystem::path& target) {
 
 OutputFile::OutputFile(const std::filesystem::path& target) : target_(followed(target)) {
   std::error_code ignored;
+  if (std::filesystem::is_directory(target_, ignored)) {
+    throw std::runtime_error(std::generic_category().message(EISDIR));
+  }
   if (!std::filesystem::is_other(target_, ignored)) part_.emplace(target_.parent_path());
 }
 

@@ -13,7 +13,7 @@ namespace genostat::analysis {
 // Written beside the target under a passing name and moved to its own by commit(), which also removes what
 // runs that were killed have left in that folder. Without a commit nothing stays. A link is followed; what is
 // no file, such as a pipe, is written as it stands, opened by the first write. Every failure is thrown as
-// std::runtime_error with the system's reason.
+// std::runtime_error with the system's reason; that the target is a folder, at once.
 class OutputFile {
  public:
   explicit OutputFile(const std::filesystem::path& target);
