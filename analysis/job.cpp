@@ -28,8 +28,6 @@ namespace genostat::analysis {
 
 namespace {
 
-constexpr const char* kStandardStream = "-";
-
 // The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
 std::filesystem::path pathFromRequest(const std::string& bytes) {
   return isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
@@ -55,9 +53,21 @@ std::vector<ResultRow> rowsOf(const std::vector<Sample>& samples, const CrewOpti
   return rows;
 }
 
+// An output must not cost the reads themselves.
+void refuseInputs(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code) {
+  for (const Sample& sample : samples) {
+    std::error_code different;
+    if (std::filesystem::equivalent(target, sample.path, different)) {
+      const std::string path = platform::pathToUtf8(target);
+      throw Failure(code, path, path + ": this is one of the files to measure");
+    }
+  }
+}
+
 // Measures the samples and writes the result file.
 void analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
                  const CrewOptions& options) {
+  refuseInputs(target, samples, ExitCode::OutputFailed);
   // An impossible output is told before hours of reading. The trial file does not stay: a job that is
   // killed while it reads leaves nothing behind.
   writeOutput(target, [&] { OutputFile trial(target); });
@@ -105,13 +115,34 @@ Adapter adapterFromOption(std::string_view option) {
 void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
   if (place.empty() || place == kStandardStream) return;
   const std::filesystem::path target = platform::pathFromUtf8(place);
-  for (const Sample& sample : samples) {
-    std::error_code different;
-    if (std::filesystem::equivalent(target, sample.path, different)) {
-      throw Failure(ExitCode::WrongArguments, place, place + ": this is one of the files to measure");
-    }
-  }
+  refuseInputs(target, samples, ExitCode::WrongArguments);
   writeOutput(target, [&] { OutputFile trial(target); });
+}
+
+// Where a path leads, whether or not there is anything.
+std::filesystem::path placeOf(const std::string& path) {
+  const std::filesystem::path given = platform::pathFromUtf8(path);
+  std::error_code error;
+  std::filesystem::path place = std::filesystem::absolute(given, error);
+  if (!error) place = std::filesystem::weakly_canonical(place, error);
+  return error ? given.lexically_normal() : place;
+}
+
+// The second of two outputs in one file would replace the first.
+void refuseSharedOutput(const QcOptions& options) {
+  if (options.csv.empty() || options.json.empty()) return;
+  std::string shared;
+  if (options.csv == kStandardStream || options.json == kStandardStream) {
+    if (options.csv != options.json) return;
+    shared = "standard output";
+  } else {
+    const std::filesystem::path place = placeOf(options.json);
+    std::error_code ignored;
+    // Devices and pipes take one after the other.
+    if (std::filesystem::is_other(place, ignored) || placeOf(options.csv) != place) return;
+    shared = "'" + options.json + "'";
+  }
+  throw Failure(ExitCode::WrongArguments, options.json, "--csv and --json cannot both go to " + shared);
 }
 
 void putOutput(const std::string& place, const std::string& text) {
@@ -186,6 +217,7 @@ ExitCode runQc(const QcOptions& options) {
         crew.adapter = adapterFromOption(options.adapter);
         crew.phredOffset = options.phredOffset;
         crew.threads = options.threads;
+        refuseSharedOutput(options);
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
         tryOutput(options.csv, samples);
         tryOutput(options.json, samples);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,14 +33,31 @@ constexpr const char* kExamples =
     "  zstd -dc reads.fastq.zst | genostat-analysis qc -          the sample is called stdin";
 
 constexpr unsigned kMaximumThreads = 256;
-constexpr const char* kStandardStream = "-";
 
-// Why a value cannot be taken, for the library; empty when it can.
-std::string threadsProblem(const std::string& text) {
+// The library takes a text in square brackets apart at its commas, but such is a good name of a file. So it
+// gets one with a zero character in front, which no argument holds.
+constexpr char kTakenLiterally = '\0';
+
+std::string protectedArgument(const std::string& text) {
+  return text.starts_with('[') && text.ends_with(']') ? kTakenLiterally + text : text;
+}
+
+std::string givenArgument(const std::string& text) {
+  return text.starts_with(kTakenLiterally) ? text.substr(1) : text;
+}
+
+// Decimal, also with zeros in front, which the library would take for the sign of an octal number.
+std::optional<unsigned> threadsFrom(const std::string& text) {
   unsigned value = 0;
   const std::from_chars_result end = std::from_chars(text.data(), text.data() + text.size(), value);
   const bool whole = end.ec == std::errc() && end.ptr == text.data() + text.size();
-  if (whole && value >= 1 && value <= kMaximumThreads) return {};
+  if (!whole || value < 1 || value > kMaximumThreads) return std::nullopt;
+  return value;
+}
+
+// Why a value cannot be taken, for the library; empty when it can.
+std::string threadsProblem(const std::string& text) {
+  if (threadsFrom(text)) return {};
   return "'" + text + "' is no number of threads; expected 1 to " + std::to_string(kMaximumThreads);
 }
 
@@ -57,15 +75,23 @@ std::string outputProblem(const std::string& text) {
 }
 
 void addQcOptions(CLI::App& command, QcOptions& qc) {
+  const CLI::callback_t takePaths = [&qc](const CLI::results_t& paths) {
+    qc.paths = paths;
+    return true;
+  };
   command
-      .add_option("PATHS", qc.paths,
+      .add_option("PATHS", takePaths,
                   "FASTQ files (plain, gzip, bgzf), folders of them, or - for standard input")
+      ->type_name("TEXT")
+      ->expected(1, -1)
+      ->allow_extra_args()
       ->required();
   command.add_option("--adapter", qc.adapter,
                      "none (look for all known ones), illumina, nextera, or a sequence of A, C, G, T, N");
   command
-      .add_option("--threads", qc.threads,
-                  "How many threads work; as many as there are processors when not given")
+      .add_option_function<std::string>(
+          "--threads", [&qc](const std::string& text) { qc.threads = threadsFrom(text).value_or(0); },
+          "How many threads work; as many as there are processors when not given")
       ->type_name("N")
       ->check(threadsProblem);
   command
@@ -81,6 +107,10 @@ void addQcOptions(CLI::App& command, QcOptions& qc) {
                   "Where the whole result goes, with its curves; with -, there is no table by default")
       ->type_name("FILE|-")
       ->check(outputProblem);
+  // Before the checks.
+  for (CLI::Option* option : command.get_options()) {
+    option->transform(givenArgument);
+  }
   command.footer(kExamples);
 }
 
@@ -102,6 +132,7 @@ ExitCode run(std::vector<std::string> arguments) {
   addQcOptions(*qcCommand, qc);
 
   try {
+    std::transform(arguments.begin(), arguments.end(), arguments.begin(), protectedArgument);
     // The library takes the arguments from the back.
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));
@@ -110,12 +141,7 @@ ExitCode run(std::vector<std::string> arguments) {
       throw CLI::ParseError("expected either qc and paths, or SCRIPT and PAYLOAD",
                             static_cast<int>(ExitCode::WrongArguments));
     }
-    if (qc.json == kStandardStream && qcCommand->count("--csv") == 0) qc.csv.clear();
-    if (!qc.json.empty() && qc.json == qc.csv) {
-      throw CLI::ParseError("--csv and --json cannot both go to " +
-                                (qc.json == kStandardStream ? "standard output" : "'" + qc.json + "'"),
-                            static_cast<int>(ExitCode::WrongArguments));
-    }
+    if (qc.json == genostat::analysis::kStandardStream && qcCommand->count("--csv") == 0) qc.csv.clear();
   } catch (const CLI::Success& success) {
     app.exit(success);
     return ExitCode::Success;

@@ -14,7 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kStandardInput = "-";
 constexpr std::array<std::string_view, 2> kFastqEndings = {".fastq", ".fq"};
 
 std::string lowerCase(std::string_view text) {
@@ -76,7 +75,10 @@ Sample sampleOfFile(const std::string& path) {
   Sample sample = makeSample(platform::pathFromUtf8(path), path);
   const fs::file_status status = statusOf(sample.path, path, "file");
   if (fs::is_directory(status)) {
-    throw Failure(ExitCode::InvalidFastq, path, path + ": this is a folder, not a FASTQ file");
+    // Without the separator that its path may end with.
+    const fs::path folderName = (sample.path / "").parent_path().filename();
+    throw Failure(ExitCode::InvalidFastq, platform::pathToUtf8(folderName),
+                  path + ": this is a folder, not a FASTQ file");
   }
   // Opening a pipe that nobody writes to would wait for ever.
   if (!fs::is_regular_file(status)) {
@@ -129,7 +131,7 @@ std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
   std::vector<Sample> samples;
   for (const std::string& path : paths) {
     std::error_code unknown;
-    if (path == kStandardInput) {
+    if (path == kStandardStream) {
       if (std::any_of(samples.begin(), samples.end(), [](const Sample& s) { return s.isStandardInput; })) {
         throw Failure(ExitCode::WrongArguments, path, "standard input can be read only once");
       }

@@ -8,6 +8,9 @@
 
 namespace genostat::analysis {
 
+// In place of a path: standard input, or standard output.
+inline constexpr std::string_view kStandardStream = "-";
+
 struct Sample {
   std::filesystem::path path;
   std::string givenPath;         // UTF-8, as messages name it

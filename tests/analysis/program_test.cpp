@@ -86,6 +86,8 @@ TEST_F(Program, TellsEveryFailure) {
       {json("\"x\":1"), 4, "", R"(the request has neither \"files\" nor \"folder\")"},
       {json(R"("files":["good.fq","bad.fq"])"), 5, R"("FILE_NAME":"bad.fq",)",
        "bad.fq: record 2, line 8: the quality has 4 characters, the sequence 5"},
+      {json(R"("files":["./none/"])"), 5, R"("FILE_NAME":"none",)",
+       "./none/: this is a folder, not a FASTQ file"},
       {json(R"("folder":"none")"), 8, R"("FOLDER_PATH":"none",)",
        "none: no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"},
       {json(R"("files":["good.fq"])", "result.csv", "CUSTOM"), 10, R"("ADAPTER_SEQUENCE":"ACGX",)",
@@ -117,10 +119,24 @@ TEST_F(Program, TellsAnOutputThatCannotBeWritten) {
   EXPECT_EQ(vanished.err,
             "genostat-analysis: error: gone/r.csv: writing failed: No such file or directory\n");
   fs::create_directory(folder() / "taken.csv");
-  EXPECT_EQ(launch(json(R"("files":["good.fq"])", "taken.csv")).status, 9);
+  write("bad.fq", "not read");
+  const std::string taken = "taken.csv: writing failed: Is a directory";
+  const std::string input = "./good.fq: this is one of the files to measure";
+  for (const std::string& sentence : {taken, input}) {
+    const std::string target = sentence.substr(0, sentence.find(':'));
+    const ProgramResult outcome = launch(json(R"("files":["good.fq","bad.fq"])", target));
+    EXPECT_EQ(outcome.status, 9) << target;
+    EXPECT_EQ(outcome.err, "genostat-analysis: error: " + sentence + "\n");
+  }
+  fs::remove(folder() / "bad.fq");
+  EXPECT_EQ(readWholeFile(folder() / "good.fq"), kGoodRead);
+  EXPECT_EQ(readWholeFile(folder() / "good.error"),
+            R"({"OUTPUT_PATH":"./good.fq","ERROR_MESSAGE":")" + input + "\"}");
+  fs::remove(folder() / "good.error");
   EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "taken.csv", "taken.error"}));
 
   if (!fs::exists("/bin/sh") || fs::path::preferred_separator == '\\') return;
+  EXPECT_EQ(run({"qc", "good.fq", "--csv", "/dev/null", "--json", "/dev/null"}).status, 0);
   // No room for more than 512 bytes, less than the header line: noticed when the file is
   // closed, and with many samples before.
   for (const int samples : {1, 300}) {
@@ -128,13 +144,13 @@ TEST_F(Program, TellsAnOutputThatCannotBeWritten) {
     for (int i = 1; i < samples; ++i) {
       files += ",\"good.fq\"";
     }
-    const ProgramResult full = runProgram(
-        {"/bin/sh",
-         {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\"", GENOSTAT_BIN_DIR "/genostat-analysis",
-          "script", toBase64(json("\"files\":[" + files + "]", "full.csv"))},
-         folder(),
-         {},
-         {}});
+    const ProgramResult full =
+        runProgram({"/bin/sh",
+                    {"-c", "ulimit -f 1; exec \"$0\" \"$@\"", GENOSTAT_BIN_DIR "/genostat-analysis", "script",
+                     toBase64(json("\"files\":[" + files + "]", "full.csv"))},
+                    folder(),
+                    {},
+                    {}});
     EXPECT_EQ(full.status, 9) << samples;
     EXPECT_EQ(full.err, "genostat-analysis: error: full.csv: writing failed: File too large\n");
     EXPECT_EQ(readWholeFile(folder() / "full.error").substr(0, 26), R"({"OUTPUT_PATH":"full.csv",)");
@@ -174,7 +190,7 @@ TEST_F(Program, MeasuresForPeople) {
   EXPECT_EQ(run({"qc", "--adapter", "custom", "good.fq"}).status, 10);
   EXPECT_EQ(run({"qc", "good.fq", "no.fq", "--csv", "p.csv"}).status, 2);
   const std::string piped = runProgram({fs::absolute(fs::path(GENOSTAT_BIN_DIR) / "genostat-analysis"),
-                                        {"qc", "-", "--threads", "2", "--phred", "33"},
+                                        {"qc", "-", "--threads", "08", "--phred", "33"},
                                         folder(),
                                         kGoodRead,
                                         {}})
@@ -187,6 +203,21 @@ TEST_F(Program, MeasuresForPeople) {
   EXPECT_EQ(namesIn(folder()), (Names{"good.fq", "o.csv", "o.json"}));
 }
 
+TEST_F(Program, TakesPathsAsTheyAre) {
+  const Names names = {"[run,1]", "[]", "[[b]]", "{}", "%%", "qc"};
+  Names arguments = {"qc", "--csv", "[o]"};
+  std::string rows = kHeader;
+  for (const std::string& name : names) {
+    write(name, kGoodRead);
+    arguments.push_back(name);
+    rows += (name == "[run,1]" ? "\"[run,1]\"" : name) + ",NONE" + kGoodRow;
+  }
+  EXPECT_EQ(run(arguments).err, "");
+  EXPECT_EQ(readWholeFile(folder() / "[o]"), rows);
+  write("a.fq", kGoodRead);
+  EXPECT_EQ(run({"qc", "[a.fq]"}).status, 2);
+}
+
 TEST_F(Program, RefusesWhatPeopleMistype) {
   write("good.fq", kGoodRead);
   write("reads.txt", kGoodRead);
@@ -195,7 +226,7 @@ TEST_F(Program, RefusesWhatPeopleMistype) {
       {{"--threads", "2x"}, "--threads: '2x' is no number of threads; expected 1 to 256"},
       {{"--phred", "50"}, "--phred: '50' is no quality offset; expected 33 or 64"},
       {{"--csv", "-", "--json", "-"}, "--csv and --json cannot both go to standard output"},
-      {{"--csv", "x", "--json", "x"}, "--csv and --json cannot both go to 'x'"},
+      {{"--csv", "x", "--json", "./x"}, "--csv and --json cannot both go to './x'"},
       {{"--csv", "b.FASTQ.gz"}, "--csv: 'b.FASTQ.gz' is named like reads and would be overwritten"},
       {{"--json", ""}, "--json: expected a file name, or - for standard output"},
       {{"--csv", "./reads.txt"}, "./reads.txt: this is one of the files to measure"},
