@@ -9,6 +9,10 @@ namespace genostat::analysis {
 
 namespace {
 
+// So many chunks more than there are threads may wait to be measured. Some, so that threads seldom meet at
+// the queue and a chunk has left the cache of the processor that inflated it before another one reads it.
+constexpr std::size_t kAhead = 4;
+
 std::vector<std::string> sequencesOf(const std::vector<Probe>& probes) {
   std::vector<std::string> sequences;
   sequences.reserve(probes.size());
@@ -74,7 +78,7 @@ std::optional<SampleRun::Task> SampleRun::nextTask() {
   for (;;) {
     workChanged_.wait(lock, [this] { return broken_ || ended_ || !fetching_ || !ready_.empty(); });
     if (broken_) return std::nullopt;
-    if (!ended_ && !fetching_ && ready_.size() < workers_) {
+    if (!ended_ && !fetching_ && ready_.size() < workers_ + kAhead) {
       fetching_ = true;
       lock.unlock();
       Task task = fetch();
