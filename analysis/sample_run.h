@@ -6,8 +6,8 @@
 // counted in integers, by each thread for itself, and added up at the end. So the result does not depend on
 // the number of threads, nor on where chunks end.
 //
-// A thread fetches when nobody else does and fewer chunks than there are threads wait to be measured;
-// otherwise it takes the first of those. So where fetching is slow (a gzip stream), one thread does nothing
+// A thread fetches when nobody else does and few chunks wait to be measured; otherwise it takes the first of
+// those. So where fetching is slow (a gzip stream), one thread does nothing
 // else and never waits for another; where it is fast, all measure.
 #pragma once
 
