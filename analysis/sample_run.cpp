@@ -76,7 +76,7 @@ void SampleRun::workOn(SampleMetrics& metrics) {
 std::optional<SampleRun::Task> SampleRun::nextTask() {
   std::unique_lock lock(mutex_);
   for (;;) {
-    workChanged_.wait(lock, [this] { return broken_ || ended_ || !fetching_ || !ready_.empty(); });
+    workChanged_.wait(lock, [this] { return broken_ || !fetching_ || !ready_.empty(); });
     if (broken_) return std::nullopt;
     if (!ended_ && !fetching_ && ready_.size() < workers_ + kAhead) {
       fetching_ = true;
@@ -93,12 +93,10 @@ std::optional<SampleRun::Task> SampleRun::nextTask() {
       // Somebody else may now fetch, or leave.
       workChanged_.notify_one();
       return task;
-    } else if (ended_ && !fetching_) {
+    } else {
+      // Nobody fetches and nothing is ready: this is the end.
       workChanged_.notify_all();
       return std::nullopt;
-    } else {
-      // The end was told while a chunk was still being fetched.
-      workChanged_.wait(lock, [this] { return broken_ || !fetching_ || !ready_.empty(); });
     }
   }
 }
