@@ -24,6 +24,10 @@ genostat_add_header_package(third_party::rapidjson
 if(NOT GENOSTAT_MODULE_ONLY)
   genostat_add_header_package(third_party::cli11
     CLI.hpp CLI "${GENOSTAT_PACKAGE_INCLUDE_DIR}/CLI")
+  genostat_add_header_package(third_party::eigen
+    Dense Eigen "${GENOSTAT_PACKAGE_INCLUDE_DIR}/eigen3/Eigen")
+  genostat_add_header_package(third_party::boost
+    math/distributions.hpp boost "${GENOSTAT_PACKAGE_INCLUDE_DIR}/boost")
   genostat_add_header_package(third_party::hwy
     highway.h hwy "${GENOSTAT_PACKAGE_INCLUDE_DIR}/hwy")
 endif()
