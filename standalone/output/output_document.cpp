@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/output/chart_json.h"
 #include "standalone/output/table_json.h"
 #include "standalone/syntax/diagnostic.h"
 
@@ -11,17 +12,6 @@ namespace genostat::standalone {
 namespace {
 
 constexpr int kFormatVersion = 1;
-
-std::string tableItem(std::string_view procedure, const PivotTable& table) {
-  rapidjson::StringBuffer buffer;
-  JsonWriter writer(buffer);
-  writer.StartObject();
-  writeMember(writer, "type", "table");
-  writeMember(writer, "procedure", procedure);
-  writeTableMembers(writer, table);
-  writer.EndObject();
-  return std::string(buffer.GetString(), buffer.GetSize());
-}
 
 std::vector<PivotTable> readProcedureTables(std::string_view json) {
   const rapidjson::Document document = parseJson(json);
@@ -41,10 +31,32 @@ std::vector<PivotTable> readProcedureTables(std::string_view json) {
 struct OutputDocument::Contents {
   std::vector<std::string> items;
   std::function<void(const std::string&)> listener;
+  std::string source;
+  unsigned command = 0;  // 0: what stands outside of commands
 
-  void add(std::string item) {
-    items.push_back(std::move(item));
+  // `writeMembers` adds what an item of this type has beyond what all have.
+  template <typename WriteMembers>
+  void add(const char* type, WriteMembers writeMembers) {
+    rapidjson::StringBuffer buffer;
+    JsonWriter writer(buffer);
+    writer.StartObject();
+    writeMember(writer, "type", type);
+    if (command > 0) {
+      writer.Key("command");
+      writer.Uint(command);
+      writeMember(writer, "source", source);
+    }
+    writeMembers(writer);
+    writer.EndObject();
+    items.emplace_back(buffer.GetString(), buffer.GetSize());
     if (listener) listener(items.back());
+  }
+
+  void addTable(std::string_view procedure, const PivotTable& table) {
+    add("table", [&](JsonWriter& writer) {
+      writeMember(writer, "procedure", procedure);
+      writeTableMembers(writer, table);
+    });
   }
 };
 
@@ -54,18 +66,26 @@ OutputDocument::~OutputDocument() = default;
 void OutputDocument::addTable(std::string_view procedure, const PivotTable& table) {
   PivotTable squared = table;
   squareUp(squared);
-  contents_->add(tableItem(procedure, squared));
+  contents_->addTable(procedure, squared);
+}
+
+void OutputDocument::addChart(std::string_view procedure, const Chart& chart) {
+  contents_->add("chart", [&](JsonWriter& writer) {
+    writeMember(writer, "procedure", procedure);
+    writeChartMembers(writer, chart);
+  });
+}
+
+void OutputDocument::beginCommand(std::string_view source) {
+  contents_->source = source;
+  ++contents_->command;
 }
 
 void OutputDocument::addText(std::string_view kind, std::string_view text) {
-  rapidjson::StringBuffer buffer;
-  JsonWriter writer(buffer);
-  writer.StartObject();
-  writeMember(writer, "type", "text");
-  writeMember(writer, "kind", kind);
-  writeMember(writer, "text", text);
-  writer.EndObject();
-  contents_->add(std::string(buffer.GetString(), buffer.GetSize()));
+  contents_->add("text", [&](JsonWriter& writer) {
+    writeMember(writer, "kind", kind);
+    writeMember(writer, "text", text);
+  });
 }
 
 void OutputDocument::addProcedureJson(std::string_view procedure, std::string_view json) {
@@ -76,7 +96,7 @@ void OutputDocument::addProcedureJson(std::string_view procedure, std::string_vi
     throw CommandError(std::string(procedure) + ": " + error.what());
   }
   for (const PivotTable& table : tables) {
-    contents_->add(tableItem(procedure, table));
+    contents_->addTable(procedure, table);
   }
 }
 

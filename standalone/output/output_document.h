@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/output/chart.h"
 #include "standalone/output/pivot_table.h"
 
 namespace genostat::standalone {
@@ -19,8 +20,11 @@ class OutputDocument {
   OutputDocument(const OutputDocument&) = delete;
   OutputDocument& operator=(const OutputDocument&) = delete;
 
+  // What is added from now on belongs to a further command of the text called `source`.
+  void beginCommand(std::string_view source);
   // Adds a table that `procedure` ("DESCRIPTIVES") made.
   void addTable(std::string_view procedure, const PivotTable& table);
+  void addChart(std::string_view procedure, const Chart& chart);
   // Adds a line of text, such as an error message. `kind`: "error", "warning" or "note".
   void addText(std::string_view kind, std::string_view text);
   // Adds what a module's procedure handed over as JSON text (see host/output.h).

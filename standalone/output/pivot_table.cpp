@@ -13,6 +13,10 @@ CellValue numberCell(double number, int decimals) {
   return {number, {decimals, true}};
 }
 
+CellValue fractionCell(double number, int decimals) {
+  return {number, {decimals, false}};
+}
+
 std::size_t leafCount(const std::vector<Category>& categories) {
   std::size_t count = 0;
   for (const Category& category : categories) {

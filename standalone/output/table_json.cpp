@@ -14,11 +14,16 @@ namespace {
 // Labels nest by hand-made procedures only; this keeps a hostile text from exhausting the stack.
 constexpr int kDeepestNesting = 32;
 
+void writeMark(JsonWriter& writer, const char* key, const std::string& mark) {
+  if (!mark.empty()) writeMember(writer, key, mark);
+}
+
 void writeCategories(JsonWriter& writer, const std::vector<Category>& categories) {
   writer.StartArray();
   for (const Category& category : categories) {
     writer.StartObject();
     writeMember(writer, "label", category.label);
+    writeMark(writer, "mark", category.mark);
     if (!category.children.empty()) {
       writer.Key("children");
       writeCategories(writer, category.children);
@@ -39,7 +44,14 @@ void writeDimension(JsonWriter& writer, const char* key, const std::string& labe
 }
 
 void writeCell(JsonWriter& writer, const CellValue& cell) {
-  if (const auto* text = std::get_if<std::string>(&cell.value)) return writeString(writer, *text);
+  if (const auto* text = std::get_if<std::string>(&cell.value)) {
+    if (cell.mark.empty()) return writeString(writer, *text);
+    writer.StartObject();
+    writeMember(writer, "text", *text);
+    writeMark(writer, "mark", cell.mark);
+    writer.EndObject();
+    return;
+  }
   const auto* number = std::get_if<double>(&cell.value);
   // JSON has no words for infinity and not-a-number.
   if (number == nullptr || !std::isfinite(*number)) {
@@ -55,6 +67,7 @@ void writeCell(JsonWriter& writer, const CellValue& cell) {
     writer.Key("leadingZero");
     writer.Bool(false);
   }
+  writeMark(writer, "mark", cell.mark);
   writer.EndObject();
 }
 
@@ -91,7 +104,8 @@ std::vector<Category> readCategories(const rapidjson::Value& array, int depth) {
   std::vector<Category> categories;
   for (const rapidjson::Value& value : array.GetArray()) {
     if (!value.IsObject()) fail("a category is no object");
-    Category category{std::string(stringMember(value, "label")), {}};
+    Category category{
+        std::string(stringMember(value, "label")), {}, std::string(stringMember(value, "mark"))};
     if (value.HasMember("children"))
       category.children = readCategories(arrayMember(value, "children"), depth + 1);
     categories.push_back(std::move(category));
@@ -103,11 +117,13 @@ CellValue readCell(const rapidjson::Value& value) {
   if (value.IsNull()) return {};
   if (value.IsString()) return {std::string(value.GetString(), value.GetStringLength()), {}};
   if (!value.IsObject()) fail("a cell is neither null, a text nor a number with its format");
+  const std::string mark(stringMember(value, "mark"));
+  if (value.HasMember("text")) return {std::string(stringMember(value, "text")), {}, mark};
   const auto number = value.FindMember("number");
   if (number == value.MemberEnd() || !number->value.IsNumber()) fail("a cell object without a number");
   const auto leadingZero = value.FindMember("leadingZero");
   const bool zero = leadingZero == value.MemberEnd() || !leadingZero->value.IsFalse();
-  return {number->value.GetDouble(), {intMember(value, "decimals"), zero}};
+  return {number->value.GetDouble(), {intMember(value, "decimals"), zero}, mark};
 }
 
 }  // namespace
@@ -124,6 +140,7 @@ void writeMember(JsonWriter& writer, std::string_view key, std::string_view text
 
 void writeTableMembers(JsonWriter& writer, const PivotTable& table) {
   writeMember(writer, "title", table.title);
+  writeMark(writer, "titleMark", table.titleMark);
   writeDimension(writer, "rows", table.rowLabel, table.rows);
   writeDimension(writer, "columns", table.columnLabel, table.columns);
   writer.Key("cells");
@@ -161,6 +178,7 @@ PivotTable readTable(const rapidjson::Value& object) {
   const rapidjson::Value& rows = objectMember(object, "rows");
   const rapidjson::Value& columns = objectMember(object, "columns");
   table.title = stringMember(object, "title");
+  table.titleMark = stringMember(object, "titleMark");
   table.rowLabel = stringMember(rows, "label");
   table.columnLabel = stringMember(columns, "label");
   table.rows = readCategories(arrayMember(rows, "categories"), 1);

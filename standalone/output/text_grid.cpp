@@ -47,9 +47,9 @@ bool anyLabel(const std::vector<LabelPath>& paths) {
 
 GridCell valueCell(const CellValue& cell) {
   if (const auto* number = std::get_if<double>(&cell.value)) {
-    return {formatNumber(*number, cell.format), nullptr, Alignment::Right, false};
+    return {formatNumber(*number, cell.format) + printableText(cell.mark), nullptr, Alignment::Right, false};
   }
-  if (const auto* text = std::get_if<std::string>(&cell.value)) return {printableText(*text)};
+  if (const auto* text = std::get_if<std::string>(&cell.value)) return {printableText(*text + cell.mark)};
   return {};
 }
 

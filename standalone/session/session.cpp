@@ -81,6 +81,7 @@ void Session::runItem(const ScanResult::Item& item) {
   asCommand([&] {
     setJobMetadata(workbook_, ++paragraph_);
     if (item.error) {
+      output_.beginCommand(item.error->range ? item.error->range->source->name : std::string());
       report(*item.error);
     } else {
       execute(item.command);
@@ -90,6 +91,7 @@ void Session::runItem(const ScanResult::Item& item) {
 
 void Session::execute(const Command& command) {
   const CommandScope scope(command);
+  output_.beginCommand(command.tokens.front().range.source->name);
   try {
     const CommandHandler& handler = dispatcher_.find(command);
     if (handler.name == kModuleCommand) return runModule(command);
