@@ -17,5 +17,9 @@ void runDatasetActivate(CommandContext& context);
 void runDatasetClose(CommandContext& context);
 
 void runDescriptives(CommandContext& context);
+void runFrequencies(CommandContext& context);
+void runCorrelations(CommandContext& context);
+void runNonparCorr(CommandContext& context);
+void runRegression(CommandContext& context);
 
 }  // namespace genostat::standalone

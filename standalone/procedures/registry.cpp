@@ -1,23 +1,10 @@
 #include <array>
-#include <string>
 
 #include "standalone/procedures/commands.h"
-#include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
 
 namespace {
-
-// For statistics that generated syntax may ask for before this host has them.
-template <const char* kName>
-void notAvailableYet(CommandContext& context) {
-  TokenCursor::fail(std::string(kName) + " is not available yet", context.command.tokens.front());
-}
-
-constexpr char kFrequencies[] = "FREQUENCIES";
-constexpr char kCorrelations[] = "CORRELATIONS";
-constexpr char kNonparametric[] = "NONPAR CORR";
-constexpr char kRegression[] = "REGRESSION";
 
 constexpr std::array kCommands = {
     CommandHandler{"PRESERVE", runPreserve},
@@ -30,10 +17,10 @@ constexpr std::array kCommands = {
     CommandHandler{"DATASET ACTIVATE", runDatasetActivate},
     CommandHandler{"DATASET CLOSE", runDatasetClose},
     CommandHandler{"DESCRIPTIVES", runDescriptives},
-    CommandHandler{kFrequencies, notAvailableYet<kFrequencies>},
-    CommandHandler{kCorrelations, notAvailableYet<kCorrelations>},
-    CommandHandler{kNonparametric, notAvailableYet<kNonparametric>},
-    CommandHandler{kRegression, notAvailableYet<kRegression>},
+    CommandHandler{"FREQUENCIES", runFrequencies},
+    CommandHandler{"CORRELATIONS", runCorrelations},
+    CommandHandler{"NONPAR CORR", runNonparCorr},
+    CommandHandler{"REGRESSION", runRegression},
 };
 
 }  // namespace

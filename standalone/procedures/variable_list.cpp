@@ -27,6 +27,7 @@ const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
 class Selection {
  public:
   void add(const Column& column, bool named) {
+    if (std::ranges::find(all_, &column) == all_.end()) all_.push_back(&column);
     if (column.type == Column::Type::Numeric) {
       if (std::ranges::find(numeric_, &column) == numeric_.end()) numeric_.push_back(&column);
     } else if (named && std::ranges::find(strings_, &column) == strings_.end()) {
@@ -34,6 +35,7 @@ class Selection {
     }
   }
 
+  const std::vector<const Column*>& all() const { return all_; }
   const std::vector<const Column*>& numeric() const { return numeric_; }
   bool hasStrings() const { return !strings_.empty(); }
 
@@ -47,6 +49,7 @@ class Selection {
   }
 
  private:
+  std::vector<const Column*> all_;
   std::vector<const Column*> numeric_;
   std::vector<const Column*> strings_;
 };
@@ -67,17 +70,8 @@ void addVariables(const Dataset& dataset, TokenCursor& cursor, Selection& select
   }
 }
 
-}  // namespace
-
-const Dataset& requireActiveDataset(const CommandContext& context) {
-  if (const Dataset* dataset = context.datasets.active()) return *dataset;
-  TokenCursor::fail("no dataset is active", context.command.tokens.front());
-}
-
-std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
-                                                 TokenCursor& cursor) {
-  const Token& begin = cursor.peek();
-  if (cursor.atSubcommandEnd()) TokenCursor::fail("the list names no variable", begin);
+Selection parseSelection(const Dataset& dataset, TokenCursor& cursor) {
+  if (cursor.atSubcommandEnd()) TokenCursor::fail("the list names no variable", cursor.peek());
   Selection selection;
   while (!cursor.atSubcommandEnd()) {
     const Token& token = cursor.peek();
@@ -92,11 +86,29 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
     }
     addVariables(dataset, cursor, selection);
   }
+  return selection;
+}
+
+}  // namespace
+
+const Dataset& requireActiveDataset(const CommandContext& context) {
+  if (const Dataset* dataset = context.datasets.active()) return *dataset;
+  TokenCursor::fail("no dataset is active", context.command.tokens.front());
+}
+
+std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
+                                                 TokenCursor& cursor) {
+  const Token& begin = cursor.peek();
+  const Selection selection = parseSelection(dataset, cursor);
   if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
   if (selection.hasStrings()) {
     context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), begin.range, {}});
   }
   return selection.numeric();
+}
+
+std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor) {
+  return parseSelection(dataset, cursor).all();
 }
 
 }  // namespace genostat::standalone

@@ -18,4 +18,7 @@ const Dataset& requireActiveDataset(const CommandContext& context);
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
                                                  TokenCursor& cursor);
 
+// The same, with string variables.
+std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor);
+
 }  // namespace genostat::standalone
