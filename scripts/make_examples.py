@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""Makes the example reads: examples/control.fastq and examples/treated.fastq.gz.
+"""Makes the example reads: examples/control.fastq, examples/treated.fastq.gz and the twelve files of examples/cohort.
 
-  make_examples.py           writes both files
+  make_examples.py           writes the files
   make_examples.py --check   compares the files that are there with what would be written; status 1 if they differ
 
 The reads imitate two sequencing runs of one experiment. The control run is clean; the treated one is
 richer in G and C, loses quality towards its ends, holds more copies of the same fragments and more adapter.
+The cohort has six samples of each kind, short reads with binned qualities that suffered unevenly, so that statistics
+have something to find.
 Only the compressed form may depend on the zlib at hand, so --check compares what is inside.
 """
 import gzip
@@ -16,6 +18,8 @@ import sys
 FOLDER = pathlib.Path(__file__).resolve().parent.parent / "examples"
 ADAPTER = "AGATCGGAAGAGCACACGTCTGAACTCCAGTCAC"
 READS = 250
+COHORT_READS, COHORT_LENGTH = 1100, 50
+BINS = (2, 12, 23, 37)  # as the younger sequencers round them
 SHORTEST, LONGEST = 75, 100
 
 
@@ -61,20 +65,57 @@ def run(seed, flow_cell, gc, start, loss, copies, adapters):
     return "".join(lines).encode("ascii")
 
 
+def cohort_sample(rng, flow_cell, gc, start, loss, copies, adapters):
+    """One sample of the cohort as FASTQ bytes."""
+    fragments = []
+    lines = []
+    for number in range(COHORT_READS + int(rng.random() * 100)):
+        if fragments and rng.random() < copies:
+            # Copies have few originals, as those of a real amplification.
+            bases = fragments[int(rng.random() ** 3 * len(fragments))]
+        else:
+            bases = fragment(rng, gc)[:COHORT_LENGTH]
+            fragments.append(bases)
+        if rng.random() < adapters:
+            bases = (bases[:15 + int(rng.random() * 25)] + ADAPTER)[:COHORT_LENGTH]
+        levels = [start - loss * position / COHORT_LENGTH + 16 * (rng.random() - 0.5) for position in range(len(bases))]
+        phred = [min(BINS, key=lambda value: abs(value - level)) for level in levels]
+        lines.append(f"@GS0001:13:{flow_cell}:1:{1101 + number % 4}:{1000 + number * 7}:{1000 + number * 11}\n{bases}\n+\n")
+        lines.append("".join(chr(33 + q) for q in phred) + "\n")
+    return "".join(lines).encode("ascii")
+
+
+def cohort():
+    """The samples of the cohort: name and FASTQ bytes."""
+    rng = random.Random(303)
+    for kind, gc, start, loss, copies, adapters in (
+        ("control", 0.42, 37, 4, 0.05, 0.01), ("treated", 0.50, 36, 14, 0.25, 0.05)
+    ):
+        for number in range(1, 7):
+            strain = rng.random()  # how much the sample has suffered
+            yield f"{kind}_{number}", cohort_sample(
+                rng, f"H{kind[:4].upper()}{number:04}", gc + 0.06 * (rng.random() - 0.5), start - 3 * strain,
+                loss * (0.5 + strain), copies * (0.5 + strain), adapters * 2 * strain * strain)
+
+
 def main():
     control = run(101, "HCTRL0001", gc=0.41, start=37, loss=3, copies=0.04, adapters=0.01)
     treated = run(202, "HTREA0002", gc=0.55, start=35, loss=14, copies=0.25, adapters=0.08)
-    plain, packed = FOLDER / "control.fastq", FOLDER / "treated.fastq.gz"
+    packed = {FOLDER / "treated.fastq.gz": treated}
+    packed |= {FOLDER / "cohort" / f"{name}.fastq.gz": reads for name, reads in cohort()}
+    plain = FOLDER / "control.fastq"
     if sys.argv[1:] == ["--check"]:
-        same = plain.read_bytes() == control and gzip.decompress(packed.read_bytes()) == treated
+        same = plain.read_bytes() == control and all(
+            gzip.decompress(path.read_bytes()) == reads for path, reads in packed.items())
         print("the examples are " + ("as made" if same else "NOT what this script makes"))
         return 0 if same else 1
     if sys.argv[1:]:
         print(__doc__, file=sys.stderr)
         return 2
-    FOLDER.mkdir(exist_ok=True)
+    (FOLDER / "cohort").mkdir(parents=True, exist_ok=True)
     plain.write_bytes(control)
-    packed.write_bytes(gzip.compress(treated, compresslevel=9, mtime=0))
+    for path, reads in packed.items():
+        path.write_bytes(gzip.compress(reads, compresslevel=9, mtime=0))
     return 0
 
 
