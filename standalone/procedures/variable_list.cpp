@@ -70,10 +70,15 @@ void addVariables(const Dataset& dataset, TokenCursor& cursor, Selection& select
   }
 }
 
-Selection parseSelection(const Dataset& dataset, TokenCursor& cursor) {
-  if (cursor.atSubcommandEnd()) TokenCursor::fail("the list names no variable", cursor.peek());
+Selection parseSelection(const Dataset& dataset, TokenCursor& cursor, std::string_view stop) {
+  const auto atListEnd = [&] {
+    const Token& token = cursor.peek();
+    return cursor.atSubcommandEnd() ||
+           (!stop.empty() && token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, stop));
+  };
+  if (atListEnd()) TokenCursor::fail("the list names no variable", cursor.peek());
   Selection selection;
-  while (!cursor.atSubcommandEnd()) {
+  while (!atListEnd()) {
     const Token& token = cursor.peek();
     // A variable of that name goes before the keyword.
     if (token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, "ALL") &&
@@ -97,9 +102,9 @@ const Dataset& requireActiveDataset(const CommandContext& context) {
 }
 
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
-                                                 TokenCursor& cursor) {
+                                                 TokenCursor& cursor, std::string_view stop) {
   const Token& begin = cursor.peek();
-  const Selection selection = parseSelection(dataset, cursor);
+  const Selection selection = parseSelection(dataset, cursor, stop);
   if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
   if (selection.hasStrings()) {
     context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), begin.range, {}});
@@ -108,7 +113,7 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
 }
 
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor) {
-  return parseSelection(dataset, cursor).all();
+  return parseSelection(dataset, cursor, {}).all();
 }
 
 }  // namespace genostat::standalone

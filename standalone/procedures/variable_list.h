@@ -1,6 +1,7 @@
 // Lists of variables in commands: names, `first TO last`, ALL.
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "standalone/data/dataset.h"
@@ -12,11 +13,12 @@ namespace genostat::standalone {
 // The active dataset; throws CommandError at the command's name when there is none.
 const Dataset& requireActiveDataset(const CommandContext& context);
 
-// The numeric variables of the list that stands at the cursor, up to the subcommand's end, each
-// once. String variables are left out with a warning, silently where ALL names them. Throws
-// CommandError for an unknown variable, an empty list, and a list without a numeric variable.
+// The numeric variables of the list that stands at the cursor, up to the subcommand's end or the
+// word `stop` (upper case; empty: none), each once. String variables are left out with a warning, silently
+// where ALL names them. Throws CommandError for an unknown variable, an empty list, and a list without a
+// numeric variable.
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
-                                                 TokenCursor& cursor);
+                                                 TokenCursor& cursor, std::string_view stop = {});
 
 // The same, with string variables.
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor);
