@@ -1,10 +1,134 @@
+// CORRELATIONS: Pearson's coefficients.
+//
+//   CORRELATIONS [VARIABLES=] list [WITH list]
+//     [/VARIABLES=list [WITH list]]...             a further table for each
+//     [/PRINT=[TWOTAIL] [ONETAIL] [SIG|NOSIG] [FULL|LOWER]]
+//     [/STATISTICS=[DESCRIPTIVES] [XPROD] [ALL]]
+//     [/MISSING=[PAIRWISE|LISTWISE] [INCLUDE|EXCLUDE]].
+//
+// Both tails together give a row of significances for each; flags then go by the two-tailed one.
+// NOSIG flags significant coefficients; the rows of significances stay.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+#include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/procedures/correlation_chart.h"
+#include "standalone/procedures/correlation_command.h"
+#include "standalone/procedures/correlation_table.h"
+#include "standalone/procedures/variable_list.h"
+#include "standalone/statistics/correlation_matrix.h"
+#include "standalone/statistics/moments.h"
+#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
 
+namespace {
+
+struct PearsonRequest {
+  std::vector<CorrelationList> lists;
+  CorrelationPrint print;
+  bool descriptives = false;
+  bool products = false;
+  Deletion deletion = Deletion::Pairwise;
+};
+
+void parsePearsonStatistics(TokenCursor& cursor, PearsonRequest& request) {
+  enum : std::size_t { Descriptives, Products };
+  static constexpr std::array<std::string_view, 3> kKeywords = {"DESCRIPTIVES", "XPROD", "ALL"};
+  while (!cursor.atSubcommandEnd()) {
+    const std::size_t keyword = cursor.expectKeyword(kKeywords, "statistic");
+    if (keyword != Products) request.descriptives = true;
+    if (keyword != Descriptives) request.products = true;
+  }
+}
+
+PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& dataset) {
+  enum : std::size_t { Variables, Print, Statistics, Missing };
+  static constexpr std::array<std::string_view, 4> kSubcommands = {"VARIABLES", "PRINT", "STATISTICS",
+                                                                   "MISSING"};
+  TokenCursor cursor(context.command);
+  const Token& name = cursor.next();
+  PearsonRequest request;
+  // The list may stand right behind the command's name.
+  const Token& first = cursor.peek();
+  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands)) {
+    request.lists.push_back(parseCorrelationList(context, dataset, cursor));
+  }
+  while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
+    switch (*subcommand) {
+      case Variables:
+        request.lists.push_back(parseCorrelationList(context, dataset, cursor));
+        break;
+      case Print:
+        while (!cursor.atSubcommandEnd()) {
+          applyPrintKeyword(request.print, cursor.expectKeyword(kCorrelationPrintKeywords));
+        }
+        break;
+      case Statistics:
+        parsePearsonStatistics(cursor, request);
+        break;
+      case Missing:
+        request.deletion = parseDeletion(cursor);
+        break;
+      default:
+        break;
+    }
+  }
+  if (request.lists.empty()) TokenCursor::fail("CORRELATIONS names no variable", name);
+  return request;
+}
+
+// With a missing value in each case that is incomplete in any variable of the list.
+std::vector<double> completeValues(const Column& column, const CorrelationList& list) {
+  std::vector<double> values = column.numbers;
+  for (const Column* other : list.variables) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (std::isnan(other->numbers[i])) values[i] = std::numeric_limits<double>::quiet_NaN();
+    }
+  }
+  return values;
+}
+
+PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
+  PivotTable table;
+  table.title = "Descriptive Statistics";
+  table.columns = {{"Mean", {}}, {"Std. Deviation", {}}, {"N", {}}};
+  const auto cell = [](const std::optional<double>& value, int decimals) {
+    return value ? numberCell(*value, std::min(decimals, 5)) : CellValue();
+  };
+  for (const Column* column : list.variables) {
+    const Moments moments =
+        computeMoments(deletion == Deletion::Listwise ? completeValues(*column, list) : column->numbers);
+    table.rows.push_back({column->name, {}});
+    table.cells.push_back({cell(moments.mean, column->decimals + 2),
+                           cell(moments.standardDeviation, column->decimals + 3),
+                           numberCell(static_cast<double>(moments.count), 0)});
+  }
+  return table;
+}
+
+}  // namespace
+
 void runCorrelations(CommandContext& context) {
-  TokenCursor::fail("CORRELATIONS is not available yet", context.command.tokens.front());
+  static constexpr std::string_view kProcedure = "CORRELATIONS";
+  const Dataset& dataset = requireActiveDataset(context);
+  const PearsonRequest request = parsePearsonRequest(context, dataset);
+  for (const CorrelationList& list : request.lists) {
+    if (request.descriptives) context.output.addTable(kProcedure, momentsTable(list, request.deletion));
+    CorrelationTable table("Correlations", list, request.print, request.deletion);
+    table.add({"", "Pearson Correlation", request.products}, pearsonMatrix(list.values(), request.deletion));
+    context.output.addTable(kProcedure, table.finish());
+    if (const auto chart = correlationChart(list, request.deletion)) {
+      context.output.addChart(kProcedure, *chart);
+    }
+  }
 }
 
 }  // namespace genostat::standalone
