@@ -1,58 +1,29 @@
-// Two passes. The first finds the mean with a compensated sum, the second sums powers of the
-// deviations from it, so that a large mean takes no digits from the spread. The deviations are
-// scaled by the largest of them, so that their powers stay within double's range. What rounding
-// the mean leaves over is small but known, Σ(x - m) / n, and the sums are shifted by it.
-// Compensation: A. Neumaier, "Rundungsfehleranalyse einiger Verfahren zur Summation endlicher
-// Summen", ZAMM 54 (1974) 39-51. Correction: T. F. Chan, G. H. Golub, R. J. LeVeque, "Algorithms
-// for computing the sample variance", The American Statistician 37 (1983) 242-247.
+// Two passes. The first finds the mean, the second sums powers of the deviations from it, so that a
+// large mean takes no digits from the spread. The deviations are scaled by a power of two near the
+// largest of them, so that their powers stay within double's range. What rounding the mean leaves
+// over is small but known, Σ(x - m) / n, and the sums are shifted by it: T. F. Chan, G. H. Golub,
+// R. J. LeVeque, "Algorithms for computing the sample variance", The American Statistician 37
+// (1983) 242-247.
 
 #include "standalone/statistics/moments.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "standalone/statistics/moment_sums.h"
 
 namespace genostat::standalone {
 
 namespace {
 
-// A sum that remembers what each addition rounded away.
-class CompensatedSum {
- public:
-  void add(double value) {
-    const double sum = sum_ + value;
-    lost_ += std::abs(sum_) >= std::abs(value) ? (sum_ - sum) + value : (value - sum) + sum_;
-    sum_ = sum;
-  }
-
-  double value() const { return sum_ + lost_; }
-
- private:
-  double sum_ = 0;
-  double lost_ = 0;
-};
-
-// Sums of the powers of z = (x - mean) / scale.
-struct PowerSums {
-  double second;
-  double third;
-  double fourth;
-};
-
-PowerSums sumPowers(std::span<const double> values, double n, double mean, double scale) {
-  CompensatedSum first, second, third, fourth;
-  for (const double value : values) {
-    if (std::isnan(value)) continue;
-    const double z = (value - mean) / scale;
-    first.add(z);
-    second.add(z * z);
-    third.add(z * z * z);
-    fourth.add(z * z * z * z);
-  }
-  const double shift = first.value() / n;
-  const double s2 = second.value();
-  const double s3 = third.value();
-  return {s2 - n * shift * shift, s3 - 3 * shift * s2 + 2 * n * std::pow(shift, 3),
-          fourth.value() - 4 * shift * s3 + 6 * shift * shift * s2 - 3 * n * std::pow(shift, 4)};
+// The sums about the mean itself, which lies `sums.first / n` beside the centre of `sums`.
+PowerSums moveToMean(const PowerSums& sums, double n) {
+  const double shift = sums.first / n;
+  const double s2 = sums.second;
+  const double s3 = sums.third;
+  return {0, s2 - n * shift * shift, s3 - 3 * shift * s2 + 2 * n * std::pow(shift, 3),
+          sums.fourth - 4 * shift * s3 + 6 * shift * shift * s2 - 3 * n * std::pow(shift, 4)};
 }
 
 std::optional<double> finite(double value) {
@@ -76,26 +47,20 @@ void addShape(Moments& moments, const PowerSums& sums, double scaledDeviation) {
 
 }  // namespace
 
-Moments computeMoments(std::span<const double> values) {
+Moments computeMoments(std::span<const double> values, MomentDetail detail) {
   Moments moments;
-  CompensatedSum sum;
-  double minimum = 0;
-  double maximum = 0;
-  for (const double value : values) {
-    if (std::isnan(value)) continue;
-    minimum = moments.count == 0 ? value : std::min(minimum, value);
-    maximum = moments.count == 0 ? value : std::max(maximum, value);
-    sum.add(value);
-    ++moments.count;
-  }
+  const Extent extent = measureExtent(values);
+  moments.count = extent.count;
   if (moments.count == 0) return moments;
   const auto n = static_cast<double>(moments.count);
-  double mean = sum.value() / n;
-  if (minimum == maximum) mean = minimum;
+  const auto [minimum, maximum] = std::pair(extent.minimum, extent.maximum);
+  const double sum = extent.sum.value();
+  // Rounding must not carry the mean beyond the values.
+  const double mean = std::clamp((extent.sum / n).value(), minimum, maximum);
   moments.minimum = finite(minimum);
   moments.maximum = finite(maximum);
   moments.range = finite(maximum - minimum);
-  moments.sum = finite(sum.value());
+  moments.sum = finite(sum);
   moments.mean = finite(mean);
   if (moments.count < 2 || !moments.mean) return moments;
 
@@ -103,14 +68,19 @@ Moments computeMoments(std::span<const double> values) {
     moments.variance = moments.standardDeviation = moments.meanError = 0;
     return moments;
   }
-  const double scale = std::max(maximum - mean, mean - minimum);
-  const PowerSums sums = sumPowers(values, n, mean, scale);
+  constexpr int kMostScaling = 1000;
+  const double largest = std::max(maximum - mean, mean - minimum);
+  const int exponent = std::clamp(std::ilogb(largest), -kMostScaling, kMostScaling);
+  const double scale = std::ldexp(1.0, -exponent);
+  const PowerSums sums = moveToMean(
+      detail == MomentDetail::Shape ? sumFourPowers(values, mean, scale) : sumTwoPowers(values, mean, scale),
+      n);
   const double scaledDeviation = std::sqrt(sums.second / (n - 1));
-  const double deviation = scaledDeviation * scale;
+  const double deviation = std::ldexp(scaledDeviation, exponent);
   moments.standardDeviation = finite(deviation);
-  moments.variance = finite(deviation * deviation);
+  moments.variance = finite(std::ldexp(sums.second / (n - 1), 2 * exponent));
   moments.meanError = finite(deviation / std::sqrt(n));
-  addShape(moments, sums, scaledDeviation);
+  if (detail == MomentDetail::Shape) addShape(moments, sums, scaledDeviation);
   return moments;
 }
 

@@ -32,7 +32,10 @@ struct Moments {
   std::optional<double> kurtosisError;
 };
 
-// Not-a-number counts as missing.
-Moments computeMoments(std::span<const double> values);
+// How far to go: skewness and kurtosis cost as much again as the rest.
+enum class MomentDetail { Spread, Shape };
+
+// Not-a-number counts as missing. With MomentDetail::Spread the last four members stay empty.
+Moments computeMoments(std::span<const double> values, MomentDetail detail = MomentDetail::Shape);
 
 }  // namespace genostat::standalone
