@@ -15,6 +15,7 @@
 
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/procedures/statistic_decimals.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/moments.h"
 #include "standalone/syntax/keyword.h"
@@ -100,10 +101,10 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
   return request;
 }
 
-// [case]: no variable of the list is missing.
-std::vector<bool> completeCases(const Request& request, std::size_t caseCount) {
+// [case]: none of the variables is missing.
+std::vector<bool> completeCases(const std::vector<const Column*>& variables, std::size_t caseCount) {
   std::vector<bool> complete(caseCount, true);
-  for (const Column* column : request.variables) {
+  for (const Column* column : variables) {
     for (std::size_t i = 0; i < caseCount; ++i) {
       if (std::isnan(column->numbers[i])) complete[i] = false;
     }
@@ -117,6 +118,33 @@ std::vector<double> valuesOf(const Column& column, const std::vector<bool>& comp
     if (!complete[i]) values[i] = std::numeric_limits<double>::quiet_NaN();
   }
   return values;
+}
+
+struct Results {
+  std::vector<Moments> moments;  // [variable]
+  std::size_t completeCount = 0;
+};
+
+Results compute(const Request& request, std::size_t caseCount) {
+  const bool shape = request.statistics.test(Skewness) || request.statistics.test(Kurtosis);
+  const MomentDetail detail = shape ? MomentDetail::Shape : MomentDetail::Spread;
+  Results results;
+  if (request.listwise) {
+    const std::vector<bool> complete = completeCases(request.variables, caseCount);
+    for (const Column* column : request.variables) {
+      results.moments.push_back(computeMoments(valuesOf(*column, complete), detail));
+    }
+    results.completeCount = results.moments.front().count;
+    return results;
+  }
+  std::vector<const Column*> incomplete;
+  for (const Column* column : request.variables) {
+    results.moments.push_back(computeMoments(column->numbers, detail));
+    if (results.moments.back().count < caseCount) incomplete.push_back(column);
+  }
+  const std::vector<bool> complete = completeCases(incomplete, caseCount);
+  results.completeCount = static_cast<std::size_t>(std::ranges::count(complete, true));
+  return results;
 }
 
 struct Shown {
@@ -140,12 +168,8 @@ constexpr std::array<Shown, StatisticCount> kShown = {{
     {"Kurtosis", &Moments::kurtosis, &Moments::kurtosisError, 3, false},
 }};
 
-// Values computed from data show a little more than the data do, but no forest of digits.
 int decimalsFor(const Shown& shown, const Column& column) {
-  constexpr int kMostOwnDecimals = 4;
-  constexpr int kMostDecimals = 5;
-  if (!shown.ownDecimals) return shown.extraDecimals;
-  return std::min(std::min(column.decimals, kMostOwnDecimals) + shown.extraDecimals, kMostDecimals);
+  return shown.ownDecimals ? statisticDecimals(column, shown.extraDecimals) : shown.extraDecimals;
 }
 
 CellValue toCell(const std::optional<double>& value, int decimals) {
@@ -162,27 +186,25 @@ std::vector<Category> columnLabels(const Statistics& statistics) {
   return labels;
 }
 
-PivotTable buildTable(const Request& request, std::size_t caseCount) {
-  const std::vector<bool> complete = completeCases(request, caseCount);
+PivotTable buildTable(const Request& request, const Results& results) {
   PivotTable table;
   table.title = "Descriptive Statistics";
   table.columns = columnLabels(request.statistics);
-  for (const Column* column : request.variables) {
-    const Moments moments =
-        request.listwise ? computeMoments(valuesOf(*column, complete)) : computeMoments(column->numbers);
-    table.rows.push_back({column->name, {}});
+  for (std::size_t variable = 0; variable < request.variables.size(); ++variable) {
+    const Column& column = *request.variables[variable];
+    const Moments& moments = results.moments[variable];
+    table.rows.push_back({column.name, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
     cells.push_back(numberCell(static_cast<double>(moments.count), 0));
     for (std::size_t i = 0; i < StatisticCount; ++i) {
       if (!request.statistics.test(i)) continue;
-      const int decimals = decimalsFor(kShown[i], *column);
+      const int decimals = decimalsFor(kShown[i], column);
       cells.push_back(toCell(moments.*kShown[i].value, decimals));
       if (kShown[i].error != nullptr) cells.push_back(toCell(moments.*kShown[i].error, decimals));
     }
   }
   table.rows.push_back({"Valid N (listwise)", {}});
-  const auto valid = std::ranges::count(complete, true);
-  table.cells.emplace_back().push_back(numberCell(static_cast<double>(valid), 0));
+  table.cells.emplace_back().push_back(numberCell(static_cast<double>(results.completeCount), 0));
   return table;
 }
 
@@ -191,7 +213,7 @@ PivotTable buildTable(const Request& request, std::size_t caseCount) {
 void runDescriptives(CommandContext& context) {
   const Dataset& dataset = requireActiveDataset(context);
   const Request request = parseRequest(context, dataset);
-  context.output.addTable("DESCRIPTIVES", buildTable(request, dataset.caseCount));
+  context.output.addTable("DESCRIPTIVES", buildTable(request, compute(request, dataset.caseCount)));
 }
 
 }  // namespace genostat::standalone
