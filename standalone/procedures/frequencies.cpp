@@ -1,10 +1,190 @@
+// FREQUENCIES: counts, statistics, percentiles and histograms of variables one by one.
+//
+//   FREQUENCIES [VARIABLES=] list
+//     [/FORMAT=[AVALUE|DVALUE|AFREQ|DFREQ] [TABLE|NOTABLE] [LIMIT(n)]]
+//     [/NTILES=n]... [/PERCENTILES=p [p]...]...
+//     [/STATISTICS=[DEFAULT] [ALL] [NONE] [MEAN] [SEMEAN] [MEDIAN] [MODE] [STDDEV] [CV] [VARIANCE]
+//                  [SKEWNESS] [SESKEW] [KURTOSIS] [SEKURT] [RANGE] [MINIMUM] [MAXIMUM] [SUM]]
+//     [/HISTOGRAM[=[NORMAL|NONORMAL]]] [/ORDER=ANALYSIS|VARIABLE] [/MISSING=EXCLUDE|INCLUDE].
+//
+// The percentiles of all /NTILES and /PERCENTILES come as one list. No values are declared missing
+// here beside those that are not there, so that both words of /MISSING mean the same.
+
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "standalone/procedures/commands.h"
+#include "standalone/procedures/frequencies_output.h"
+#include "standalone/procedures/frequencies_request.h"
+#include "standalone/procedures/variable_list.h"
+#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
 
+namespace {
+
+using Request = FrequenciesRequest;
+
+constexpr std::array<std::string_view, Request::StatisticCount + 3> kStatisticWords = {
+    "MEAN",     "SEMEAN", "MEDIAN", "MODE",    "STDDEV",  "CV",  "VARIANCE", "SKEWNESS", "SESKEW",
+    "KURTOSIS", "SEKURT", "RANGE",  "MINIMUM", "MAXIMUM", "SUM", "DEFAULT",  "ALL",      "NONE"};
+constexpr std::size_t kDefaultWord = Request::StatisticCount;
+constexpr std::size_t kAllWord = kDefaultWord + 1;
+constexpr std::size_t kNoneWord = kDefaultWord + 2;
+
+Request::Statistics parseStatisticWords(TokenCursor& cursor) {
+  Request::Statistics usual;
+  for (const auto statistic : {Request::Mean, Request::Deviation, Request::Minimum, Request::Maximum}) {
+    usual.set(statistic);
+  }
+  if (cursor.atSubcommandEnd()) return usual;
+  Request::Statistics statistics;
+  while (!cursor.atSubcommandEnd()) {
+    const std::size_t word = cursor.expectKeyword(kStatisticWords, "statistic");
+    if (word == kAllWord) {
+      statistics.set();
+    } else if (word == kNoneWord) {
+      statistics.reset();
+    } else if (word == kDefaultWord) {
+      statistics |= usual;
+    } else {
+      statistics.set(word);
+    }
+  }
+  return statistics;
+}
+
+using Shares = std::map<double, Share>;  // by percent
+
+// A whole number of at least `least` and at most `most`.
+int expectCount(TokenCursor& cursor, std::string_view what, int least, int most) {
+  const Token& token = cursor.peek();
+  const int count = cursor.expectInteger("a whole number for " + std::string(what));
+  if (count < least || count > most) {
+    TokenCursor::fail(
+        std::string(what) + " takes a number from " + std::to_string(least) + " to " + std::to_string(most),
+        token);
+  }
+  return count;
+}
+
+void parseTiles(TokenCursor& cursor, Shares& shares) {
+  constexpr int kMostTiles = 1000;
+  const int tiles = expectCount(cursor, "NTILES", 2, kMostTiles);
+  for (int tile = 1; tile < tiles; ++tile) {
+    const Share share = shareOfTiles(tile, tiles);
+    shares.emplace(share.percent, share);
+  }
+}
+
+void parsePercentiles(TokenCursor& cursor, Shares& shares) {
+  do {
+    const Token& token = cursor.peek();
+    const double percent = cursor.expectNumber("a percentile");
+    if (!(percent >= 0 && percent <= 100)) TokenCursor::fail("a percentile lies between 0 and 100", token);
+    shares.emplace(percent, shareOfPercent(percent));
+    cursor.acceptSymbol(',');
+  } while (!cursor.atSubcommandEnd());
+}
+
+void parseFormat(TokenCursor& cursor, Request& request) {
+  static constexpr std::array<std::string_view, 7> kWords = {"AVALUE", "DVALUE",  "AFREQ", "DFREQ",
+                                                             "TABLE",  "NOTABLE", "LIMIT"};
+  enum Word : std::size_t { Table = 4, NoTable, Limit };
+  constexpr int kMostRows = 100'000;
+  while (!cursor.atSubcommandEnd()) {
+    const std::size_t word = cursor.expectKeyword(kWords);
+    if (word < Table) {
+      request.rowOrder = static_cast<Request::RowOrder>(word);
+    } else if (word == Limit) {
+      cursor.expectSymbol('(');
+      request.mostRows = static_cast<std::size_t>(expectCount(cursor, "LIMIT", 1, kMostRows));
+      cursor.expectSymbol(')');
+    } else {
+      request.tables = word == Table;
+    }
+  }
+}
+
+void parseHistogram(TokenCursor& cursor, Request& request) {
+  static constexpr std::array<std::string_view, 2> kWords = {"NONORMAL", "NORMAL"};
+  request.histograms = true;
+  request.normalCurves = false;
+  while (!cursor.atSubcommandEnd()) {
+    request.normalCurves = cursor.expectKeyword(kWords) == 1;
+  }
+}
+
+Request parseFrequencies(const CommandContext& context, const Dataset& dataset) {
+  enum Subcommand : std::size_t {
+    Variables,
+    Format,
+    Tiles,
+    Percentiles,
+    Statistics,
+    Histograms,
+    Order,
+    Missing
+  };
+  static constexpr std::array<std::string_view, 8> kSubcommands = {
+      "VARIABLES", "FORMAT", "NTILES", "PERCENTILES", "STATISTICS", "HISTOGRAM", "ORDER", "MISSING"};
+  static constexpr std::array<std::string_view, 2> kOrders = {"ANALYSIS", "VARIABLE"};
+  static constexpr std::array<std::string_view, 2> kMissing = {"EXCLUDE", "INCLUDE"};
+  TokenCursor cursor(context.command);
+  const Token& name = cursor.next();
+  Request request;
+  Shares shares;
+  // The list may stand right behind the command's name.
+  const Token& first = cursor.peek();
+  const bool bareList = first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands);
+  if (bareList) request.variables = parseVariables(dataset, cursor);
+  while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
+    switch (*subcommand) {
+      case Variables:
+        if (!request.variables.empty()) TokenCursor::fail("the variables are listed twice", cursor.peek());
+        request.variables = parseVariables(dataset, cursor);
+        break;
+      case Format:
+        parseFormat(cursor, request);
+        break;
+      case Tiles:
+        parseTiles(cursor, shares);
+        break;
+      case Percentiles:
+        parsePercentiles(cursor, shares);
+        break;
+      case Statistics:
+        request.statistics = parseStatisticWords(cursor);
+        break;
+      case Histograms:
+        parseHistogram(cursor, request);
+        break;
+      case Order:
+        request.byVariable = cursor.expectKeyword(kOrders) == 1;
+        break;
+      case Missing:
+        cursor.expectKeyword(kMissing);
+        break;
+      default:
+        break;
+    }
+  }
+  if (request.variables.empty()) TokenCursor::fail("FREQUENCIES names no variable", name);
+  for (const auto& [percent, share] : shares) {
+    request.percentiles.push_back(share);
+  }
+  return request;
+}
+
+}  // namespace
+
 void runFrequencies(CommandContext& context) {
-  TokenCursor::fail("FREQUENCIES is not available yet", context.command.tokens.front());
+  const Dataset& dataset = requireActiveDataset(context);
+  showFrequencies(parseFrequencies(context, dataset), context.output);
 }
 
 }  // namespace genostat::standalone

@@ -1,0 +1,267 @@
+#include "standalone/procedures/frequencies_output.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "standalone/output/chart.h"
+#include "standalone/output/pivot_table.h"
+#include "standalone/procedures/statistic_decimals.h"
+#include "standalone/procedures/variable_summary.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+using Request = FrequenciesRequest;
+constexpr std::string_view kProcedure = "FREQUENCIES";
+
+struct StatisticRow {
+  std::string_view label;
+  int extraDecimals;  // beyond the variable's own
+  bool ownDecimals;   // false: decimals do not depend on the variable
+};
+
+constexpr std::array<StatisticRow, Request::StatisticCount> kStatisticRows = {{
+    {"Mean", 2, true},
+    {"Std. Error of Mean", 3, true},
+    {"Median", 2, true},
+    {"Mode", 0, true},
+    {"Std. Deviation", 3, true},
+    {"Coefficient of Variation (%)", 3, false},
+    {"Variance", 3, true},
+    {"Skewness", 3, false},
+    {"Std. Error of Skewness", 3, false},
+    {"Kurtosis", 3, false},
+    {"Std. Error of Kurtosis", 3, false},
+    {"Range", 0, true},
+    {"Minimum", 0, true},
+    {"Maximum", 0, true},
+    {"Sum", 0, true},
+}};
+
+CellValue countCell(std::size_t count) {
+  return numberCell(static_cast<double>(count), 0);
+}
+
+CellValue percentCell(std::size_t part, std::size_t whole) {
+  return whole == 0 ? CellValue()
+                    : numberCell(100 * static_cast<double>(part) / static_cast<double>(whole), 1);
+}
+
+std::string withoutTrailingZeros(std::string text) {
+  if (text.find('.') == std::string::npos || text.find('e') != std::string::npos) return text;
+  text.erase(text.find_last_not_of('0') + 1);
+  if (text.back() == '.') text.pop_back();
+  return text;
+}
+
+// One column for each variable.
+class StatisticsTable {
+ public:
+  explicit StatisticsTable(const Request& request) : request_(request) {
+    table_.title = "Statistics";
+    table_.rows.push_back({"N", {{"Valid", {}}, {"Missing", {}}}});
+    for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
+      if (request.statistics.test(i)) table_.rows.push_back({std::string(kStatisticRows[i].label), {}});
+    }
+    if (!request.percentiles.empty()) table_.rows.push_back({"Percentiles", percentileLabels()});
+    table_.cells.resize(leafCount(table_.rows));
+  }
+
+  void add(const VariableSummary& summary) {
+    const Column& variable = *summary.variable;
+    table_.columns.push_back({variable.name, {}});
+    auto row = table_.cells.begin();
+    (row++)->push_back(countCell(summary.validCount));
+    (row++)->push_back(countCell(summary.missingCount));
+    for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
+      if (request_.statistics.test(i)) (row++)->push_back(statisticCell(summary, i));
+    }
+    constexpr int kInterpolatedDecimals = 2;
+    for (const std::optional<double>& percentile : summary.percentiles) {
+      (row++)->push_back(percentile
+                             ? numberCell(*percentile, statisticDecimals(variable, kInterpolatedDecimals))
+                             : CellValue());
+    }
+  }
+
+  const PivotTable& table() const { return table_; }
+
+ private:
+  std::vector<Category> percentileLabels() const {
+    constexpr int kPercentDecimals = 4;
+    std::vector<double> percents;
+    for (const Share& share : request_.percentiles) {
+      percents.push_back(share.percent);
+    }
+    std::vector<Category> labels;
+    for (std::string& label : distinctLabels(percents, kPercentDecimals)) {
+      labels.push_back({withoutTrailingZeros(std::move(label)), {}});
+    }
+    return labels;
+  }
+
+  CellValue statisticCell(const VariableSummary& summary, std::size_t statistic) {
+    const std::optional<double>& value = summary.statistics[statistic];
+    const StatisticRow& row = kStatisticRows[statistic];
+    const int decimals =
+        row.ownDecimals ? statisticDecimals(*summary.variable, row.extraDecimals) : row.extraDecimals;
+    CellValue cell = value ? numberCell(*value, decimals) : CellValue();
+    if (statistic == Request::Mode && summary.severalModes)
+      cell.mark = markOf("Multiple modes exist. The smallest value is shown.");
+    if (statistic == Request::Variation && summary.statistics[Request::Mean] == 0.0)
+      rowLabel(statistic).mark = markOf("There is none where the mean is 0.");
+    return cell;
+  }
+
+  Category& rowLabel(std::size_t statistic) {
+    return *std::ranges::find(table_.rows, kStatisticRows[statistic].label, &Category::label);
+  }
+
+  // The letter of a footnote, which is added when it is new.
+  std::string markOf(std::string_view text) {
+    const auto known = std::ranges::find(notes_, text);
+    const std::string mark(1, static_cast<char>('a' + (known - notes_.begin())));
+    if (known == notes_.end()) {
+      notes_.push_back(text);
+      table_.footnotes.push_back(mark + ". " + std::string(text));
+    }
+    return mark;
+  }
+
+  const Request& request_;
+  PivotTable table_;
+  std::vector<std::string_view> notes_;
+};
+
+void sortRows(std::vector<ValueRow>& rows, Request::RowOrder order) {
+  switch (order) {
+    case Request::RowOrder::AscendingValues:
+      break;
+    case Request::RowOrder::DescendingValues:
+      std::ranges::reverse(rows);
+      break;
+    case Request::RowOrder::AscendingCounts:
+      std::ranges::stable_sort(rows, std::less<>(), &ValueRow::count);
+      break;
+    case Request::RowOrder::DescendingCounts:
+      std::ranges::stable_sort(rows, std::greater<>(), &ValueRow::count);
+      break;
+  }
+}
+
+PivotTable valuesTable(const VariableSummary& summary, Request::RowOrder order) {
+  const std::size_t valid = summary.validCount;
+  const std::size_t all = valid + summary.missingCount;
+  PivotTable table;
+  table.title = summary.variable->name;
+  table.columns = {{"Frequency", {}}, {"Percent", {}}, {"Valid Percent", {}}, {"Cumulative Percent", {}}};
+  std::vector<ValueRow> rows = summary.values;
+  sortRows(rows, order);
+  if (!rows.empty()) table.rows.push_back({"Valid", {}});
+  std::size_t cumulative = 0;
+  for (ValueRow& row : rows) {
+    cumulative += row.count;
+    table.rows.front().children.push_back({std::move(row.label), {}});
+    table.cells.push_back({countCell(row.count), percentCell(row.count, all), percentCell(row.count, valid),
+                           percentCell(cumulative, valid)});
+  }
+  if (!rows.empty()) {
+    table.rows.front().children.push_back({"Total", {}});
+    table.cells.push_back({countCell(valid), percentCell(valid, all), percentCell(valid, valid), {}});
+  }
+  if (summary.missingCount > 0) {
+    table.rows.push_back({"Missing", {{"System", {}}}});
+    table.cells.push_back({countCell(summary.missingCount), percentCell(summary.missingCount, all), {}, {}});
+  }
+  if (rows.empty() || summary.missingCount > 0) {
+    table.rows.push_back({"Total", {}});
+    table.cells.push_back({countCell(all), percentCell(all, all), {}, {}});
+  }
+  return table;
+}
+
+Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
+  const std::optional<double>& deviation = summary.statistics[Request::Deviation];
+  Histogram histogram;
+  histogram.variable = summary.variable->name;
+  histogram.firstEdge = summary.bins->firstEdge;
+  histogram.binWidth = summary.bins->width;
+  histogram.counts = summary.bins->counts;
+  histogram.validCount = summary.validCount;
+  histogram.mean = summary.statistics[Request::Mean];
+  histogram.deviation = deviation;
+  Chart chart{"Histogram of " + histogram.variable, {}, {}};
+  if (normalCurve) {
+    histogram.normalCurve = histogram.mean && deviation && *deviation > 0;
+    if (!histogram.normalCurve) chart.notes.emplace_back("No normal curve: the values have no spread.");
+  }
+  chart.data = std::move(histogram);
+  return chart;
+}
+
+void addValuesTable(const VariableSummary& summary, const Request& request, OutputDocument& output) {
+  if (summary.distinctCount > request.mostRows) {
+    output.addText("note",
+                   summary.variable->name + " has " + std::to_string(summary.distinctCount) +
+                       " distinct values; the table of them is left out (/FORMAT=LIMIT(n) shows up to n, "
+                       "now " +
+                       std::to_string(request.mostRows) + ")");
+    return;
+  }
+  output.addTable(kProcedure, valuesTable(summary, request.rowOrder));
+}
+
+void addHistogram(const VariableSummary& summary, const Request& request, OutputDocument& output) {
+  if (summary.bins) {
+    output.addChart(kProcedure, histogramOf(summary, request.normalCurves));
+  } else if (summary.variable->type == Column::Type::Numeric) {
+    output.addText("note",
+                   summary.variable->name + " has no histogram: " +
+                       (summary.validCount == 0 ? "it has no values"
+                                                : "its values lie too far apart or too close together"));
+  }
+}
+
+// That string variables have no statistics, where any are asked for.
+void addStringNote(const Request& request, OutputDocument& output) {
+  if (request.statistics.none() && request.percentiles.empty() && !request.histograms) return;
+  std::string names;
+  for (const Column* variable : request.variables) {
+    if (variable->type == Column::Type::String) names += (names.empty() ? "" : ", ") + variable->name;
+  }
+  if (!names.empty())
+    output.addText("note", "string variables have no statistics and no histogram: " + names);
+}
+
+}  // namespace
+
+void showFrequencies(const FrequenciesRequest& request, OutputDocument& output) {
+  addStringNote(request, output);
+  // Statistics, tables and histograms of the summaries, each kind together.
+  const auto show = [&](const std::vector<VariableSummary>& summaries) {
+    StatisticsTable statistics(request);
+    std::ranges::for_each(summaries, [&](const VariableSummary& summary) { statistics.add(summary); });
+    output.addTable(kProcedure, statistics.table());
+    for (std::size_t i = 0; request.tables && i < summaries.size(); ++i) {
+      addValuesTable(summaries[i], request, output);
+    }
+    for (std::size_t i = 0; request.histograms && i < summaries.size(); ++i) {
+      addHistogram(summaries[i], request, output);
+    }
+  };
+  std::vector<VariableSummary> summaries;
+  for (const Column* variable : request.variables) {
+    summaries.push_back(summarizeVariable(*variable, request));
+    if (!request.byVariable) continue;
+    show(summaries);
+    summaries.clear();
+  }
+  if (!request.byVariable) show(summaries);
+}
+
+}  // namespace genostat::standalone
