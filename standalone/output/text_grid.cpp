@@ -45,12 +45,25 @@ bool anyLabel(const std::vector<LabelPath>& paths) {
   });
 }
 
+GridCell markedCell(const std::string& text, const std::string& mark, const void* region,
+                    Alignment alignment) {
+  const std::string shownMark = printableText(mark);
+  return {printableText(text) + shownMark, region, alignment, true, shownMark.size()};
+}
+
+GridCell labelCell(const Category& category, bool shown, Alignment alignment = Alignment::Left) {
+  if (!shown) return {{}, &category, alignment};
+  return markedCell(category.label, category.mark, &category, alignment);
+}
+
 GridCell valueCell(const CellValue& cell) {
   if (const auto* number = std::get_if<double>(&cell.value)) {
-    return {formatNumber(*number, cell.format) + printableText(cell.mark), nullptr, Alignment::Right, false};
+    GridCell made = markedCell(formatNumber(*number, cell.format), cell.mark, nullptr, Alignment::Right);
+    made.breakable = false;
+    return made;
   }
-  if (const auto* text = std::get_if<std::string>(&cell.value)) return {printableText(*text + cell.mark)};
-  return {};
+  const auto* text = std::get_if<std::string>(&cell.value);
+  return text != nullptr ? markedCell(*text, cell.mark, nullptr, Alignment::Left) : GridCell{};
 }
 
 // Texts line up like numbers where a whole column consists of them: modules hand over counts as text.
@@ -93,8 +106,7 @@ void addHeader(TextGrid& grid, const PivotTable& table, const std::vector<LabelP
       const bool isLeaf = step + 1 == path.size();
       // A leaf above the deepest level reaches down to the values and has its text there.
       const bool shown = !isLeaf || level + 1 == grid.headerRows;
-      row.push_back({shown ? printableText(path[step]->label) : std::string(), path[step],
-                     isLeaf ? Alignment::Left : Alignment::Centre});
+      row.push_back(labelCell(*path[step], shown, isLeaf ? Alignment::Left : Alignment::Centre));
     }
   }
   grid.ruleAbove.resize(grid.rows.size(), true);
@@ -110,7 +122,7 @@ void addBody(TextGrid& grid, const PivotTable& table, const std::vector<LabelPat
       const std::size_t step = std::min(level, path.size() - 1);
       const bool repeated =
           (i > 0 && step < rows[i - 1].size() && rows[i - 1][step] == path[step]) || level > step;
-      row.push_back({repeated ? std::string() : printableText(path[step]->label), path[step]});
+      row.push_back(labelCell(*path[step], !repeated));
     }
     for (const CellValue& cell : table.cells[i]) {
       row.push_back(valueCell(cell));

@@ -18,7 +18,8 @@ struct GridCell {
   std::string text;  // printable
   const void* region = nullptr;
   Alignment alignment = Alignment::Left;
-  bool breakable = true;  // numbers are never broken over lines
+  bool breakable = true;     // numbers are never broken over lines
+  std::size_t markSize = 0;  // the bytes at the text's end that are a mark
 };
 
 // Column labels and row labels come first: `headerRows` rows, `labelColumns` columns.

@@ -154,6 +154,25 @@ std::size_t packColumns(const TextGrid& grid, std::span<const ColumnNeed> needs,
   return end;
 }
 
+// Marks hang to the right of the digits, so that those stand below each other.
+void hangMarks(TextGrid& grid) {
+  const auto markOf = [](const GridCell& cell) {
+    return displayWidth(std::string_view(cell.text).substr(cell.text.size() - cell.markSize));
+  };
+  for (std::size_t column = grid.labelColumns; column < grid.columnCount(); ++column) {
+    int widest = 0;
+    const auto forEachNumber = [&](auto use) {
+      for (std::size_t row = grid.headerRows; row < grid.rows.size(); ++row) {
+        GridCell& cell = grid.rows[row][column];
+        if (cell.alignment == Alignment::Right && !cell.text.empty()) use(cell);
+      }
+    };
+    forEachNumber([&](const GridCell& cell) { widest = std::max(widest, markOf(cell)); });
+    forEachNumber(
+        [&](GridCell& cell) { cell.text.append(static_cast<std::size_t>(widest - markOf(cell)), ' '); });
+  }
+}
+
 std::vector<ColumnNeed> measure(const TextGrid& grid, int lineWidth) {
   std::vector<ColumnNeed> needs;
   for (std::size_t column = 0; column < grid.columnCount(); ++column) {
@@ -192,10 +211,11 @@ std::string renderTableAsText(const PivotTable& table, const TextStyle& style) {
   std::string text;
   if (!table.title.empty()) {
     if (style.colour) text += "\x1B[1m";
-    appendWrapped(text, table.title, style);
+    appendWrapped(text, table.title + table.titleMark, style);
     if (style.colour) text.insert(text.size() - 1, "\x1B[0m");
   }
-  const TextGrid grid = layOutGrid(table);
+  TextGrid grid = layOutGrid(table);
+  hangMarks(grid);
   if (grid.columnCount() > 0) text += renderBoxes(grid, style);
   for (const std::string& footnote : table.footnotes) {
     appendWrapped(text, footnote, style);
