@@ -1,8 +1,11 @@
 #include "standalone/output/chart_json.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace genostat::standalone {
@@ -76,8 +79,9 @@ void writeData(JsonWriter& writer, const ScatterMatrix& matrix) {
              [&](const std::vector<double>& values) { writeNumbers(writer, values); });
 }
 
+constexpr std::array<std::string_view, 4> kVerdicts = {"", "pass", "warn", "fail"};
+
 void writeData(JsonWriter& writer, const VerdictMap& map) {
-  static constexpr std::array<const char*, 4> kVerdicts = {"", "pass", "warn", "fail"};
   writeMember(writer, "kind", "verdicts");
   writeTexts(writer, "samples", map.samples);
   writeTexts(writer, "checks", map.checks);
@@ -87,14 +91,129 @@ void writeData(JsonWriter& writer, const VerdictMap& map) {
       if (verdict == VerdictMap::Verdict::None) {
         writer.Null();
       } else {
-        writer.String(kVerdicts.at(static_cast<std::size_t>(verdict)));
+        writeString(writer, kVerdicts.at(static_cast<std::size_t>(verdict)));
       }
     }
     writer.EndArray();
   });
 }
 
+[[noreturn]] void refuseChart(std::string_view what) {
+  throw JsonFormatError("the chart's JSON is malformed: " + std::string(what));
+}
+
+double readNumber(const rapidjson::Value& value) {
+  return value.IsNumber() ? value.GetDouble() : std::numeric_limits<double>::quiet_NaN();
+}
+
+double numberMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  return member == object.MemberEnd() ? std::numeric_limits<double>::quiet_NaN() : readNumber(member->value);
+}
+
+std::optional<double> optionalMember(const rapidjson::Value& object, const char* key) {
+  const double number = numberMember(object, key);
+  return std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::size_t readCount(const rapidjson::Value& value) {
+  if (!value.IsUint64()) refuseChart("a count is none");
+  return static_cast<std::size_t>(value.GetUint64());
+}
+
+template <typename Read>
+auto readArray(const rapidjson::Value& array, Read read) {
+  if (!array.IsArray()) refuseChart("a list is none");
+  std::vector<decltype(read(array))> values;
+  values.reserve(array.Size());
+  for (const rapidjson::Value& value : array.GetArray()) {
+    values.push_back(read(value));
+  }
+  return values;
+}
+
+std::vector<std::string> readTexts(const rapidjson::Value& object, const char* key) {
+  return readArray(arrayMember(object, key), [](const rapidjson::Value& value) {
+    return value.IsString() ? std::string(value.GetString(), value.GetStringLength()) : std::string();
+  });
+}
+
+Histogram readHistogram(const rapidjson::Value& object) {
+  Histogram histogram;
+  histogram.variable = stringMember(object, "variable");
+  histogram.firstEdge = numberMember(object, "firstEdge");
+  histogram.binWidth = numberMember(object, "binWidth");
+  histogram.counts = readArray(arrayMember(object, "counts"), readCount);
+  const auto valid = object.FindMember("validCount");
+  histogram.validCount = valid == object.MemberEnd() ? 0 : readCount(valid->value);
+  histogram.mean = optionalMember(object, "mean");
+  histogram.deviation = optionalMember(object, "standardDeviation");
+  const auto curve = object.FindMember("normalCurve");
+  histogram.normalCurve = curve != object.MemberEnd() && curve->value.IsTrue();
+  return histogram;
+}
+
+ProbabilityPlot readProbabilityPlot(const rapidjson::Value& object) {
+  const auto readPoint = [](const rapidjson::Value& pair) {
+    if (!pair.IsArray() || pair.Size() != 2) refuseChart("a point is no pair");
+    return ProbabilityPlot::Point{readNumber(pair[0]), readNumber(pair[1])};
+  };
+  return {std::string(stringMember(object, "variable")), readArray(arrayMember(object, "points"), readPoint)};
+}
+
+ScatterMatrix readScatterMatrix(const rapidjson::Value& object) {
+  ScatterMatrix matrix;
+  matrix.variables = readTexts(object, "variables");
+  matrix.values = readArray(arrayMember(object, "values"),
+                            [](const rapidjson::Value& values) { return readArray(values, readNumber); });
+  for (const std::vector<double>& values : matrix.values) {
+    if (values.size() != matrix.values.front().size()) refuseChart("the variables differ in their cases");
+  }
+  if (matrix.values.size() != matrix.variables.size()) refuseChart("values and variables do not agree");
+  return matrix;
+}
+
+VerdictMap::Verdict readVerdict(const rapidjson::Value& value) {
+  const std::string_view text =
+      value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : std::string_view();
+  const auto known = std::find(kVerdicts.begin(), kVerdicts.end(), text);
+  return known == kVerdicts.end() ? VerdictMap::Verdict::None
+                                  : static_cast<VerdictMap::Verdict>(known - kVerdicts.begin());
+}
+
+VerdictMap readVerdictMap(const rapidjson::Value& object) {
+  VerdictMap map;
+  map.samples = readTexts(object, "samples");
+  map.checks = readTexts(object, "checks");
+  map.verdicts = readArray(arrayMember(object, "verdicts"), [&](const rapidjson::Value& row) {
+    std::vector<VerdictMap::Verdict> verdicts = readArray(row, readVerdict);
+    verdicts.resize(map.checks.size());
+    return verdicts;
+  });
+  map.verdicts.resize(map.samples.size(), std::vector<VerdictMap::Verdict>(map.checks.size()));
+  return map;
+}
+
 }  // namespace
+
+Chart readChart(const rapidjson::Value& object) {
+  Chart chart;
+  chart.title = stringMember(object, "title");
+  chart.notes = readTexts(object, "notes");
+  const std::string_view kind = stringMember(object, "kind");
+  if (kind == "histogram") {
+    chart.data = readHistogram(object);
+  } else if (kind == "normalProbability") {
+    chart.data = readProbabilityPlot(object);
+  } else if (kind == "scatterMatrix") {
+    chart.data = readScatterMatrix(object);
+  } else if (kind == "verdicts") {
+    chart.data = readVerdictMap(object);
+  } else {
+    refuseChart("unknown kind");
+  }
+  return chart;
+}
 
 void writeChartMembers(JsonWriter& writer, const Chart& chart) {
   writeMember(writer, "title", chart.title);

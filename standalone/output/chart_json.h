@@ -9,4 +9,7 @@ namespace genostat::standalone {
 // Writes the members of a chart into an object that is open.
 void writeChartMembers(JsonWriter& writer, const Chart& chart);
 
+// Throws JsonFormatError when the value is no chart of a kind that this version knows.
+Chart readChart(const rapidjson::Value& object);
+
 }  // namespace genostat::standalone

@@ -81,12 +81,6 @@ void writeWidth(JsonWriter& writer, const char* key, int points) {
   throw JsonFormatError("the output JSON is malformed: " + what);
 }
 
-const rapidjson::Value& arrayMember(const rapidjson::Value& object, const char* key) {
-  const auto member = object.FindMember(key);
-  if (member == object.MemberEnd() || !member->value.IsArray()) fail(std::string("no array \"") + key + '"');
-  return member->value;
-}
-
 const rapidjson::Value& objectMember(const rapidjson::Value& object, const char* key) {
   const auto member = object.FindMember(key);
   if (member == object.MemberEnd() || !member->value.IsObject())
@@ -197,6 +191,12 @@ PivotTable readTable(const rapidjson::Value& object) {
   table.maxColumnWidth = intMember(object, "maxColumnWidth");
   squareUp(table);
   return table;
+}
+
+const rapidjson::Value& arrayMember(const rapidjson::Value& object, const char* key) {
+  const auto member = object.FindMember(key);
+  if (member == object.MemberEnd() || !member->value.IsArray()) fail(std::string("no array \"") + key + '"');
+  return member->value;
 }
 
 std::string_view stringMember(const rapidjson::Value& object, const char* key) {

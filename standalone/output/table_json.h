@@ -32,6 +32,9 @@ rapidjson::Document parseJson(std::string_view text);
 // Throws JsonFormatError when the value is no table. The result is squared up.
 PivotTable readTable(const rapidjson::Value& object);
 
+// Throws JsonFormatError when there is no such array.
+const rapidjson::Value& arrayMember(const rapidjson::Value& object, const char* key);
+
 // A member that is a string, or an empty text.
 std::string_view stringMember(const rapidjson::Value& object, const char* key);
 
