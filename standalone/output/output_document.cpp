@@ -104,6 +104,10 @@ void OutputDocument::onItem(std::function<void(const std::string& itemJson)> lis
   contents_->listener = std::move(listener);
 }
 
+const std::vector<std::string>& OutputDocument::items() const {
+  return contents_->items;
+}
+
 std::string OutputDocument::toJson() const {
   std::string json =
       "{\"format\":\"genostat-output\",\"version\":" + std::to_string(kFormatVersion) + ",\"items\":[";

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "standalone/output/chart.h"
 #include "standalone/output/pivot_table.h"
@@ -34,6 +35,8 @@ class OutputDocument {
   // Called with each new item as JSON text, right after it was added.
   void onItem(std::function<void(const std::string& itemJson)> listener);
 
+  // The items so far, each as JSON text.
+  const std::vector<std::string>& items() const;
   // The whole document.
   std::string toJson() const;
 

@@ -38,6 +38,9 @@ std::string renderItemAsText(std::string_view itemJson, const TextStyle& style) 
   const rapidjson::Document item = parseJson(itemJson);
   const std::string_view type = stringMember(item, "type");
   if (type == "table") return '\n' + renderTableAsText(readTable(item), style);
+  if (type == "chart") {
+    return "\n[chart: " + printableText(stringMember(item, "title")) + "; shown in HTML output]\n";
+  }
   if (type == "text") return renderText(stringMember(item, "kind"), stringMember(item, "text"), style);
   return {};
 }

@@ -160,6 +160,29 @@ Listwise N=4
 )");
 }
 
+TEST(TextTable, HangsMarksBesideTheDigits) {
+  PivotTable table;
+  table.title = "Correlations";
+  table.titleMark = "a";
+  table.columns = {{"GC", {}, "b"}, {"Remark", {}}};
+  table.rows = {{"one", {}, "c"}, {"two", {}}, {"three", {}}, {"none", {}}};
+  table.cells = {{number(-.25, 3), text("x")}, {number(.5, 3), number(2, 0)}, {number(1, 3)}, {}};
+  table.cells[0][0].mark = "**";
+  table.cells[1][0].mark = "*";
+  table.cells[0][1].mark = "d";
+  EXPECT_EQ(render(table, {}), R"(
+Correlationsa
++-------+----------+--------+
+|       |      GCb | Remark |
++-------+----------+--------+
+| onec  | -0.250** | xd     |
+| two   |  0.500*  |      2 |
+| three |  1.000   |        |
+| none  |          |        |
++-------+----------+--------+
+)");
+}
+
 TEST(TextTable, SplitsAtTheWidthAndKeepsGroupsTogether) {
   EXPECT_EQ(render(correlations(), {false, false, 50}), R"(
 Correlations
@@ -225,7 +248,9 @@ TEST(TextItems, SayWhatTheyAre) {
             "\x1B[31mf:1:2: error: it broke\n  x\n  ^\x1B[0m\n");
   EXPECT_EQ(renderText("warning", "\x1B[2Jodd\n", true), "\x1B[33mwarning: \\x1B[2Jodd\x1B[0m\n");
   EXPECT_EQ(renderText("note", "job run_1 ended", true), "job run_1 ended\n");
-  EXPECT_EQ(renderItemAsText(R"({"type":"chart"})", {}), "");
+  EXPECT_EQ(renderItemAsText(R"({"type":"chart","title":"GC\n"})", {}),
+            "\n[chart: GC\\n; shown in HTML output]\n");
+  EXPECT_EQ(renderItemAsText(R"({"type":"picture"})", {}), "");
 }
 
 }  // namespace

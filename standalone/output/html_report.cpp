@@ -1,0 +1,234 @@
+// Items of one command form a section, headed by its procedure; commands of one source stand together, and
+// where there are several sources each has a heading. The outline at the left mirrors that.
+
+#include "standalone/output/html_report.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "standalone/output/chart_json.h"
+#include "standalone/output/html_chart.h"
+#include "standalone/output/html_table.h"
+#include "standalone/output/html_text.h"
+#include "standalone/output/report_assets.h"
+#include "standalone/output/table_json.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// One item as it is shown, with what the outline says of it.
+struct Block {
+  std::string id;
+  std::string label;
+  std::string html;
+};
+
+struct Section {
+  std::string source;
+  unsigned command = 0;
+  std::string procedure;  // empty while only texts are in it
+  std::vector<Block> blocks;
+};
+
+struct Counts {
+  std::size_t tables = 0;
+  std::size_t charts = 0;
+  std::size_t errors = 0;
+  std::size_t warnings = 0;
+};
+
+struct Report {
+  std::vector<Section> sections;
+  Counts counts;
+};
+
+unsigned commandOf(const rapidjson::Value& item) {
+  const auto member = item.FindMember("command");
+  return member != item.MemberEnd() && member->value.IsUint() ? member->value.GetUint() : 0;
+}
+
+// "<job 'a'>", as diagnostics name it, without its angles.
+std::string sourceOf(const rapidjson::Value& item) {
+  std::string_view source = stringMember(item, "source");
+  if (source.starts_with('<') && source.ends_with('>')) source = source.substr(1, source.size() - 2);
+  return std::string(source);
+}
+
+std::string messageWord(std::string_view kind) {
+  if (kind == "error") return "Error";
+  if (kind == "warning") return "Warning";
+  return "Note";
+}
+
+std::string messageHtml(std::string_view kind, std::string_view text, const std::string& id) {
+  while (text.ends_with('\n')) {
+    text.remove_suffix(1);
+  }
+  const std::string word = messageWord(kind);
+  return "<div class=\"message " + std::string(kind == "error" || kind == "warning" ? kind : "note") +
+         "\" id=\"" + id + "\"><strong>" + word + "</strong>\n<pre>" + escapeHtml(text, LineBreaks::Keep) +
+         "</pre></div>\n";
+}
+
+class ReportReader {
+ public:
+  void read(const rapidjson::Value& item) {
+    const std::string_view type = stringMember(item, "type");
+    if (type == "table") {
+      addTable(item);
+    } else if (type == "chart") {
+      addChart(item);
+    } else if (type == "text") {
+      addMessage(item);
+    }
+  }
+
+  Report take() { return std::move(report_); }
+
+ private:
+  Section& sectionOf(const rapidjson::Value& item) {
+    const unsigned command = commandOf(item);
+    const std::string source = sourceOf(item);
+    std::vector<Section>& sections = report_.sections;
+    if (sections.empty() || sections.back().command != command || sections.back().source != source) {
+      sections.push_back({source, command, {}, {}});
+    }
+    if (sections.back().procedure.empty()) sections.back().procedure = stringMember(item, "procedure");
+    return sections.back();
+  }
+
+  void addTable(const rapidjson::Value& item) {
+    const PivotTable table = readTable(item);
+    const std::string id = "table-" + std::to_string(++report_.counts.tables);
+    Section& section = sectionOf(item);
+    const std::string label = table.title.empty() ? "Table" : table.title;
+    section.blocks.push_back({id, label, renderTableAsHtml(table, id, section.procedure)});
+  }
+
+  void addChart(const rapidjson::Value& item) {
+    const Chart chart = readChart(item);
+    const std::string id = "chart-" + std::to_string(++report_.counts.charts);
+    sectionOf(item).blocks.push_back({id, chart.title, renderChartAsHtml(chart, id)});
+  }
+
+  void addMessage(const rapidjson::Value& item) {
+    const std::string_view kind = stringMember(item, "kind");
+    if (kind == "error") ++report_.counts.errors;
+    if (kind == "warning") ++report_.counts.warnings;
+    const std::string id = "message-" + std::to_string(++messages_);
+    sectionOf(item).blocks.push_back(
+        {id, messageWord(kind), messageHtml(kind, stringMember(item, "text"), id)});
+  }
+
+  Report report_;
+  std::size_t messages_ = 0;
+};
+
+bool namesSources(const std::vector<Section>& sections) {
+  return std::ranges::any_of(
+      sections, [&](const Section& section) { return section.source != sections.front().source; });
+}
+
+std::string procedureOf(const Section& section) {
+  return section.procedure.empty() ? "Messages" : section.procedure;
+}
+
+std::string linkHtml(const std::string& id, const std::string& label, const char* classes) {
+  return "<a" + (*classes != '\0' ? " class=\"" + std::string(classes) + '"' : std::string()) + " href=\"#" +
+         id + "\">" + escapeHtml(label) + "</a>";
+}
+
+std::string outlineHtml(const std::vector<Section>& sections) {
+  if (sections.empty()) return "<div></div>\n";
+  std::string html =
+      "<nav class=\"outline\" aria-label=\"Contents\">\n<details open><summary>Contents</summary>\n<ol>\n";
+  const bool sources = namesSources(sections);
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    const Section& section = sections[i];
+    if (sources && (i == 0 || sections[i - 1].source != section.source)) {
+      html += "<li class=\"source\">" + escapeHtml(section.source) + "</li>\n";
+    }
+    html +=
+        "<li>" + linkHtml("section-" + std::to_string(i + 1), procedureOf(section), "procedure") + "<ol>\n";
+    for (const Block& block : section.blocks) {
+      html += "<li>" + linkHtml(block.id, block.label, "") + "</li>\n";
+    }
+    html += "</ol></li>\n";
+  }
+  return html + "</ol>\n</details>\n</nav>\n";
+}
+
+std::string sectionsHtml(const std::vector<Section>& sections) {
+  std::string html;
+  const bool sources = namesSources(sections);
+  const std::string level = sources ? "h3" : "h2";
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    const Section& section = sections[i];
+    if (sources && (i == 0 || sections[i - 1].source != section.source)) {
+      html += "<h2 class=\"source-heading\">" + escapeHtml(section.source) + "</h2>\n";
+    }
+    const std::string id = "section-" + std::to_string(i + 1);
+    html += "<section id=\"" + id + "\" aria-labelledby=\"" + id + "-title\">\n<" + level +
+            " class=\"procedure-heading\" id=\"" + id + "-title\">" + escapeHtml(procedureOf(section)) +
+            "</" + level + ">\n";
+    for (const Block& block : section.blocks) {
+      html += block.html;
+    }
+    html += "</section>\n";
+  }
+  return html;
+}
+
+std::string contentsLine(const Counts& counts) {
+  std::string line;
+  const auto add = [&line](std::size_t count, const char* noun) {
+    if (count == 0) return;
+    if (!line.empty()) line += ", ";
+    line += std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+  };
+  add(counts.tables, "table");
+  add(counts.charts, "chart");
+  add(counts.warnings, "warning");
+  add(counts.errors, "error");
+  return line.empty() ? "Nothing to show" : line;
+}
+
+std::string headHtml(const std::string& title, bool charts) {
+  const ReportAssets& assets = reportAssets();
+  std::string scripts(assets.script.policy);
+  if (charts) scripts.append(" ").append(assets.charts.policy);
+  std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n";
+  html += "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src ";
+  html.append(assets.style.policy).append("; script-src ").append(scripts);
+  html += "; base-uri 'none'; form-action 'none'\">\n";
+  html += "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n";
+  html += "<meta name=\"color-scheme\" content=\"light dark\">\n";
+  html += "<title>" + escapeHtml(title) + "</title>\n";
+  return html.append("<style>").append(assets.style.text).append("</style>\n</head>\n");
+}
+
+}  // namespace
+
+std::string renderHtmlReport(std::span<const std::string> items, const std::string& title) {
+  ReportReader reader;
+  for (const std::string& item : items) {
+    reader.read(parseJson(item));
+  }
+  const Report report = reader.take();
+  const bool charts = report.counts.charts > 0;
+  std::string html = headHtml(title, charts);
+  html += "<body>\n<a class=\"skip\" href=\"#results\">Skip to the results</a>\n";
+  html += outlineHtml(report.sections);
+  html += "<main id=\"results\" tabindex=\"-1\">\n<header>\n<h1>" + escapeHtml(title) +
+          "</h1>\n<p class=\"contents\">" + contentsLine(report.counts) + "</p>\n</header>\n";
+  html += sectionsHtml(report.sections) + "</main>\n";
+  const ReportAssets& assets = reportAssets();
+  html.append("<script>").append(assets.script.text).append("</script>\n");
+  if (charts) html.append("<script>").append(assets.charts.text).append("</script>\n");
+  return html + "</body>\n</html>\n";
+}
+
+}  // namespace genostat::standalone

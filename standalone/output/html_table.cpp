@@ -1,0 +1,123 @@
+#include "standalone/output/html_table.h"
+
+#include <cstddef>
+#include <set>
+
+#include "standalone/output/html_text.h"
+#include "standalone/output/text_grid.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// The places of a grid that one label takes, and where its text stands.
+struct Span {
+  std::size_t rows = 1;
+  std::size_t columns = 1;
+  const GridCell* text = nullptr;
+};
+
+Span spanAt(const TextGrid& grid, std::size_t row, std::size_t column) {
+  const GridCell& first = grid.rows[row][column];
+  Span span;
+  span.text = &first;
+  if (first.region == nullptr) return span;
+  span.columns = spanEnd(grid.rows[row], column) - column;
+  const std::size_t end = grid.isHeader(row) ? grid.headerRows : grid.rows.size();
+  while (row + span.rows < end && grid.rows[row + span.rows][column].region == first.region) {
+    const GridCell& below = grid.rows[row + span.rows++][column];
+    if (span.text->text.empty()) span.text = &below;
+  }
+  return span;
+}
+
+// Whether the label at this place began in the row above or in the column before.
+bool isContinued(const TextGrid& grid, std::size_t row, std::size_t column) {
+  if (joined(grid.rows[row], column)) return true;
+  const void* region = grid.rows[row][column].region;
+  return region != nullptr && row > 0 && grid.isHeader(row - 1) == grid.isHeader(row) &&
+         grid.rows[row - 1][column].region == region;
+}
+
+std::string htmlWithMark(const std::string& textAndMark, std::size_t markSize) {
+  const std::string_view text = textAndMark;
+  std::string html = escapeHtml(text.substr(0, text.size() - markSize));
+  if (markSize > 0) html += "<sup>" + escapeHtml(text.substr(text.size() - markSize)) + "</sup>";
+  return html;
+}
+
+std::string number(const char* attribute, std::size_t count) {
+  return count == 1 ? std::string() : std::string(attribute) + "\"" + std::to_string(count) + '"';
+}
+
+std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) {
+  const Span span = spanAt(grid, row, column);
+  const std::string& text = span.text->text;
+  const bool header = grid.isHeader(row);
+  const bool label = header || column < grid.labelColumns;
+  // A corner without a heading heads nothing.
+  const bool heads = label && !(header && text.empty());
+  std::string classes;
+  std::string more = number(" rowspan=", span.rows) + number(" colspan=", span.columns);
+  if (span.text->alignment == Alignment::Right) classes = "number";
+  if (header && column >= grid.labelColumns && span.text->alignment == Alignment::Centre) classes = "span";
+  if (!header && label && span.rows > 1) classes = "group";
+  if (header && row + span.rows == grid.headerRows && span.rows > 1) more += " data-bottom";
+  if (heads) {
+    const char* axis = header ? "col" : "row";
+    more += std::string(" scope=\"") + axis + ((header ? span.columns : span.rows) > 1 ? "group" : "") + '"';
+  }
+  if (!classes.empty()) more += " class=\"" + classes + '"';
+  const std::string tag = heads ? "th" : "td";
+  return '<' + tag + more + '>' + htmlWithMark(text, span.text->markSize) + "</" + tag + '>';
+}
+
+std::string rowHtml(const TextGrid& grid, std::size_t row) {
+  const bool ruled = row > grid.headerRows && grid.ruleAbove[row];
+  std::string html = ruled ? "<tr class=\"rule\">" : "<tr>";
+  for (std::size_t column = 0; column < grid.columnCount(); ++column) {
+    if (!isContinued(grid, row, column)) html += cellHtml(grid, row, column);
+  }
+  return html + "</tr>\n";
+}
+
+std::string rowsHtml(const TextGrid& grid, const char* tag, std::size_t begin, std::size_t end) {
+  if (begin == end) return {};
+  std::string html = std::string("<") + tag + ">\n";
+  for (std::size_t row = begin; row < end; ++row) {
+    html += rowHtml(grid, row);
+  }
+  return html + "</" + tag + ">\n";
+}
+
+std::string footnotesHtml(const PivotTable& table, const std::string& id) {
+  if (table.footnotes.empty()) return {};
+  std::string html = "<ul class=\"notes\" id=\"" + id + "\">\n";
+  for (const std::string& footnote : table.footnotes) {
+    html += "<li>" + escapeHtml(footnote) + "</li>\n";
+  }
+  return html + "</ul>\n";
+}
+
+}  // namespace
+
+std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std::string_view name) {
+  const std::string base = escapeHtml(id);
+  const TextGrid grid = layOutGrid(table);
+  const bool titled = !table.title.empty();
+  std::string html =
+      "<div class=\"table\" id=\"" + base + "\">\n<div class=\"scroll\" role=\"region\" tabindex=\"0\" ";
+  html += titled ? "aria-labelledby=\"" + base + "-title\"" : "aria-label=\"" + escapeHtml(name) + '"';
+  html += ">\n<table";
+  if (!table.footnotes.empty()) html += " aria-describedby=\"" + base + "-notes\"";
+  html += ">\n";
+  if (titled) {
+    html += "<caption class=\"title\" id=\"" + base + "-title\">" +
+            htmlWithMark(table.title + table.titleMark, table.titleMark.size()) + "</caption>\n";
+  }
+  html += rowsHtml(grid, "thead", 0, grid.headerRows);
+  html += rowsHtml(grid, "tbody", grid.headerRows, grid.rows.size());
+  return html + "</table>\n</div>\n" + footnotesHtml(table, base + "-notes") + "</div>\n";
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,57 @@
+#include "standalone/output/html_text.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+std::string_view entityFor(char c) {
+  switch (c) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '"':
+      return "&quot;";
+    case '\'':
+      return "&#39;";
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+std::string escapeHtml(std::string_view text, LineBreaks lineBreaks) {
+  std::string escaped;
+  for (const char c : printableText(text, lineBreaks)) {
+    const std::string_view entity = entityFor(c);
+    if (entity.empty()) {
+      escaped += c;
+    } else {
+      escaped += entity;
+    }
+  }
+  return escaped;
+}
+
+std::string escapeScriptJson(std::string_view json) {
+  // In JSON these three stand in strings only, where they may be written by their number.
+  std::string escaped;
+  escaped.reserve(json.size());
+  for (const char c : json) {
+    if (c == '<') {
+      escaped += "\\u003C";
+    } else if (c == '>') {
+      escaped += "\\u003E";
+    } else if (c == '&') {
+      escaped += "\\u0026";
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
+}  // namespace genostat::standalone

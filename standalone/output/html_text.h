@@ -1,0 +1,19 @@
+// The one place where texts become parts of a page.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "standalone/syntax/printable_text.h"
+
+namespace genostat::standalone {
+
+// A text as it stands between tags or inside a double-quoted attribute. Characters that would steer the
+// display are written visibly, invalid UTF-8 becomes U+FFFD.
+std::string escapeHtml(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
+
+// A JSON text as it stands inside a script element: the same values, without a character that could end
+// the element or begin a comment.
+std::string escapeScriptJson(std::string_view json);
+
+}  // namespace genostat::standalone
