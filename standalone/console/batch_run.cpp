@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -103,6 +104,30 @@ standalone::SourcePtr readSyntax(const std::string& file) {
   return std::make_shared<const standalone::SourceText>(standalone::SourceText{name, std::move(text.text)});
 }
 
+// What heads the report: the syntax file's name without its ending.
+std::string reportTitle(const std::string& file) {
+  return file == "-" ? "Results" : platform::pathToUtf8(platform::pathFromUtf8(file).stem());
+}
+
+// Makes sure of the files before the work begins. Throws UsageError, or std::runtime_error for a file that
+// cannot be written.
+void prepareOutputs(const RunOptions& options, ConsoleView& view) {
+  std::optional<OutputFile> results;
+  std::optional<OutputFile> report;
+  if (!options.outputFile.empty()) results.emplace(options.outputFile);
+  if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
+  const path syntax = platform::pathFromUtf8(options.file);
+  if (results && results->isSameAs(syntax)) throw UsageError("--to names the syntax file");
+  if (report && report->isSameAs(syntax)) throw UsageError("--html names the syntax file");
+  if (results && report && results->isSameAs(platform::pathFromUtf8(options.htmlFile))) {
+    throw UsageError("--to and --html name the same file");
+  }
+  const bool pageOnTerminal =
+      options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
+  if (pageOnTerminal) throw UsageError("--output html is nothing for a terminal; add --to FILE");
+  view.setFiles(std::move(results), std::move(report), reportTitle(options.file));
+}
+
 }  // namespace
 
 int runBatch(const RunOptions& options) {
@@ -114,12 +139,13 @@ int runBatch(const RunOptions& options) {
   };
   try {
     const standalone::SourcePtr syntax = readSyntax(options.file);
+    prepareOutputs(options, run->view);
     run->session.emplace(sessionOptions(options), run->view, run->view.document());
     run->begin();
     run->session->run(syntax);
   } catch (const UsageError& error) {
     return refuse(error.what(), kUsageError);
-  } catch (const standalone::ModuleError& error) {
+  } catch (const std::runtime_error& error) {
     return refuse(error.what(), kFailure);
   }
   run->session->finishJobs();

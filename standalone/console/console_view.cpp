@@ -4,9 +4,12 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "platform/program.h"
+#include "standalone/output/html_report.h"
 
 namespace genostat::console {
 
@@ -46,8 +49,18 @@ standalone::TextStyle chooseStyle() {
 ConsoleView::ConsoleView(OutputFormat format) : format_(format), style_(chooseStyle()) {
   if (format_ != OutputFormat::Text) return;
   document_.onItem([this](const std::string& item) {
-    if (!recording_) writeOutput(standalone::renderItemAsText(item, style_));
+    if (!recording_) show(standalone::renderItemAsText(item, style_));
   });
+}
+
+void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<OutputFile> report,
+                           std::string title) {
+  resultsFile_ = std::move(results);
+  reportFile_ = std::move(report);
+  title_ = std::move(title);
+  if (!resultsFile_) return;
+  style_.colour = false;
+  style_.width = columnsWanted() > 0 ? columnsWanted() : kWidthOfFiles;
 }
 
 void ConsoleView::showNotice(const std::string& text) {
@@ -64,8 +77,32 @@ void ConsoleView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
 }
 
 bool ConsoleView::finish() {
-  if (format_ == OutputFormat::Json) writeOutput(document_.toJson());
+  if (format_ == OutputFormat::Json) show(document_.toJson());
+  if (format_ == OutputFormat::Html) show(report());
+  if (resultsFile_) writeFile(*resultsFile_, fileText_);
+  if (reportFile_) writeFile(*reportFile_, report());
   return !outputFailed_;
+}
+
+std::string ConsoleView::report() const {
+  return standalone::renderHtmlReport(document_.items(), title_);
+}
+
+void ConsoleView::show(std::string_view text) {
+  if (resultsFile_) {
+    fileText_ += text;
+  } else {
+    writeOutput(text);
+  }
+}
+
+void ConsoleView::writeFile(const OutputFile& file, std::string_view text) {
+  try {
+    file.write(text);
+  } catch (const std::runtime_error& error) {
+    outputFailed_ = true;
+    showDiagnostic({{}, error.what(), {}, {}});
+  }
 }
 
 void ConsoleView::writeOutput(std::string_view text) {

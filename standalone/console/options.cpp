@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -25,7 +26,8 @@ constexpr const char* kRunHelp =
     "String tables translate the module's texts: GENOSTAT.txt and global.txt, UTF-8, each line\n"
     "a key, a tab and its text.\n"
     "\n"
-    "Results go to standard output; notices, warnings and errors to standard error.\n"
+    "Results go to standard output or the file of --to; notices, warnings and errors to\n"
+    "standard error.\n"
     "When all commands have run, the program waits for the jobs that they submitted and then\n"
     "runs the syntax that each of them sent back. Ctrl-C cancels all jobs and removes their\n"
     "files. A second Ctrl-C ends the program at once.\n"
@@ -40,13 +42,20 @@ const CLI::Validator& notEmpty() {
   return validator;
 }
 
-const CLI::Validator& textOrJson() {
+std::optional<OutputFormat> formatNamed(std::string_view name) {
+  if (name == "text") return OutputFormat::Text;
+  if (name == "json") return OutputFormat::Json;
+  if (name == "html") return OutputFormat::Html;
+  return std::nullopt;
+}
+
+const CLI::Validator& formatName() {
   static const CLI::Validator validator(
       [](std::string& value) {
-        if (value == "text" || value == "json") return std::string();
-        return "expected text or json, found " + standalone::quoteForMessage(value);
+        if (formatNamed(value)) return std::string();
+        return "expected text, json or html, found " + standalone::quoteForMessage(value);
       },
-      "", "text or json");
+      "", "text, json or html");
   return validator;
 }
 
@@ -68,12 +77,14 @@ void addRunOptions(CLI::App& run, RunOptions& options) {
   run.add_option_function<std::string>(
          "--output",
          [&options](const std::string& value) {
-           options.output = value == "json" ? OutputFormat::Json : OutputFormat::Text;
+           options.output = formatNamed(value).value_or(OutputFormat::Text);
          },
-         "form of the results: text or json; default: text")
+         "form of the results: text, json or html; default: text")
       ->type_name("FORMAT")
       ->take_last()
-      ->check(textOrJson());
+      ->check(formatName());
+  add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
+  add("--html", options.htmlFile, "FILE", "write a report with charts as well: one page, at the end");
   run.footer(std::string(kRunHelp) + kExitStatusHelp);
 }
 

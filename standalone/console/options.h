@@ -7,7 +7,7 @@
 
 namespace genostat::console {
 
-enum class OutputFormat { Text, Json };
+enum class OutputFormat { Text, Json, Html };
 
 // genostat run. Paths are as given, in UTF-8; empty ones were not given.
 struct RunOptions {
@@ -19,6 +19,8 @@ struct RunOptions {
   std::string eventsFile;
   std::string csvFolder;
   OutputFormat output = OutputFormat::Text;
+  std::string outputFile;  // gets what else goes to standard output
+  std::string htmlFile;    // gets a report beside that
 };
 
 // Nothing to run: a text to show, help or an error, and the exit status.

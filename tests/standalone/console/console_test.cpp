@@ -183,7 +183,12 @@ TEST_F(Console, AnswersWrongUsage) {
       {{"run"}, "error: FILE is required" + seeRun},
       {{"run", "--tmep", "x", "a"}, "error: unknown option \"--tmep\"; did you mean --temp?" + seeRun},
       {{"run", "a", "b"}, "error: unexpected argument \"b\"" + seeRun},
-      {{"run", "a", "--output", "xml"}, "error: --output: expected text or json, found \"xml\"" + seeRun},
+      {{"run", "a", "--output", "xml"},
+       "error: --output: expected text, json or html, found \"xml\"" + seeRun},
+      {{"run", "good.fastq", "--to", "good.fastq"}, "error: --to names the syntax file\n"},
+      {{"run", "good.fastq", "--html", "./good.fastq"}, "error: --html names the syntax file\n"},
+      {{"run", "good.fastq", "--html", "a", "--to", "temp/../a"},
+       "error: --to and --html name the same file\n"},
       {{"run", "missing.syntax"}, "error: cannot read \"missing.syntax\": no such file\n"},
       {{"run", "temp"}, "error: cannot read \"temp\": it is a folder\n"},
       {{"run", "good.fastq", "--strings", "no"},
@@ -240,6 +245,35 @@ TEST_F(Console, FailsWhenItsFilesCannotBeWritten) {
       << result.err;
   EXPECT_NE(result.out.find("Summary"), std::string::npos);
   EXPECT_EQ(namesIn(at("temp")), Arguments{});
+}
+
+TEST_F(Console, WritesResultsAndReportsToFiles) {
+  write("kept.html", "old");
+  ProgramResult result = run("GET DATA /TYPE=TXT /FILE='table.csv' /VARIABLES=a AUTO.\nFOO.\n",
+                             {"--output", "json", "--to", "results.json", "--html", "kept.html"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(readWholeFile(at("results.json")), testing::StartsWith("{\"format\":\"genostat-output\""));
+  EXPECT_THAT(
+      readWholeFile(at("kept.html")),
+      testing::AllOf(testing::StartsWith("<!DOCTYPE html>"), testing::HasSubstr("<h1>a</h1>"),
+                     testing::HasSubstr("unknown command &quot;FOO&quot;"), testing::EndsWith("</html>\n")));
+  result = run(job("good.fastq", "a"), {"--to", "tables.txt"});
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(readWholeFile(at("tables.txt")), testing::StartsWith("\nSummary\n+--"));
+  result = run("EXECUTE.\n", {"--output", "html"});
+  EXPECT_THAT(result.out, testing::StartsWith("<!DOCTYPE html>"));
+
+  const struct {
+    std::string file, reason;
+  } rows[] = {{"temp", "it is a folder"}, {"no/where.html", "its folder does not exist"}};
+  for (const auto& row : rows) {
+    result = run("FOO.\n", {"--html", row.file});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "error: cannot write \"" + row.file + "\": " + row.reason + "\n");
+  }
+  EXPECT_EQ(namesIn(folder_.path()), (Arguments{"a.syntax", "bad.fastq", "good.fastq", "home", "kept.html",
+                                                "results.json", "tables.txt", "temp"}));
 }
 
 TEST_F(Console, ReportsJobsThatCouldNotBeStarted) {
