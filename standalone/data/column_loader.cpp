@@ -4,7 +4,8 @@
 #include <limits>
 #include <utility>
 
-#include "standalone/data/number_text.h"
+#include "platform/memory.h"
+#include "standalone/data/short_number.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {
@@ -20,6 +21,10 @@ std::string_view cutAtCharacter(std::string_view text, std::size_t bytes) {
     --bytes;
   }
   return text.substr(0, bytes);
+}
+
+std::string_view fieldOf(const Record& record, std::size_t index) {
+  return index < record.fields.size() ? record.fields[index] : std::string_view();
 }
 
 }  // namespace
@@ -38,12 +43,28 @@ ColumnLoader::ColumnLoader(const ImportColumn& wanted, char decimal)
   column_.name = wanted.name;
 }
 
-void ColumnLoader::add(std::string_view field, std::size_t line) {
+void ColumnLoader::add(std::span<const Record> cases, std::size_t index) {
   if (kind_ == ImportColumn::Kind::String) {
-    addText(field, line);
+    for (const Record& record : cases) {
+      addText(fieldOf(record, index), record.line);
+    }
     return;
   }
-  addNumber(field, line);
+  if (!holdsNumbers()) cases = addUntilNumber(cases, index);
+  if (holdsNumbers()) addNumbers(cases, index);
+}
+
+void ColumnLoader::reserve(std::size_t cases) {
+  constexpr std::size_t kLarge = std::size_t{4} << 20;
+  if (holdsNumbers()) {
+    const std::size_t before = column_.numbers.capacity();
+    column_.numbers.reserve(cases);
+    const std::size_t bytes = column_.numbers.capacity() * sizeof(double);
+    if (column_.numbers.capacity() > before && bytes >= kLarge)
+      platform::preferLargePages(column_.numbers.data(), bytes);
+  } else {
+    column_.texts.reserve(cases);
+  }
 }
 
 void ColumnLoader::addText(std::string_view field, std::size_t line) {
@@ -54,22 +75,48 @@ void ColumnLoader::addText(std::string_view field, std::size_t line) {
   column_.texts.emplace_back(field);
 }
 
-void ColumnLoader::addNumber(std::string_view field, std::size_t line) {
-  const std::string_view trimmed = trimBlanks(field);
-  const std::optional<ParsedNumber> number = parseNumber(trimmed, decimal_);
-  if (!number && !trimmed.empty()) notNumbers_.add(trimmed, line);
-  if (numberCount_ == 0 && kind_ == ImportColumn::Kind::Auto) {
-    if (!number) {
-      column_.texts.emplace_back(trimmed.empty() ? std::string_view() : field);
-      return;
+// Automatic type: keeps texts, and returns the cases from the first number on.
+std::span<const Record> ColumnLoader::addUntilNumber(std::span<const Record> cases, std::size_t index) {
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    const std::string_view field = fieldOf(cases[i], index);
+    const std::string_view trimmed = trimBlanks(field);
+    if (parsePaddedNumber(trimmed, decimal_)) {
+      column_.numbers.reserve(column_.texts.capacity());
+      column_.numbers.assign(column_.texts.size(), kMissing);
+      column_.texts = {};
+      numbersSeen_ = true;
+      return cases.subspan(i);
     }
-    column_.numbers.assign(column_.texts.size(), kMissing);
-    column_.texts = {};
+    if (!trimmed.empty()) notNumbers_.add(trimmed, cases[i].line);
+    column_.texts.emplace_back(trimmed.empty() ? std::string_view() : field);
   }
-  column_.numbers.push_back(number ? number->value : kMissing);
-  if (!number) return;
-  ++numberCount_;
-  column_.decimals = std::max(column_.decimals, number->decimals);
+  return {};
+}
+
+void ColumnLoader::addNumbers(std::span<const Record> cases, std::size_t index) {
+  const std::size_t begin = column_.numbers.size();
+  column_.numbers.resize(begin + cases.size());
+  double* const values = column_.numbers.data() + begin;
+  const char decimal = decimal_;
+  std::size_t count = 0;
+  int decimals = column_.decimals;
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    const std::string_view field = fieldOf(cases[i], index);
+    ParsedNumber number = parseShortNumber(field, decimal);
+    if (!number) number = parseUnusual(field, cases[i].line);
+    values[i] = number ? number.value : kMissing;
+    count += number ? 1U : 0U;
+    decimals = std::max(decimals, number.decimals);
+  }
+  numberCount_ += count;
+  column_.decimals = decimals;
+}
+
+ParsedNumber ColumnLoader::parseUnusual(std::string_view field, std::size_t line) {
+  const std::string_view trimmed = trimBlanks(field);
+  const ParsedNumber number = parsePaddedNumber(trimmed, decimal_);
+  if (!number && !trimmed.empty()) notNumbers_.add(trimmed, line);
+  return number;
 }
 
 bool ColumnLoader::isNumeric(double percentage) const {

@@ -3,10 +3,13 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "standalone/data/dataset.h"
+#include "standalone/data/number_text.h"
+#include "standalone/data/record_reader.h"
 
 namespace genostat::standalone {
 
@@ -29,8 +32,10 @@ class ColumnLoader {
  public:
   ColumnLoader(const ImportColumn& wanted, char decimal);
 
-  // `line` is where the value's record begins.
-  void add(std::string_view field, std::size_t line);
+  // Takes the field at `index` of each record; an empty one of records that have less.
+  void add(std::span<const Record> cases, std::size_t index);
+  // Makes room for so many values altogether.
+  void reserve(std::size_t cases);
 
   // Automatic type: at least `percentage` % of the values that are not empty are numbers (and at
   // least one is), or all are empty: a measure that was never taken is no text.
@@ -54,13 +59,17 @@ class ColumnLoader {
   };
 
   void addText(std::string_view field, std::size_t line);
-  void addNumber(std::string_view field, std::size_t line);
+  std::span<const Record> addUntilNumber(std::span<const Record> cases, std::size_t index);
+  void addNumbers(std::span<const Record> cases, std::size_t index);
+  ParsedNumber parseUnusual(std::string_view field, std::size_t line);
+  bool holdsNumbers() const { return numbersSeen_ || kind_ == ImportColumn::Kind::Numeric; }
 
   ImportColumn::Kind kind_;
   std::optional<int> wantedDecimals_;
   std::size_t longestText_;
   char decimal_;
   Column column_;
+  bool numbersSeen_ = false;
   std::size_t numberCount_ = 0;
   Loss notNumbers_;
   Loss cut_;

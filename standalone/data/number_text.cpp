@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstdint>
 #include <string>
+
+#include "standalone/data/short_number.h"
 
 namespace genostat::standalone {
 
@@ -14,76 +15,90 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-std::optional<double> fromChars(std::string_view text) {
+// A decimal number that from_chars has taken.
+struct NumberParts {
+  std::string_view digits;  // with the decimal sign
+  std::size_t whole;        // digits before it
+  long exponent;            // cut to five digits
+
+  explicit NumberParts(std::string_view text) {
+    text.remove_prefix(text.starts_with('-') ? 1 : 0);
+    const std::size_t mark = std::min(text.find_first_of("eE"), text.size());
+    digits = text.substr(0, mark);
+    whole = std::min(digits.find('.'), digits.size());
+    exponent = exponentOf(text.substr(mark));
+  }
+
+  int decimals() const {
+    const std::size_t behind = digits.size() - std::min(digits.size(), whole + 1);
+    return static_cast<int>(std::clamp(static_cast<long>(behind) - exponent, 0L, 16L));
+  }
+
+  bool isBelowOne() const {
+    const std::size_t first = std::min(digits.find_first_not_of("0."), digits.size());
+    const long place = static_cast<long>(whole) - static_cast<long>(first) - (first < whole ? 1 : 0);
+    return place + exponent < 0;
+  }
+
+ private:
+  static long exponentOf(std::string_view text) {
+    constexpr std::size_t kLongest = 9;
+    if (text.empty()) return 0;
+    text.remove_prefix(1);
+    const bool negative = text.starts_with('-');
+    text.remove_prefix(negative || text.starts_with('+') ? 1 : 0);
+    text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
+    long value = 0;
+    std::from_chars(text.data(), text.data() + std::min(text.size(), kLongest), value);
+    return negative ? -value : value;
+  }
+};
+
+// Text with a point, whose first character is a digit, a point, or a minus sign before either.
+ParsedNumber fromChars(std::string_view text) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (end != text.data() + text.size()) return std::nullopt;
+  if (end != text.data() + text.size()) return {};
+  const NumberParts parts(text);
   if (error == std::errc::result_out_of_range) {
-    const std::size_t exponent = text.find_first_of("eE");
-    const bool tooSmall = exponent != std::string_view::npos && text.substr(exponent + 1).starts_with('-');
-    return tooSmall ? std::optional<double>(0.0) : std::nullopt;
+    if (!parts.isBelowOne()) return {};
+    value = text.starts_with('-') ? -0.0 : 0.0;
+  } else if (error != std::errc()) {
+    return {};
   }
-  return error == std::errc() ? std::optional<double>(value) : std::nullopt;
+  return {value, parts.decimals()};
 }
 
-// Nearly all numbers of data files: a sign, at most 15 digits, no exponent. Digits and the power
-// of ten are then exact in double, and the one division rounds correctly.
-std::optional<ParsedNumber> parsePlain(std::string_view text, char decimal) {
-  constexpr std::array<double, 16> kPowers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  const bool negative = text.starts_with('-');
-  if (negative) text.remove_prefix(1);
-  if (text.size() >= kPowers.size()) return std::nullopt;
-  std::int64_t digits = 0;
-  std::size_t count = 0;
-  std::size_t decimals = 0;
-  bool signSeen = false;
-  for (const char c : text) {
-    if (isDigit(c)) {
-      digits = digits * 10 + (c - '0');
-      ++count;
-      decimals += signSeen ? 1U : 0U;
-    } else if (c == decimal && !signSeen) {
-      signSeen = true;
-    } else {
-      return std::nullopt;
-    }
-  }
-  if (count == 0) return std::nullopt;
-  const double value = static_cast<double>(digits) / kPowers[decimals];
-  return ParsedNumber{negative ? -value : value, static_cast<int>(decimals)};
-}
-
-std::optional<ParsedNumber> parseGeneral(std::string_view text, char decimal) {
+ParsedNumber parseGeneral(std::string_view text, char decimal) {
   if (text.starts_with('+')) {
     text.remove_prefix(1);
-    if (text.starts_with('-')) return std::nullopt;
+    if (text.starts_with('-')) return {};
   }
   const std::size_t first = text.starts_with('-') ? 1 : 0;
   // Keeps out "nan" and "inf", which from_chars takes for numbers.
-  if (first >= text.size() || (!isDigit(text[first]) && text[first] != decimal)) return std::nullopt;
+  if (first >= text.size() || (!isDigit(text[first]) && text[first] != decimal)) return {};
+  if (decimal == '.') return fromChars(text);
 
-  const std::size_t sign = text.find(decimal, first);
+  if (text.find('.') != std::string_view::npos) return {};
   std::string dotted(text);
-  if (decimal != '.') {
-    if (text.find('.') != std::string_view::npos) return std::nullopt;
-    if (sign != std::string_view::npos) dotted[sign] = '.';
-  }
-  const std::optional<double> value = fromChars(dotted);
-  if (!value) return std::nullopt;
-  int decimals = 0;
-  if (sign != std::string_view::npos) {
-    const std::string_view behind = text.substr(sign + 1);
-    decimals = static_cast<int>(std::ranges::find_if_not(behind, isDigit) - behind.begin());
-  }
-  return ParsedNumber{*value, decimals};
+  const std::size_t sign = text.find(decimal, first);
+  if (sign != std::string_view::npos) dotted[sign] = '.';
+  return fromChars(dotted);
 }
 
 }  // namespace
 
-std::optional<ParsedNumber> parseNumber(std::string_view text, char decimal) {
-  if (const auto number = parsePlain(text, decimal)) return number;
-  return parseGeneral(text, decimal);
+ParsedNumber parsePaddedNumber(std::string_view text, char decimal) {
+  const ParsedNumber number = parseShortNumber(text, decimal);
+  return number ? number : parseGeneral(text, decimal);
+}
+
+ParsedNumber parseNumber(std::string_view text, char decimal) {
+  constexpr std::size_t kLongestShort = 2 * kDigitsPerWord + 1;
+  if (text.size() > kLongestShort) return parseGeneral(text, decimal);
+  std::array<char, kLongestShort + kNumberPadding> padded = {};
+  std::ranges::copy(text, padded.begin());
+  return parsePaddedNumber({padded.data(), text.size()}, decimal);
 }
 
 std::string_view trimBlanks(std::string_view text) {

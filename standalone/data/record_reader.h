@@ -1,8 +1,8 @@
 // Delimited text, record by record.
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <istream>
 #include <optional>
 #include <span>
@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "standalone/data/stop_finder.h"
 
 namespace genostat::standalone {
 
@@ -23,6 +25,13 @@ struct DelimitedFormat {
   std::optional<char> qualifier = '"';  // encloses fields that hold delimiters, line ends or itself, doubled
 };
 
+struct Record {
+  std::size_t line = 0;  // where it begins, counted from 1
+  // Behind each field, kNumberPadding further bytes can be read.
+  std::span<const std::string_view> fields;
+  bool isBlank = false;  // nothing at all stands in its line
+};
+
 // Reads UTF-8 with or without a byte order mark, lines ending in LF or CR LF, in chunks; holds one
 // chunk and the record that goes on beyond it. A qualifier inside an unquoted field is plain text,
 // and text behind a closing qualifier belongs to the field. Borrows the stream.
@@ -30,44 +39,41 @@ class RecordReader {
  public:
   RecordReader(std::istream& input, const DelimitedFormat& format);
 
-  // Steps to the next record; false behind the last one. Throws ImportError.
-  bool next();
+  // Some of the next records, valid until the next call; none behind the last one. Throws ImportError.
+  std::span<const Record> next();
 
-  // The record's fields, valid until the next step.
-  std::span<const std::string_view> fields() const { return fields_; }
-  // Where the record begins, counted from 1.
-  std::size_t line() const { return line_; }
-  // Nothing at all stands in the line.
-  bool isBlankLine() const { return fields_.size() == 1 && fields_.front().empty() && !anyQuoted_; }
+  // Bytes of the text up to the end of the records that next() gave last.
+  std::uintmax_t bytesRead() const { return discarded_ + position_; }
 
  private:
-  // A field's bytes: in the buffer, or in `unquoted_` when quotes had to be undone.
-  struct FieldRange {
+  // A field of which quotes had to be undone: its bytes in `unquoted_`.
+  struct UnquotedField {
+    std::size_t field;
     std::size_t begin;
     std::size_t end;
-    bool inUnquoted;
   };
 
   bool scanRecord();
-  bool scanQuotedField(std::size_t& position);
-  void finishField(std::size_t begin, std::size_t end);
-  std::size_t findStop(std::size_t position) const;
+  void finishBatch();
+  const char* scanQuotedField(const char* qualifier);
   bool readMore();
   void checkByteOrderMark();
 
   std::istream& input_;
   std::optional<char> qualifier_;
-  std::array<bool, 256> stops_{};  // delimiters and LF
-  std::string buffer_;
-  std::size_t position_ = 0;  // the next record's begin
-  bool atEnd_ = false;        // the stream holds nothing more
-  std::size_t line_ = 0;
-  std::size_t nextLine_ = 1;
-  std::size_t lineFeedsInQuotes_ = 0;
-  bool anyQuoted_ = false;
+  std::vector<std::uint64_t> delimiters_;  // as StopFinder takes them
+  StopFinder stops_;                       // behind the fields that were scanned
+  std::vector<char> buffer_;               // the text and line feeds behind it
+  std::size_t size_ = 0;                   // of the text in the buffer
+  std::uintmax_t discarded_ = 0;           // bytes before the buffer
+  std::size_t position_ = 0;               // the next record's begin
+  bool atEnd_ = false;                     // the stream holds nothing more
+  std::size_t line_ = 1;                   // of the next record
+  std::size_t lineFeedsInQuotes_ = 0;      // of the record that is scanned
   std::string unquoted_;
-  std::vector<FieldRange> ranges_;
-  std::vector<std::string_view> fields_;
+  std::vector<UnquotedField> unquotedFields_;
+  std::vector<std::string_view> fields_;  // of all records, one after the other
+  std::vector<Record> records_;
 };
 
 }  // namespace genostat::standalone

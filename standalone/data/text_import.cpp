@@ -1,6 +1,8 @@
 #include "standalone/data/text_import.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <fstream>
 #include <system_error>
 #include <utility>
@@ -50,10 +52,22 @@ class ImportPass {
   ImportPass(const ImportRequest& request, const std::vector<ColumnLoader*>& loaders)
       : columnCount_(loaders.size()) {
     std::ifstream input = openFile(request.file);
+    std::error_code ignored;
+    const std::uintmax_t size = std::filesystem::file_size(request.file, ignored);
+    if (!ignored) fileSize_ = size;
     RecordReader reader(input, request.format);
-    for (std::size_t record = 1; reader.next(); ++record) {
+    std::size_t recordNumber = 0;
+    std::vector<Record> cases;
+    while (true) {
+      const std::span<const Record> records = reader.next();
+      if (records.empty()) break;
       empty_ = false;
-      if (record >= request.firstCase && !reader.isBlankLine()) addCase(reader, loaders);
+      cases.clear();
+      for (const Record& record : records) {
+        if (++recordNumber >= request.firstCase && !record.isBlank) cases.push_back(record);
+      }
+      if (caseCount_ + cases.size() > expectedCases_) expectCases(reader, loaders);
+      addCases(cases, loaders);
     }
   }
 
@@ -67,17 +81,39 @@ class ImportPass {
   }
 
  private:
-  void addCase(const RecordReader& reader, const std::vector<ColumnLoader*>& loaders) {
-    const std::span<const std::string_view> fields = reader.fields();
+  void addCases(std::span<const Record> cases, const std::vector<ColumnLoader*>& loaders) {
     for (std::size_t i = 0; i < loaders.size(); ++i) {
-      if (loaders[i] != nullptr)
-        loaders[i]->add(i < fields.size() ? fields[i] : std::string_view(), reader.line());
+      if (loaders[i] != nullptr) loaders[i]->add(cases, i);
     }
-    if (fields.size() < columnCount_) short_.add(reader.line(), fields.size());
-    if (fields.size() > columnCount_) long_.add(reader.line(), fields.size());
-    ++caseCount_;
+    for (const Record& record : cases) {
+      const std::size_t count = record.fields.size();
+      if (count < columnCount_) short_.add(record.line, count);
+      if (count > columnCount_) long_.add(record.line, count);
+    }
+    caseCount_ += cases.size();
   }
 
+  // Growing by what the file's rest will hold, if it goes on like this, moves few values and
+  // leaves little room unused. The first lines say little, so it grows in steps.
+  void expectCases(const RecordReader& reader, const std::vector<ColumnLoader*>& loaders) {
+    constexpr std::size_t kFirstStep = 1024;
+    constexpr double kLeastGrowth = 1.125;
+    constexpr double kMostGrowth = 16;
+    constexpr double kMargin = 1.01;
+    if (caseCount_ == 0) {
+      expectedCases_ = kFirstStep;
+    } else {
+      const double share = static_cast<double>(reader.bytesRead()) / static_cast<double>(fileSize_);
+      const double growth = std::clamp(kMargin / share, kLeastGrowth, kMostGrowth);
+      expectedCases_ = static_cast<std::size_t>(static_cast<double>(caseCount_) * growth);
+    }
+    for (ColumnLoader* loader : loaders) {
+      if (loader != nullptr) loader->reserve(expectedCases_);
+    }
+  }
+
+  std::uintmax_t fileSize_ = 0;
+  std::size_t expectedCases_ = 0;
   std::size_t columnCount_;
   bool empty_ = true;
   std::size_t caseCount_ = 0;

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <fstream>
 #include <locale>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -81,6 +85,7 @@ TEST_F(Import, ReadsEveryShapeOfText) {
        "line 3 has 3 values for 2 variables; the values beyond are left out (2 such lines)"},
       {"header only", "a,b\n", "a:num[] b:num[]\nit holds no cases"},
       {"words for numbers", "a,b\nnan,inf\n0x10,1e5\n", "a:str[nan|0x10] b:str[inf|1e5]"},
+      {"first texts, then numbers, then texts", "a,b\nx,\n1,\ny,2\n", "a:str[x|1|y] b:num[_ _ 2]"},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(dump(importText(request(row.content))), row.expected) << row.what;
@@ -103,6 +108,15 @@ TEST_F(Import, DecidesTypesByShareOfNumbers) {
   EXPECT_EQ(importText(wanted).dataset.columns[0].texts[6], "n/a");
   wanted.percentage = 16.0 / 18.0 * 100.0;
   EXPECT_EQ(importText(wanted).dataset.columns[1].type, Column::Type::Numeric);
+  // What no double can hold becomes missing as well, never an infinity.
+  std::string large = "a,b\n";
+  for (int i = 0; i < 19; ++i) {
+    large += "1,2\n";
+  }
+  const ImportResult beyond = importText(request(large + "1e999,-1e999\n"));
+  EXPECT_TRUE(std::isnan(beyond.dataset.columns[0].numbers[19]));
+  EXPECT_EQ(beyond.warnings[1], "1 value of b is not a number and became missing: \"-1e999\" in line 21");
+  wanted = request(content);
   wanted.percentage = 0;
   wanted.columns = {{"a", ImportColumn::Kind::Numeric, 2, 0}, {"b", ImportColumn::Kind::String, {}, 2}};
   const ImportResult typed = importText(wanted);
@@ -170,22 +184,116 @@ TEST(NumberText, IsCNotationWithEitherSign) {
     std::string expected;
     int decimals;
   };
+  const std::string zeros(400, '0');
   const std::vector<Row> rows = {
-      {"1", '.', "1", 0},           {"-.5", '.', "-0.5", 1},
-      {"5.", '.', "5", 0},          {"+1.25e-2", '.', "0.0125", 2},
-      {"1e400", '.', "none", 0},    {"1e-400", '.', "0", 0},
-      {"1,5", ',', "1.5", 1},       {"1.5", ',', "none", 0},
-      {"1,5", '.', "none", 0},      {"", '.', "none", 0},
-      {".", '.', "none", 0},        {"-", '.', "none", 0},
-      {"+-1", '.', "none", 0},      {"1 2", '.', "none", 0},
-      {"infinity", '.', "none", 0}, {"-nan", '.', "none", 0},
-      {"0x1p3", '.', "none", 0},    {"1e", '.', "none", 0},
-      {"1,2,3", ',', "none", 0},
+      {"1", '.', "1", 0},
+      {"-.5", '.', "-0.5", 1},
+      {"5.", '.', "5", 0},
+      {"+5", '.', "5", 0},
+      {"-0", '.', "-0", 0},
+      {".12345678", '.', "0.123457", 8},
+      {"1234567.", '.', "1.23457e+06", 0},
+      {"1e5", '.', "100000", 0},
+      {"1E-05", '.', "1e-05", 5},
+      {"+1.25e-2", '.', "0.0125", 4},
+      {"1.25e1", '.', "12.5", 1},
+      {"1e400", '.', "none", -1},
+      {"-1e999", '.', "none", -1},
+      {"1e-400", '.', "0", 16},
+      {"1e-99999999999999999999", '.', "0", 16},
+      {"1e99999999999999999999", '.', "none", -1},
+      {"0e99999999999999999999", '.', "0", 0},
+      {"1e00000000000000000000002", '.', "100", 0},
+      {"0." + zeros + "1", '.', "0", 16},
+      {"-0," + zeros + "1", ',', "-0", 16},
+      {"1" + zeros + "e-1", '.', "none", -1},
+      {"1" + zeros + "e-400", '.', "1", 16},
+      {"1,5", ',', "1.5", 1},
+      {"1,5e-400", ',', "0", 16},
+      {"1.5", ',', "none", -1},
+      {"1,5", '.', "none", -1},
+      {"", '.', "none", -1},
+      {".", '.', "none", -1},
+      {"-", '.', "none", -1},
+      {"-.", '.', "none", -1},
+      {"+-1", '.', "none", -1},
+      {"--1", '.', "none", -1},
+      {"1 2", '.', "none", -1},
+      {"infinity", '.', "none", -1},
+      {"-nan", '.', "none", -1},
+      {"0x1p3", '.', "none", -1},
+      {"1e", '.', "none", -1},
+      {"1.2.3", '.', "none", -1},
+      {"1.234567890.2", '.', "none", -1},
+      {"12345678a", '.', "none", -1},
+      {"1234567\xB0", '.', "none", -1},
+      {"1,2,3", ',', "none", -1},
   };
   for (const Row& row : rows) {
-    const auto number = parseNumber(row.text, row.decimal);
-    EXPECT_EQ(number ? plain(number->value) : "none", row.expected) << row.text;
-    EXPECT_EQ(number ? number->decimals : 0, row.decimals) << row.text;
+    const ParsedNumber number = parseNumber(row.text, row.decimal);
+    EXPECT_EQ(number ? plain(number.value) : "none", row.expected) << row.text;
+    EXPECT_EQ(number.decimals, row.decimals) << row.text;
+  }
+}
+
+// Bit by bit what the library reads, whatever the number of digits and wherever the point stands.
+TEST(NumberText, IsRoundedAsTheLibraryRounds) {
+  std::mt19937_64 random(1);
+  for (int i = 0; i < 200'000; ++i) {
+    std::string text = random() % 2 == 0 ? "-" : "";
+    const std::size_t digits = 1 + random() % 19;
+    const std::size_t point = random() % (digits + 2);  // the last one: none
+    for (std::size_t k = 0; k < digits; ++k) {
+      if (k == point) text += '.';
+      text += static_cast<char>('0' + random() % 10);
+    }
+    if (point == digits) text += '.';
+    if (random() % 8 == 0) text += "e" + std::to_string(static_cast<int>(random() % 60) - 30);
+    double expected = 0;
+    std::from_chars(text.data(), text.data() + text.size(), expected);
+    const ParsedNumber number = parseNumber(text, '.');
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(number.value), std::bit_cast<std::uint64_t>(expected)) << text;
+  }
+}
+
+// The same fields as a walk from byte to byte finds, wherever chunks and blocks end.
+TEST(RecordReader, FindsFieldsWhereverBlocksEnd) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    std::string expected;
+    std::size_t line = 1;
+    for (std::size_t record = random() % 12; record > 0; --record) {
+      expected += std::to_string(line) + ":";
+      for (std::size_t field = 0, fields = 2 + random() % 9; field < fields; ++field) {
+        const std::string bytes(random() % 5 == 0 ? random() % 200 : random() % 9,
+                                random() % 2 == 0 ? 'x' : '\x8A');
+        if (field > 0) text += random() % 2 == 0 ? ',' : ';';
+        if (random() % 4 == 0) {
+          text += '"' + bytes + ",\"\"\n\"" + (random() % 2 == 0 ? "y" : "");
+          expected += bytes + ",\"\n" + (text.back() == 'y' ? "y|" : "|");
+          ++line;
+        } else {
+          text += bytes;
+          expected += bytes + "|";
+        }
+      }
+      text += random() % 2 == 0 ? "\n" : "\r\n";
+      ++line;
+    }
+    std::istringstream input(text);
+    RecordReader reader(input, {",;", '"'});
+    std::string found;
+    for (std::span<const Record> records = reader.next(); !records.empty(); records = reader.next()) {
+      for (const Record& record : records) {
+        found += std::to_string(record.line) + ":";
+        for (const std::string_view field : record.fields) {
+          found.append(field) += "|";
+        }
+      }
+    }
+    ASSERT_EQ(found, expected) << text;
+    ASSERT_EQ(reader.bytesRead(), text.size());
   }
 }
 
