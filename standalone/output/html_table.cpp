@@ -1,10 +1,12 @@
 #include "standalone/output/html_table.h"
 
 #include <cstddef>
-#include <set>
+#include <string>
+#include <string_view>
 
 #include "standalone/output/html_text.h"
 #include "standalone/output/text_grid.h"
+#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -39,10 +41,26 @@ bool isContinued(const TextGrid& grid, std::size_t row, std::size_t column) {
          grid.rows[row - 1][column].region == region;
 }
 
-std::string htmlWithMark(const std::string& textAndMark, std::size_t markSize) {
-  const std::string_view text = textAndMark;
-  std::string html = escapeHtml(text.substr(0, text.size() - markSize));
-  if (markSize > 0) html += "<sup>" + escapeHtml(text.substr(text.size() - markSize)) + "</sup>";
+// Labels of rows and columns that stand on one line, whatever room there is.
+constexpr int kShortRowLabel = 30;
+constexpr int kShortColumnLabel = 14;
+
+// Names of variables may be broken where a reader would.
+std::string withBreaks(const std::string& html) {
+  std::string broken;
+  for (const char c : html) {
+    broken += c;
+    if (c == '_' || c == '/') broken += "<wbr>";
+  }
+  return broken;
+}
+
+// `text` ends with a mark of `markSize` bytes.
+std::string markedHtml(std::string_view text, std::size_t markSize, bool breakable) {
+  const std::size_t end = text.size() - markSize;
+  const std::string before = escapeHtml(text.substr(0, end));
+  std::string html = breakable ? withBreaks(before) : before;
+  if (markSize > 0) html += "<sup>" + escapeHtml(text.substr(end)) + "</sup>";
   return html;
 }
 
@@ -62,6 +80,8 @@ std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) 
   if (span.text->alignment == Alignment::Right) classes = "number";
   if (header && column >= grid.labelColumns && span.text->alignment == Alignment::Centre) classes = "span";
   if (!header && label && span.rows > 1) classes = "group";
+  const bool shortLabel = label && displayWidth(text) <= (header ? kShortColumnLabel : kShortRowLabel);
+  if (shortLabel && !header) classes += classes.empty() ? "short" : " short";
   if (header && row + span.rows == grid.headerRows && span.rows > 1) more += " data-bottom";
   if (heads) {
     const char* axis = header ? "col" : "row";
@@ -69,7 +89,8 @@ std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) 
   }
   if (!classes.empty()) more += " class=\"" + classes + '"';
   const std::string tag = heads ? "th" : "td";
-  return '<' + tag + more + '>' + htmlWithMark(text, span.text->markSize) + "</" + tag + '>';
+  return '<' + tag + more + '>' + markedHtml(text, span.text->markSize, label && !shortLabel) + "</" + tag +
+         '>';
 }
 
 std::string rowHtml(const TextGrid& grid, std::size_t row) {
@@ -113,7 +134,7 @@ std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std:
   html += ">\n";
   if (titled) {
     html += "<caption class=\"title\" id=\"" + base + "-title\">" +
-            htmlWithMark(table.title + table.titleMark, table.titleMark.size()) + "</caption>\n";
+            markedHtml(table.title + table.titleMark, table.titleMark.size(), true) + "</caption>\n";
   }
   html += rowsHtml(grid, "thead", 0, grid.headerRows);
   html += rowsHtml(grid, "tbody", grid.headerRows, grid.rows.size());

@@ -154,6 +154,26 @@ std::size_t packColumns(const TextGrid& grid, std::span<const ColumnNeed> needs,
   return end;
 }
 
+// A letter at the end of a word would be read as a part of it.
+void setMarkApart(std::string& text, std::size_t markSize) {
+  if (markSize == 0 || text.size() == markSize) return;
+  const std::size_t end = text.size() - markSize;
+  const char first = text[end];
+  if ((first < 'a' || first > 'z') && (first < 'A' || first > 'Z') && (first < '0' || first > '9')) return;
+  text = text.substr(0, end) + " (" + text.substr(end) + ')';
+}
+
+void setLabelMarksApart(TextGrid& grid) {
+  for (std::size_t row = 0; row < grid.rows.size(); ++row) {
+    for (std::size_t column = 0; column < grid.columnCount(); ++column) {
+      GridCell& cell = grid.rows[row][column];
+      const bool number =
+          !grid.isHeader(row) && column >= grid.labelColumns && cell.alignment == Alignment::Right;
+      if (!number) setMarkApart(cell.text, cell.markSize);
+    }
+  }
+}
+
 // Marks hang to the right of the digits, so that those stand below each other.
 void hangMarks(TextGrid& grid) {
   const auto markOf = [](const GridCell& cell) {
@@ -211,11 +231,14 @@ std::string renderTableAsText(const PivotTable& table, const TextStyle& style) {
   std::string text;
   if (!table.title.empty()) {
     if (style.colour) text += "\x1B[1m";
-    appendWrapped(text, table.title + table.titleMark, style);
+    std::string title = table.title + table.titleMark;
+    setMarkApart(title, table.titleMark.size());
+    appendWrapped(text, title, style);
     if (style.colour) text.insert(text.size() - 1, "\x1B[0m");
   }
   TextGrid grid = layOutGrid(table);
   hangMarks(grid);
+  setLabelMarksApart(grid);
   if (grid.columnCount() > 0) text += renderBoxes(grid, style);
   for (const std::string& footnote : table.footnotes) {
     appendWrapped(text, footnote, style);

@@ -43,7 +43,7 @@
     const edge = (i) => chart.firstEdge + i * chart.binWidth;
     const bars = chart.counts.map((y, i) => ({ a: edge(i), b: edge(i + 1), y, t: `${number(edge(i))} to ${number(edge(i + 1))}` }));
     const end = edge(chart.counts.length);
-    const x = { type: "quantitative", scale: { domain: [chart.firstEdge, end], nice: false, zero: false }, title: chart.variable, axis: { grid: false } };
+    const x = { type: "quantitative", scale: { domain: [chart.firstEdge, end], nice: false, zero: false }, title: chart.variable, axis: { grid: false, labelFlush: false } };
     const layer = [{
       data: { values: bars },
       mark: { type: "rect", fill: ink("bar"), stroke: ink("paper"), strokeWidth: 1 },

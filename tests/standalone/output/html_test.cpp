@@ -53,7 +53,7 @@ TEST(HtmlTable, NestsLabelsAsSpans) {
   PivotTable table;
   table.title = "T";
   table.rowLabel = "Row";
-  table.columns = {{"A", {}}, {"B", {{"b1", {}}, {"b2", {}, "a"}}}};
+  table.columns = {{"duplicated_reads", {}}, {"B", {{"b1", {}}, {"b2", {}, "a"}}}};
   table.rows = {{"g", {{"r1", {}}, {"r2", {}}}}, {"h", {}}};
   table.cells = {{numberCell(1, 1), textCell("<x>"), fractionCell(.5)}, {}, {numberCell(2, 1)}};
   table.cells[0][0].mark = "*";
@@ -64,13 +64,13 @@ TEST(HtmlTable, NestsLabelsAsSpans) {
 <table aria-describedby="t-notes">
 <caption class="title" id="t-title">T</caption>
 <thead>
-<tr><th rowspan="2" colspan="2" data-bottom scope="colgroup">Row</th><th rowspan="2" data-bottom scope="col" class="number">A</th><th colspan="2" scope="colgroup" class="span">B</th></tr>
+<tr><th rowspan="2" colspan="2" data-bottom scope="colgroup">Row</th><th rowspan="2" data-bottom scope="col" class="number">duplicated_<wbr>reads</th><th colspan="2" scope="colgroup" class="span">B</th></tr>
 <tr><th scope="col">b1</th><th scope="col" class="number">b2<sup>a</sup></th></tr>
 </thead>
 <tbody>
-<tr><th rowspan="2" scope="rowgroup" class="group">g</th><th scope="row">r1</th><td class="number">1.0<sup>*</sup></td><td>&lt;x&gt;</td><td class="number">.500</td></tr>
-<tr><th scope="row">r2</th><td class="number"></td><td></td><td class="number"></td></tr>
-<tr class="rule"><th colspan="2" scope="row">h</th><td class="number">2.0</td><td></td><td class="number"></td></tr>
+<tr><th rowspan="2" scope="rowgroup" class="group short">g</th><th scope="row" class="short">r1</th><td class="number">1.0<sup>*</sup></td><td>&lt;x&gt;</td><td class="number">.500</td></tr>
+<tr><th scope="row" class="short">r2</th><td class="number"></td><td></td><td class="number"></td></tr>
+<tr class="rule"><th colspan="2" scope="row" class="short">h</th><td class="number">2.0</td><td></td><td class="number"></td></tr>
 </tbody>
 </table>
 </div>

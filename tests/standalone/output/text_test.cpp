@@ -171,15 +171,15 @@ TEST(TextTable, HangsMarksBesideTheDigits) {
   table.cells[1][0].mark = "*";
   table.cells[0][1].mark = "d";
   EXPECT_EQ(render(table, {}), R"(
-Correlationsa
-+-------+----------+--------+
-|       |      GCb | Remark |
-+-------+----------+--------+
-| onec  | -0.250** | xd     |
-| two   |  0.500*  |      2 |
-| three |  1.000   |        |
-| none  |          |        |
-+-------+----------+--------+
+Correlations (a)
++---------+----------+--------+
+|         |   GC (b) | Remark |
++---------+----------+--------+
+| one (c) | -0.250** | x (d)  |
+| two     |  0.500*  |      2 |
+| three   |  1.000   |        |
+| none    |          |        |
++---------+----------+--------+
 )");
 }
 
