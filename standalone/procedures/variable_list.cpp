@@ -24,7 +24,7 @@ const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
 }
 
 // Collects variables, each once.
-class Selection {
+class VariableSelection {
  public:
   void add(const Column& column, bool named) {
     if (std::ranges::find(all_, &column) == all_.end()) all_.push_back(&column);
@@ -55,7 +55,7 @@ class Selection {
 };
 
 // `first`, or `first TO last` in the dataset's order.
-void addVariables(const Dataset& dataset, TokenCursor& cursor, Selection& selection) {
+void addVariables(const Dataset& dataset, TokenCursor& cursor, VariableSelection& selection) {
   const Column* first = &expectVariable(dataset, cursor);
   const Column* last = first;
   if (cursor.peek().kind == Token::Kind::Word && equalsIgnoreCase(cursor.peek().text, "TO")) {
@@ -70,14 +70,14 @@ void addVariables(const Dataset& dataset, TokenCursor& cursor, Selection& select
   }
 }
 
-Selection parseSelection(const Dataset& dataset, TokenCursor& cursor, std::string_view stop) {
+VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, std::string_view stop) {
   const auto atListEnd = [&] {
     const Token& token = cursor.peek();
     return cursor.atSubcommandEnd() ||
            (!stop.empty() && token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, stop));
   };
   if (atListEnd()) TokenCursor::fail("the list names no variable", cursor.peek());
-  Selection selection;
+  VariableSelection selection;
   while (!atListEnd()) {
     const Token& token = cursor.peek();
     // A variable of that name goes before the keyword.
@@ -104,7 +104,7 @@ const Dataset& requireActiveDataset(const CommandContext& context) {
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
                                                  TokenCursor& cursor, std::string_view stop) {
   const Token& begin = cursor.peek();
-  const Selection selection = parseSelection(dataset, cursor, stop);
+  const VariableSelection selection = parseSelection(dataset, cursor, stop);
   if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
   if (selection.hasStrings()) {
     context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), begin.range, {}});
