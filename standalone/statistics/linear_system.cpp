@@ -34,6 +34,7 @@ using RealVector = Eigen::Matrix<Real, Eigen::Dynamic, 1>;
 
 // A residual below some fifty units in the last place of the dependent's spread is rounding of the data.
 constexpr double kExactShare = 1e-28;
+constexpr double kExactCoefficient = 1e-14;
 
 Real toReal(const DoubleDouble& number) {
   return Real(number.high) + Real(number.low);
@@ -213,8 +214,12 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
       fit.residualFreedom == 0
           ? Real(0)
           : Real(Real(fit.residualShare) * squares(y) / Real(static_cast<double>(fit.residualFreedom)));
-  const auto finish = [&](Coefficient& coefficient, const Real& value, const Real& inverseDiagonal) {
-    coefficient.value = toDoubleDouble(value);
+  // `share`: the value's part in explaining the dependent. In an exact fit one that is as small as the
+  // rounding of the data stands for zero.
+  const auto finish = [&](Coefficient& coefficient, const Real& value, const Real& share,
+                          const Real& inverseDiagonal) {
+    const bool vanishes = fit.exact && abs(share) < kExactCoefficient;
+    coefficient.value = vanishes ? DoubleDouble() : toDoubleDouble(value);
     if (fit.residualFreedom == 0) return;
     const Real error = sqrt(Real(variance * inverseDiagonal));
     coefficient.standardError = toDouble(error);
@@ -228,8 +233,8 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
     const Eigen::Index x = toIndex(fit.predictors[static_cast<std::size_t>(i)]);
     const Real value = betas(i) * sqrt(Real(squares(y) / squares(x)));
     Coefficient coefficient;
-    finish(coefficient, value, inverse(i, i) / squares(x));
-    coefficient.beta = toDouble(betas(i));
+    finish(coefficient, value, betas(i), inverse(i, i) / squares(x));
+    coefficient.beta = coefficient.value.high == 0 ? 0 : toDouble(betas(i));
     coefficient.tolerance = std::min(1.0, toDouble(Real(1 / inverse(i, i))));
     fit.coefficients.push_back(coefficient);
     constant -= value * means(x);
@@ -238,7 +243,8 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
   if (throughOrigin) return;
   const Real n(static_cast<double>(caseCount));
   const Real spread = p == 0 ? Real(0) : Real(scaledMeans.dot(inverse * scaledMeans));
-  finish(fit.constant.emplace(), constant, 1 / n + spread);
+  const Real size = std::max(Real(abs(means(y))), Real(sqrt(Real(squares(y) / n))));
+  finish(fit.constant.emplace(), constant, constant / size, 1 / n + spread);
 }
 
 void LinearSystem::Contents::addExcluded(LinearFit& fit, const RealMatrix& solutions,

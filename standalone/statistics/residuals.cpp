@@ -54,7 +54,7 @@ class SpreadSum {
   DoubleDouble squares_;
 };
 
-Spread scaled(const Spread& spread, double centre, double unit) {
+Spread rescaledSpread(const Spread& spread, double centre, double unit) {
   Spread result{(spread.minimum - centre) / unit, (spread.maximum - centre) / unit,
                 (spread.mean - centre) / unit, std::nullopt};
   if (spread.deviation) result.deviation = *spread.deviation / unit;
@@ -136,7 +136,10 @@ ResidualSummary summarizeResiduals(std::span<const std::span<const double>> vari
         variables, [i](std::span<const double> variable) { return std::isnan(variable[i]); });
     if (!complete) continue;
     const CaseFit::Result result = caseFit.at(variables, i);
-    predicted.add(variables[dependent][i] - result.residual);
+    // A constant alone predicts the mean, without the rounding of a difference.
+    const bool constantAlone = fit.constant && fit.predictors.empty();
+    predicted.add(constantAlone ? products.means[dependent].value()
+                                : variables[dependent][i] - result.residual);
     residuals.add(result.residual);
     if (1 - result.leverage <= kFullLeverage) {
       determined = false;
@@ -150,9 +153,9 @@ ResidualSummary summarizeResiduals(std::span<const std::span<const double>> vari
   summary.residual = residuals.spread();
   if (summary.predicted.deviation && *summary.predicted.deviation > 0) {
     summary.standardizedPredicted =
-        scaled(summary.predicted, summary.predicted.mean, *summary.predicted.deviation);
+        rescaledSpread(summary.predicted, summary.predicted.mean, *summary.predicted.deviation);
   }
-  if (standardizable) summary.standardizedResidual = scaled(summary.residual, 0, error);
+  if (standardizable) summary.standardizedResidual = rescaledSpread(summary.residual, 0, error);
   if (determined) summary.press = press.value();
   return summary;
 }

@@ -1,0 +1,250 @@
+#include "standalone/procedures/regression_request.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/procedures/variable_list.h"
+#include "standalone/syntax/keyword.h"
+#include "standalone/syntax/token_cursor.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+using ColumnList = std::vector<const Column*>;
+
+class RegressionParser {
+ public:
+  RegressionParser(CommandContext& context, const Dataset& dataset)
+      : context_(context), dataset_(dataset), cursor_(context.command) {}
+
+  RegressionRequest parse();
+
+ private:
+  // A METHOD subcommand; an empty list stands for that of VARIABLES.
+  struct Block {
+    SelectionMethod method;
+    ColumnList variables;
+    const Token* place;  // the method
+    const Token* first;  // of the list
+    bool all;            // the list is ALL, or none: it leaves the dependents out
+  };
+
+  void parseSubcommand(std::size_t subcommand);
+  void parseDependents();
+  void parseMethod();
+  void parseStatistics();
+  void parseCriteria();
+  void parseResiduals();
+  double parseInParentheses(std::string_view what, double above, double upTo, std::string_view range);
+  void resolveBlocks();
+
+  CommandContext& context_;
+  const Dataset& dataset_;
+  TokenCursor cursor_;
+  RegressionRequest request_;
+  std::vector<Block> blocks_;
+  ColumnList variables_;  // of VARIABLES
+  const Token* criteriaPlace_ = nullptr;
+};
+
+enum RegressionSubcommand : std::size_t {
+  kVariablesSubcommand,
+  kMissingSubcommand,
+  kStatisticsSubcommand,
+  kCriteriaSubcommand,
+  kOriginSubcommand,
+  kNoOriginSubcommand,
+  kDependentSubcommand,
+  kMethodSubcommand,
+  kResidualsSubcommand
+};
+
+RegressionRequest RegressionParser::parse() {
+  static constexpr std::array<std::string_view, 9> kSubcommands = {"VARIABLES", "MISSING", "STATISTICS",
+                                                                   "CRITERIA",  "ORIGIN",  "NOORIGIN",
+                                                                   "DEPENDENT", "METHOD",  "RESIDUALS"};
+  const Token& name = cursor_.next();
+  while (const auto subcommand = cursor_.nextSubcommand(kSubcommands)) {
+    parseSubcommand(*subcommand);
+  }
+  if (request_.dependents.empty()) TokenCursor::fail("REGRESSION needs /DEPENDENT", name);
+  if (blocks_.empty()) TokenCursor::fail("REGRESSION needs /METHOD", name);
+  if (request_.criteria.enter >= request_.criteria.remove) {
+    TokenCursor::fail("PIN must be smaller than POUT, or a selection might not end", *criteriaPlace_,
+                      "without a value PIN is .05 and POUT .10");
+  }
+  if (request_.statistics.none()) {
+    for (const RegressionStatistic statistic :
+         {kRegressionCoefficients, kRegressionExcluded, kRegressionSummary, kRegressionAnova}) {
+      request_.statistics.set(statistic);
+    }
+  }
+  resolveBlocks();
+  return std::move(request_);
+}
+
+void RegressionParser::parseSubcommand(std::size_t subcommand) {
+  static constexpr std::array<std::string_view, 1> kMissing = {"LISTWISE"};
+  switch (subcommand) {
+    case kVariablesSubcommand:
+      variables_ = parseNumericVariables(context_, dataset_, cursor_);
+      break;
+    case kMissingSubcommand:
+      cursor_.expectKeyword(kMissing);
+      break;
+    case kStatisticsSubcommand:
+      parseStatistics();
+      break;
+    case kCriteriaSubcommand:
+      parseCriteria();
+      break;
+    case kOriginSubcommand:
+    case kNoOriginSubcommand:
+      request_.throughOrigin = subcommand == kOriginSubcommand;
+      break;
+    case kDependentSubcommand:
+      parseDependents();
+      break;
+    case kMethodSubcommand:
+      parseMethod();
+      break;
+    default:
+      parseResiduals();
+  }
+}
+
+void RegressionParser::parseDependents() {
+  const Token& first = cursor_.peek();
+  if (!request_.dependents.empty()) TokenCursor::fail("the dependent variable is named twice", first);
+  if (cursor_.atSubcommandEnd()) TokenCursor::fail("DEPENDENT names no variable", first);
+  request_.dependents = parseVariables(dataset_, cursor_);
+  request_.dependentPlace = first.range;
+  for (const Column* column : request_.dependents) {
+    if (column->type == Column::Type::Numeric) continue;
+    TokenCursor::fail("the dependent variable " + column->name + " is a string variable", first,
+                      "a regression needs a numeric one");
+  }
+}
+
+void RegressionParser::parseMethod() {
+  static constexpr std::array<std::string_view, 4> kMethods = {"ENTER", "STEPWISE", "FORWARD", "BACKWARD"};
+  const Token& place = cursor_.peek();
+  const auto method = static_cast<SelectionMethod>(cursor_.expectKeyword(kMethods, "method"));
+  const Token& first = cursor_.peek();
+  const Token& second = cursor_.peek(1);
+  Block block{method, {}, &place, &first, true};
+  if (!cursor_.atSubcommandEnd()) {
+    const bool alone = second.isSymbol('/') || second.kind == Token::Kind::End;
+    block.all = alone && first.kind == Token::Kind::Word && equalsIgnoreCase(first.text, "ALL") &&
+                dataset_.find("ALL") == nullptr;
+    block.variables = parseNumericVariables(context_, dataset_, cursor_);
+  }
+  blocks_.push_back(std::move(block));
+}
+
+void RegressionParser::parseStatistics() {
+  static constexpr std::size_t kDefaults = kRegressionStatisticCount;
+  static constexpr std::array<std::string_view, kRegressionStatisticCount + 2> kKeywords = {
+      "COEFF", "OUTS", "R", "ANOVA", "CHANGE", "COLLIN", "TOL", "CI", "ZPP", "DEFAULTS", "ALL"};
+  auto& statistics = request_.statistics;
+  while (!cursor_.atSubcommandEnd()) {
+    const std::size_t keyword = cursor_.expectKeyword(kKeywords, "statistic");
+    if (keyword < kRegressionStatisticCount) {
+      statistics.set(keyword);
+    } else if (keyword == kDefaults) {
+      for (std::size_t i = kRegressionCoefficients; i <= kRegressionAnova; ++i) {
+        statistics.set(i);
+      }
+    } else {
+      statistics.set();
+    }
+    if (keyword == kRegressionInterval && cursor_.peek().isSymbol('(')) {
+      request_.confidenceLevel = parseInParentheses("a confidence level", 0, std::nextafter(100.0, 0.0),
+                                                    "above 0 and below 100 percent") /
+                                 100;
+    }
+    if (keyword == kRegressionDiagnostics) statistics.set(kRegressionTolerance);
+  }
+}
+
+void RegressionParser::parseCriteria() {
+  static constexpr std::array<std::string_view, 3> kKeywords = {"PIN", "POUT", "TOLERANCE"};
+  criteriaPlace_ = &cursor_.peek();
+  while (!cursor_.atSubcommandEnd()) {
+    const std::size_t keyword = cursor_.expectKeyword(kKeywords, "criterion");
+    if (keyword == 2) {
+      request_.criteria.tolerance = parseInParentheses("a tolerance", -1e-300, 1, "from 0 to 1");
+    } else {
+      double& criterion = keyword == 0 ? request_.criteria.enter : request_.criteria.remove;
+      criterion = parseInParentheses("a probability", 0, 1, "above 0 and up to 1");
+    }
+  }
+}
+
+void RegressionParser::parseResiduals() {
+  static constexpr std::array<std::string_view, 2> kKeywords = {"PRESS", "NORMPROB"};
+  static constexpr std::array<std::string_view, 1> kPlotted = {"ZRESID"};
+  request_.residuals = true;
+  while (!cursor_.atSubcommandEnd()) {
+    if (cursor_.expectKeyword(kKeywords, "keyword in RESIDUALS") == 0) {
+      request_.press = true;
+      continue;
+    }
+    request_.normalPlot = true;
+    if (!cursor_.acceptSymbol('(')) continue;
+    cursor_.expectKeyword(kPlotted, "residual");
+    cursor_.expectSymbol(')');
+  }
+}
+
+// "(NUMBER)" with above < NUMBER <= upTo.
+double RegressionParser::parseInParentheses(std::string_view what, double above, double upTo,
+                                            std::string_view range) {
+  cursor_.expectSymbol('(');
+  const Token& token = cursor_.peek();
+  const double number = cursor_.expectNumber(what);
+  if (!(number > above && number <= upTo)) {
+    TokenCursor::fail("the number " + token.text + " is out of range", token,
+                      std::string(what) + " lies " + std::string(range));
+  }
+  cursor_.expectSymbol(')');
+  return number;
+}
+
+void RegressionParser::resolveBlocks() {
+  request_.methodPlace = blocks_.front().place->range;
+  const auto isDependent = [this](const Column* column) {
+    return std::ranges::find(request_.dependents, column) != request_.dependents.end();
+  };
+  for (Block& block : blocks_) {
+    if (block.variables.empty()) block.variables = variables_;
+    if (block.all) std::erase_if(block.variables, isDependent);
+    if (block.variables.empty()) {
+      TokenCursor::fail("METHOD names no variable", *block.first,
+                        "expected the predictors behind the method");
+    }
+    SelectionBlock& resolved = request_.blocks.emplace_back(SelectionBlock{block.method, {}});
+    for (const Column* column : block.variables) {
+      if (isDependent(column)) {
+        TokenCursor::fail("the dependent variable " + column->name + " cannot be a predictor as well",
+                          *block.first);
+      }
+      const auto found = std::ranges::find(request_.predictors, column);
+      resolved.variables.push_back(static_cast<std::size_t>(found - request_.predictors.begin()));
+      if (found == request_.predictors.end()) request_.predictors.push_back(column);
+    }
+  }
+}
+
+}  // namespace
+
+RegressionRequest parseRegression(CommandContext& context, const Dataset& dataset) {
+  return RegressionParser(context, dataset).parse();
+}
+
+}  // namespace genostat::standalone
