@@ -225,6 +225,8 @@ try {
   const many = await open(large);
   await drawAll(many);
   await checkCharts(many, ["verdicts", "scatterMatrix", "verdicts"]);
+} catch (error) {
+  failures.push(String(error.stack));
 } finally {
   await browser.close();
 }
