@@ -4,6 +4,8 @@
 //     [/ARRANGEMENT=DELIMITED] [/FIRSTCASE=1] [/DATATYPEMIN PERCENTAGE=95.0]
 //     /VARIABLES=name AUTO|Fw.d|Aw ... [/MAP].
 //
+// /MAP shows an overview of verdicts where the data hold such (verdict_overview.h).
+//
 // From its first token on no earlier dataset is active: when the import fails, the commands
 // that were written for it must not fall upon another dataset.
 
@@ -20,6 +22,7 @@
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/imported_data.h"
+#include "standalone/procedures/verdict_overview.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -157,6 +160,7 @@ std::filesystem::path resolveFile(const std::string& text) {
 struct ParsedGetData {
   ImportRequest request;
   Token file;
+  bool map = false;
 };
 
 ParsedGetData parseGetData(const Command& command) {
@@ -213,6 +217,7 @@ ParsedGetData parseGetData(const Command& command) {
     if (!seen.test(required))
       TokenCursor::fail("GET DATA needs /" + std::string(kSubcommands[required]), get);
   }
+  parsed.map = seen.test(Map);
   return parsed;
 }
 
@@ -244,6 +249,8 @@ void runGetData(CommandContext& context) {
   showWarnings(context, file, result.warnings);
   const Dataset& dataset = context.datasets.add(std::move(result.dataset));
   context.output.addTable("GET DATA", importedDataTable(dataset, file));
+  if (!parsed.map) return;
+  if (const auto overview = verdictOverview(dataset)) context.output.addChart("GET DATA", *overview);
 }
 
 }  // namespace genostat::standalone

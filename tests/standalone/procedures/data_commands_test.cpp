@@ -51,6 +51,31 @@ Imported Data
   EXPECT_EQ(datasets_.active()->caseCount, 2U);
 }
 
+TEST_F(Commands, ShowTheVerdictsOfAJob) {
+  // [sample][check] of the chart, or nothing when there is none.
+  const auto overview = [&](const std::string& variables, const std::string& csv) {
+    items_.clear();
+    run("GET DATA /TYPE=TXT /FILE='" + write("v.csv", csv) + "' /VARIABLES=" + variables + " /MAP.");
+    const std::string& chart = items_.back();
+    const std::size_t samples = chart.find("\"samples\":");
+    return samples == std::string::npos ? "" : chart.substr(samples, chart.rfind("]]") + 2 - samples);
+  };
+  EXPECT_EQ(
+      overview("id AUTO Sample AUTO per_base AUTO n AUTO gc AUTO",
+               "x,b,pass,1,\nx,a,PASS,1,warn\nx,,fail,2,Warn\nx,a,warn,,pass\nx,,pass,3,fail\n"),
+      R"json("samples":["Case 3","Case 5","a","a (2)","b"],"checks":["Per base","Gc"],)json"
+      R"json("verdicts":[["fail","warn"],["pass","fail"],["pass","warn"],["warn","pass"],["pass",null]])json");
+  EXPECT_EQ(overview("p AUTO q AUTO name AUTO", "pass,fail,\"s,1\"\n"),
+            R"("samples":["s,1"],"checks":["P","Q"],"verdicts":[["pass","fail"]])");
+  EXPECT_EQ(overview("p AUTO q AUTO", "pass,passed\n"), "") << "one check is none";
+  std::string many;
+  for (int i = 1; i <= 501; ++i) {
+    many += std::to_string(i) + (i == 500 ? ",fail,pass\n" : ",pass,pass\n");
+  }
+  EXPECT_EQ(overview("s A9 p AUTO q AUTO", many).substr(0, 22), R"("samples":["500","1",")");
+  EXPECT_NE(items_.back().find("The 500 worst of 501 samples are shown."), std::string::npos);
+}
+
 TEST_F(Commands, RefuseWhatIsWrongInAnImport) {
   struct Row {
     std::string command, expected;
