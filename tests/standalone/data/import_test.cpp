@@ -46,6 +46,20 @@ std::string dump(const ImportResult& result) {
   return text;
 }
 
+// A decimal comma and grouped digits everywhere, as on many a user's machine.
+class CommaLocale {
+ public:
+  CommaLocale() : former_(std::locale::global(std::locale(std::locale::classic(), new Punctuation))) {}
+  ~CommaLocale() { std::locale::global(former_); }
+
+ private:
+  struct Punctuation : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    std::string do_grouping() const override { return "\3"; }
+  };
+  std::locale former_;
+};
+
 class Import : public testing::Test {
  protected:
   ImportRequest request(const std::string& content) {
@@ -57,6 +71,7 @@ class Import : public testing::Test {
     return request;
   }
 
+  CommaLocale locale_;
   test::TemporaryFolder folder_;
 };
 
