@@ -62,10 +62,11 @@ void applyPrintKeyword(CorrelationPrint& print, std::size_t keyword) {
 
 Deletion parseDeletion(TokenCursor& cursor) {
   enum : std::size_t { Pairwise, Listwise };
-  static constexpr std::array<std::string_view, 4> kKeywords = {"PAIRWISE", "LISTWISE", "INCLUDE", "EXCLUDE"};
+  static constexpr std::array<std::string_view, 4> kDeletionKeywords = {"PAIRWISE", "LISTWISE", "INCLUDE",
+                                                                        "EXCLUDE"};
   Deletion deletion = Deletion::Pairwise;
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kKeywords);
+    const std::size_t keyword = cursor.expectKeyword(kDeletionKeywords);
     if (keyword == Pairwise) deletion = Deletion::Pairwise;
     if (keyword == Listwise) deletion = Deletion::Listwise;
   }

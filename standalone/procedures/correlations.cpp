@@ -41,40 +41,40 @@ struct PearsonRequest {
 
 void parsePearsonStatistics(TokenCursor& cursor, PearsonRequest& request) {
   enum : std::size_t { Descriptives, Products };
-  static constexpr std::array<std::string_view, 3> kKeywords = {"DESCRIPTIVES", "XPROD", "ALL"};
+  static constexpr std::array<std::string_view, 3> kPearsonStatistics = {"DESCRIPTIVES", "XPROD", "ALL"};
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kKeywords, "statistic");
+    const std::size_t keyword = cursor.expectKeyword(kPearsonStatistics, "statistic");
     if (keyword != Products) request.descriptives = true;
     if (keyword != Descriptives) request.products = true;
   }
 }
 
 PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& dataset) {
-  enum : std::size_t { Variables, Print, Statistics, Missing };
-  static constexpr std::array<std::string_view, 4> kSubcommands = {"VARIABLES", "PRINT", "STATISTICS",
-                                                                   "MISSING"};
+  enum : std::size_t { VariablesPart, PrintPart, StatisticsPart, MissingPart };
+  static constexpr std::array<std::string_view, 4> kPearsonSubcommands = {"VARIABLES", "PRINT", "STATISTICS",
+                                                                          "MISSING"};
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
   PearsonRequest request;
   // The list may stand right behind the command's name.
   const Token& first = cursor.peek();
-  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands)) {
+  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kPearsonSubcommands)) {
     request.lists.push_back(parseCorrelationList(context, dataset, cursor));
   }
-  while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
+  while (const auto subcommand = cursor.nextSubcommand(kPearsonSubcommands)) {
     switch (*subcommand) {
-      case Variables:
+      case VariablesPart:
         request.lists.push_back(parseCorrelationList(context, dataset, cursor));
         break;
-      case Print:
+      case PrintPart:
         while (!cursor.atSubcommandEnd()) {
           applyPrintKeyword(request.print, cursor.expectKeyword(kCorrelationPrintKeywords));
         }
         break;
-      case Statistics:
+      case StatisticsPart:
         parsePearsonStatistics(cursor, request);
         break;
-      case Missing:
+      case MissingPart:
         request.deletion = parseDeletion(cursor);
         break;
       default:

@@ -34,7 +34,7 @@ struct RankRequest {
 
 void parseRankPrint(TokenCursor& cursor, RankRequest& request) {
   enum : std::size_t { Spearman, Kendall, Both, OwnCount };
-  static constexpr auto kKeywords = [] {
+  static constexpr auto kRankKeywords = [] {
     std::array<std::string_view, OwnCount + kCorrelationPrintKeywords.size()> keywords = {"SPEARMAN",
                                                                                           "KENDALL", "BOTH"};
     for (std::size_t i = 0; i < kCorrelationPrintKeywords.size(); ++i) {
@@ -43,7 +43,7 @@ void parseRankPrint(TokenCursor& cursor, RankRequest& request) {
     return keywords;
   }();
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kKeywords);
+    const std::size_t keyword = cursor.expectKeyword(kRankKeywords);
     if (keyword >= OwnCount) {
       applyPrintKeyword(request.print, keyword - OwnCount);
       continue;
@@ -54,26 +54,26 @@ void parseRankPrint(TokenCursor& cursor, RankRequest& request) {
 }
 
 RankRequest parseRankRequest(CommandContext& context, const Dataset& dataset) {
-  enum : std::size_t { Variables, Print, Missing };
-  static constexpr std::array<std::string_view, 3> kSubcommands = {"VARIABLES", "PRINT", "MISSING"};
+  enum : std::size_t { VariablesPart, PrintPart, MissingPart };
+  static constexpr std::array<std::string_view, 3> kRankSubcommands = {"VARIABLES", "PRINT", "MISSING"};
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
   cursor.next();  // CORR
   RankRequest request;
   // The list may stand right behind the command's name.
   const Token& first = cursor.peek();
-  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands)) {
+  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kRankSubcommands)) {
     request.lists.push_back(parseCorrelationList(context, dataset, cursor));
   }
-  while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
+  while (const auto subcommand = cursor.nextSubcommand(kRankSubcommands)) {
     switch (*subcommand) {
-      case Variables:
+      case VariablesPart:
         request.lists.push_back(parseCorrelationList(context, dataset, cursor));
         break;
-      case Print:
+      case PrintPart:
         parseRankPrint(cursor, request);
         break;
-      case Missing:
+      case MissingPart:
         request.deletion = parseDeletion(cursor);
         break;
       default:
