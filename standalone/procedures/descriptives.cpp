@@ -15,7 +15,7 @@
 
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
-#include "standalone/procedures/statistic_decimals.h"
+#include "standalone/procedures/statistic_cell.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/moments.h"
 #include "standalone/syntax/keyword.h"
@@ -120,15 +120,15 @@ std::vector<double> valuesOf(const Column& column, const std::vector<bool>& comp
   return values;
 }
 
-struct Results {
+struct Descriptions {
   std::vector<Moments> moments;  // [variable]
   std::size_t completeCount = 0;
 };
 
-Results compute(const Request& request, std::size_t caseCount) {
+Descriptions describe(const Request& request, std::size_t caseCount) {
   const bool shape = request.statistics.test(Skewness) || request.statistics.test(Kurtosis);
   const MomentDetail detail = shape ? MomentDetail::Shape : MomentDetail::Spread;
-  Results results;
+  Descriptions results;
   if (request.listwise) {
     const std::vector<bool> complete = completeCases(request.variables, caseCount);
     for (const Column* column : request.variables) {
@@ -168,12 +168,9 @@ constexpr std::array<Shown, StatisticCount> kShown = {{
     {"Kurtosis", &Moments::kurtosis, &Moments::kurtosisError, 3, false},
 }};
 
-int decimalsFor(const Shown& shown, const Column& column) {
-  return shown.ownDecimals ? statisticDecimals(column, shown.extraDecimals) : shown.extraDecimals;
-}
-
-CellValue toCell(const std::optional<double>& value, int decimals) {
-  return value ? numberCell(*value, decimals) : CellValue();
+CellValue toCell(const Shown& shown, const Column& column, const std::optional<double>& value) {
+  if (shown.ownDecimals) return statisticCell(column, value, shown.extraDecimals);
+  return value ? numberCell(*value, shown.extraDecimals) : CellValue();
 }
 
 std::vector<Category> columnLabels(const Statistics& statistics) {
@@ -186,7 +183,7 @@ std::vector<Category> columnLabels(const Statistics& statistics) {
   return labels;
 }
 
-PivotTable buildTable(const Request& request, const Results& results) {
+PivotTable buildTable(const Request& request, const Descriptions& results) {
   PivotTable table;
   table.title = "Descriptive Statistics";
   table.columns = columnLabels(request.statistics);
@@ -198,9 +195,9 @@ PivotTable buildTable(const Request& request, const Results& results) {
     cells.push_back(numberCell(static_cast<double>(moments.count), 0));
     for (std::size_t i = 0; i < StatisticCount; ++i) {
       if (!request.statistics.test(i)) continue;
-      const int decimals = decimalsFor(kShown[i], column);
-      cells.push_back(toCell(moments.*kShown[i].value, decimals));
-      if (kShown[i].error != nullptr) cells.push_back(toCell(moments.*kShown[i].error, decimals));
+      const Shown& shown = kShown[i];
+      cells.push_back(toCell(shown, column, moments.*shown.value));
+      if (shown.error != nullptr) cells.push_back(toCell(shown, column, moments.*shown.error));
     }
   }
   table.rows.push_back({"Valid N (listwise)", {}});
@@ -213,7 +210,7 @@ PivotTable buildTable(const Request& request, const Results& results) {
 void runDescriptives(CommandContext& context) {
   const Dataset& dataset = requireActiveDataset(context);
   const Request request = parseRequest(context, dataset);
-  context.output.addTable("DESCRIPTIVES", buildTable(request, compute(request, dataset.caseCount)));
+  context.output.addTable("DESCRIPTIVES", buildTable(request, describe(request, dataset.caseCount)));
 }
 
 }  // namespace genostat::standalone

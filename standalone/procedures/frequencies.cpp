@@ -27,22 +27,21 @@ namespace genostat::standalone {
 
 namespace {
 
-using Request = FrequenciesRequest;
-
-constexpr std::array<std::string_view, Request::StatisticCount + 3> kStatisticWords = {
+constexpr std::array<std::string_view, FrequenciesRequest::StatisticCount + 3> kStatisticWords = {
     "MEAN",     "SEMEAN", "MEDIAN", "MODE",    "STDDEV",  "CV",  "VARIANCE", "SKEWNESS", "SESKEW",
     "KURTOSIS", "SEKURT", "RANGE",  "MINIMUM", "MAXIMUM", "SUM", "DEFAULT",  "ALL",      "NONE"};
-constexpr std::size_t kDefaultWord = Request::StatisticCount;
+constexpr std::size_t kDefaultWord = FrequenciesRequest::StatisticCount;
 constexpr std::size_t kAllWord = kDefaultWord + 1;
 constexpr std::size_t kNoneWord = kDefaultWord + 2;
 
-Request::Statistics parseStatisticWords(TokenCursor& cursor) {
-  Request::Statistics usual;
-  for (const auto statistic : {Request::Mean, Request::Deviation, Request::Minimum, Request::Maximum}) {
+FrequenciesRequest::Statistics parseStatisticWords(TokenCursor& cursor) {
+  FrequenciesRequest::Statistics usual;
+  for (const auto statistic : {FrequenciesRequest::Mean, FrequenciesRequest::Deviation,
+                               FrequenciesRequest::Minimum, FrequenciesRequest::Maximum}) {
     usual.set(statistic);
   }
   if (cursor.atSubcommandEnd()) return usual;
-  Request::Statistics statistics;
+  FrequenciesRequest::Statistics statistics;
   while (!cursor.atSubcommandEnd()) {
     const std::size_t word = cursor.expectKeyword(kStatisticWords, "statistic");
     if (word == kAllWord) {
@@ -91,7 +90,7 @@ void parsePercentiles(TokenCursor& cursor, Shares& shares) {
   } while (!cursor.atSubcommandEnd());
 }
 
-void parseFormat(TokenCursor& cursor, Request& request) {
+void parseFormat(TokenCursor& cursor, FrequenciesRequest& request) {
   static constexpr std::array<std::string_view, 7> kWords = {"AVALUE", "DVALUE",  "AFREQ", "DFREQ",
                                                              "TABLE",  "NOTABLE", "LIMIT"};
   enum Word : std::size_t { Table = 4, NoTable, Limit };
@@ -99,7 +98,7 @@ void parseFormat(TokenCursor& cursor, Request& request) {
   while (!cursor.atSubcommandEnd()) {
     const std::size_t word = cursor.expectKeyword(kWords);
     if (word < Table) {
-      request.rowOrder = static_cast<Request::RowOrder>(word);
+      request.rowOrder = static_cast<FrequenciesRequest::RowOrder>(word);
     } else if (word == Limit) {
       cursor.expectSymbol('(');
       request.mostRows = static_cast<std::size_t>(expectCount(cursor, "LIMIT", 1, kMostRows));
@@ -110,7 +109,7 @@ void parseFormat(TokenCursor& cursor, Request& request) {
   }
 }
 
-void parseHistogram(TokenCursor& cursor, Request& request) {
+void parseHistogram(TokenCursor& cursor, FrequenciesRequest& request) {
   static constexpr std::array<std::string_view, 2> kWords = {"NONORMAL", "NORMAL"};
   request.histograms = true;
   request.normalCurves = false;
@@ -119,7 +118,7 @@ void parseHistogram(TokenCursor& cursor, Request& request) {
   }
 }
 
-Request parseFrequencies(const CommandContext& context, const Dataset& dataset) {
+FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset& dataset) {
   enum Subcommand : std::size_t {
     Variables,
     Format,
@@ -136,7 +135,7 @@ Request parseFrequencies(const CommandContext& context, const Dataset& dataset) 
   static constexpr std::array<std::string_view, 2> kMissing = {"EXCLUDE", "INCLUDE"};
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
-  Request request;
+  FrequenciesRequest request;
   Shares shares;
   // The list may stand right behind the command's name.
   const Token& first = cursor.peek();

@@ -9,15 +9,14 @@
 
 #include "standalone/output/chart.h"
 #include "standalone/output/pivot_table.h"
-#include "standalone/procedures/statistic_decimals.h"
+#include "standalone/procedures/statistic_cell.h"
 #include "standalone/procedures/variable_summary.h"
 
 namespace genostat::standalone {
 
 namespace {
 
-using Request = FrequenciesRequest;
-constexpr std::string_view kProcedure = "FREQUENCIES";
+constexpr std::string_view kFrequencies = "FREQUENCIES";
 
 struct StatisticRow {
   std::string_view label;
@@ -25,7 +24,7 @@ struct StatisticRow {
   bool ownDecimals;   // false: decimals do not depend on the variable
 };
 
-constexpr std::array<StatisticRow, Request::StatisticCount> kStatisticRows = {{
+constexpr std::array<StatisticRow, FrequenciesRequest::StatisticCount> kStatisticRows = {{
     {"Mean", 2, true},
     {"Std. Error of Mean", 3, true},
     {"Median", 2, true},
@@ -43,11 +42,15 @@ constexpr std::array<StatisticRow, Request::StatisticCount> kStatisticRows = {{
     {"Sum", 0, true},
 }};
 
-CellValue countCell(std::size_t count) {
+CellValue frequencyCell(std::size_t count) {
   return numberCell(static_cast<double>(count), 0);
 }
 
-CellValue percentCell(std::size_t part, std::size_t whole) {
+CellValue shapeCell(const std::optional<double>& value, int decimals) {
+  return value ? numberCell(*value, decimals) : CellValue();
+}
+
+CellValue frequencyPercentCell(std::size_t part, std::size_t whole) {
   return whole == 0 ? CellValue()
                     : numberCell(100 * static_cast<double>(part) / static_cast<double>(whole), 1);
 }
@@ -62,7 +65,7 @@ std::string withoutTrailingZeros(std::string text) {
 // One column for each variable.
 class StatisticsTable {
  public:
-  explicit StatisticsTable(const Request& request) : request_(request) {
+  explicit StatisticsTable(const FrequenciesRequest& request) : request_(request) {
     table_.title = "Statistics";
     table_.rows.push_back({"N", {{"Valid", {}}, {"Missing", {}}}});
     for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
@@ -76,16 +79,14 @@ class StatisticsTable {
     const Column& variable = *summary.variable;
     table_.columns.push_back({variable.name, {}});
     auto row = table_.cells.begin();
-    (row++)->push_back(countCell(summary.validCount));
-    (row++)->push_back(countCell(summary.missingCount));
+    (row++)->push_back(frequencyCell(summary.validCount));
+    (row++)->push_back(frequencyCell(summary.missingCount));
     for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
-      if (request_.statistics.test(i)) (row++)->push_back(statisticCell(summary, i));
+      if (request_.statistics.test(i)) (row++)->push_back(markedCell(summary, i));
     }
     constexpr int kInterpolatedDecimals = 2;
     for (const std::optional<double>& percentile : summary.percentiles) {
-      (row++)->push_back(percentile
-                             ? numberCell(*percentile, statisticDecimals(variable, kInterpolatedDecimals))
-                             : CellValue());
+      (row++)->push_back(statisticCell(variable, percentile, kInterpolatedDecimals));
     }
   }
 
@@ -105,15 +106,14 @@ class StatisticsTable {
     return labels;
   }
 
-  CellValue statisticCell(const VariableSummary& summary, std::size_t statistic) {
+  CellValue markedCell(const VariableSummary& summary, std::size_t statistic) {
     const std::optional<double>& value = summary.statistics[statistic];
     const StatisticRow& row = kStatisticRows[statistic];
-    const int decimals =
-        row.ownDecimals ? statisticDecimals(*summary.variable, row.extraDecimals) : row.extraDecimals;
-    CellValue cell = value ? numberCell(*value, decimals) : CellValue();
-    if (statistic == Request::Mode && summary.severalModes)
+    CellValue cell = row.ownDecimals ? statisticCell(*summary.variable, value, row.extraDecimals)
+                                     : shapeCell(value, row.extraDecimals);
+    if (statistic == FrequenciesRequest::Mode && summary.severalModes)
       cell.mark = markOf("Multiple modes exist. The smallest value is shown.");
-    if (statistic == Request::Variation && summary.statistics[Request::Mean] == 0.0)
+    if (statistic == FrequenciesRequest::Variation && summary.statistics[FrequenciesRequest::Mean] == 0.0)
       rowLabel(statistic).mark = markOf("There is none where the mean is 0.");
     return cell;
   }
@@ -133,28 +133,28 @@ class StatisticsTable {
     return mark;
   }
 
-  const Request& request_;
+  const FrequenciesRequest& request_;
   PivotTable table_;
   std::vector<std::string_view> notes_;
 };
 
-void sortRows(std::vector<ValueRow>& rows, Request::RowOrder order) {
+void sortRows(std::vector<ValueRow>& rows, FrequenciesRequest::RowOrder order) {
   switch (order) {
-    case Request::RowOrder::AscendingValues:
+    case FrequenciesRequest::RowOrder::AscendingValues:
       break;
-    case Request::RowOrder::DescendingValues:
+    case FrequenciesRequest::RowOrder::DescendingValues:
       std::ranges::reverse(rows);
       break;
-    case Request::RowOrder::AscendingCounts:
+    case FrequenciesRequest::RowOrder::AscendingCounts:
       std::ranges::stable_sort(rows, std::less<>(), &ValueRow::count);
       break;
-    case Request::RowOrder::DescendingCounts:
+    case FrequenciesRequest::RowOrder::DescendingCounts:
       std::ranges::stable_sort(rows, std::greater<>(), &ValueRow::count);
       break;
   }
 }
 
-PivotTable valuesTable(const VariableSummary& summary, Request::RowOrder order) {
+PivotTable valuesTable(const VariableSummary& summary, FrequenciesRequest::RowOrder order) {
   const std::size_t valid = summary.validCount;
   const std::size_t all = valid + summary.missingCount;
   PivotTable table;
@@ -167,33 +167,35 @@ PivotTable valuesTable(const VariableSummary& summary, Request::RowOrder order) 
   for (ValueRow& row : rows) {
     cumulative += row.count;
     table.rows.front().children.push_back({std::move(row.label), {}});
-    table.cells.push_back({countCell(row.count), percentCell(row.count, all), percentCell(row.count, valid),
-                           percentCell(cumulative, valid)});
+    table.cells.push_back({frequencyCell(row.count), frequencyPercentCell(row.count, all),
+                           frequencyPercentCell(row.count, valid), frequencyPercentCell(cumulative, valid)});
   }
   if (!rows.empty()) {
     table.rows.front().children.push_back({"Total", {}});
-    table.cells.push_back({countCell(valid), percentCell(valid, all), percentCell(valid, valid), {}});
+    table.cells.push_back(
+        {frequencyCell(valid), frequencyPercentCell(valid, all), frequencyPercentCell(valid, valid), {}});
   }
   if (summary.missingCount > 0) {
     table.rows.push_back({"Missing", {{"System", {}}}});
-    table.cells.push_back({countCell(summary.missingCount), percentCell(summary.missingCount, all), {}, {}});
+    table.cells.push_back(
+        {frequencyCell(summary.missingCount), frequencyPercentCell(summary.missingCount, all), {}, {}});
   }
   if (rows.empty() || summary.missingCount > 0) {
     table.rows.push_back({"Total", {}});
-    table.cells.push_back({countCell(all), percentCell(all, all), {}, {}});
+    table.cells.push_back({frequencyCell(all), frequencyPercentCell(all, all), {}, {}});
   }
   return table;
 }
 
 Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
-  const std::optional<double>& deviation = summary.statistics[Request::Deviation];
+  const std::optional<double>& deviation = summary.statistics[FrequenciesRequest::Deviation];
   Histogram histogram;
   histogram.variable = summary.variable->name;
   histogram.firstEdge = summary.bins->firstEdge;
   histogram.binWidth = summary.bins->width;
   histogram.counts = summary.bins->counts;
   histogram.validCount = summary.validCount;
-  histogram.mean = summary.statistics[Request::Mean];
+  histogram.mean = summary.statistics[FrequenciesRequest::Mean];
   histogram.deviation = deviation;
   Chart chart{"Histogram of " + histogram.variable, {}, {}};
   if (normalCurve) {
@@ -204,7 +206,8 @@ Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
   return chart;
 }
 
-void addValuesTable(const VariableSummary& summary, const Request& request, OutputDocument& output) {
+void addValuesTable(const VariableSummary& summary, const FrequenciesRequest& request,
+                    OutputDocument& output) {
   if (summary.distinctCount > request.mostRows) {
     output.addText("note",
                    summary.variable->name + " has " + std::to_string(summary.distinctCount) +
@@ -213,12 +216,12 @@ void addValuesTable(const VariableSummary& summary, const Request& request, Outp
                        std::to_string(request.mostRows) + ")");
     return;
   }
-  output.addTable(kProcedure, valuesTable(summary, request.rowOrder));
+  output.addTable(kFrequencies, valuesTable(summary, request.rowOrder));
 }
 
-void addHistogram(const VariableSummary& summary, const Request& request, OutputDocument& output) {
+void addHistogram(const VariableSummary& summary, const FrequenciesRequest& request, OutputDocument& output) {
   if (summary.bins) {
-    output.addChart(kProcedure, histogramOf(summary, request.normalCurves));
+    output.addChart(kFrequencies, histogramOf(summary, request.normalCurves));
   } else if (summary.variable->type == Column::Type::Numeric) {
     output.addText("note",
                    summary.variable->name + " has no histogram: " +
@@ -228,7 +231,7 @@ void addHistogram(const VariableSummary& summary, const Request& request, Output
 }
 
 // That string variables have no statistics, where any are asked for.
-void addStringNote(const Request& request, OutputDocument& output) {
+void addStringNote(const FrequenciesRequest& request, OutputDocument& output) {
   if (request.statistics.none() && request.percentiles.empty() && !request.histograms) return;
   std::string names;
   for (const Column* variable : request.variables) {
@@ -246,7 +249,7 @@ void showFrequencies(const FrequenciesRequest& request, OutputDocument& output) 
   const auto show = [&](const std::vector<VariableSummary>& summaries) {
     StatisticsTable statistics(request);
     std::ranges::for_each(summaries, [&](const VariableSummary& summary) { statistics.add(summary); });
-    output.addTable(kProcedure, statistics.table());
+    output.addTable(kFrequencies, statistics.table());
     for (std::size_t i = 0; request.tables && i < summaries.size(); ++i) {
       addValuesTable(summaries[i], request, output);
     }

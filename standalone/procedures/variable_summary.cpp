@@ -15,8 +15,6 @@ namespace genostat::standalone {
 
 namespace {
 
-using Request = FrequenciesRequest;
-
 std::string inFull(double value) {
   std::array<char, 40> buffer{};
   return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
@@ -33,27 +31,27 @@ void fillStatistics(VariableSummary& summary, std::span<const double> sorted,
                     std::span<const ValueCount<double>> counts) {
   const Moments moments = computeMoments(sorted);
   auto& statistics = summary.statistics;
-  statistics[Request::Mean] = moments.mean;
-  statistics[Request::MeanError] = moments.meanError;
-  statistics[Request::Deviation] = moments.standardDeviation;
-  statistics[Request::Variation] = variationOf(moments);
-  statistics[Request::Variance] = moments.variance;
-  statistics[Request::Skewness] = moments.skewness;
-  statistics[Request::SkewnessError] = moments.skewnessError;
-  statistics[Request::Kurtosis] = moments.kurtosis;
-  statistics[Request::KurtosisError] = moments.kurtosisError;
-  statistics[Request::Range] = moments.range;
-  statistics[Request::Minimum] = moments.minimum;
-  statistics[Request::Maximum] = moments.maximum;
-  statistics[Request::Sum] = moments.sum;
+  statistics[FrequenciesRequest::Mean] = moments.mean;
+  statistics[FrequenciesRequest::MeanError] = moments.meanError;
+  statistics[FrequenciesRequest::Deviation] = moments.standardDeviation;
+  statistics[FrequenciesRequest::Variation] = variationOf(moments);
+  statistics[FrequenciesRequest::Variance] = moments.variance;
+  statistics[FrequenciesRequest::Skewness] = moments.skewness;
+  statistics[FrequenciesRequest::SkewnessError] = moments.skewnessError;
+  statistics[FrequenciesRequest::Kurtosis] = moments.kurtosis;
+  statistics[FrequenciesRequest::KurtosisError] = moments.kurtosisError;
+  statistics[FrequenciesRequest::Range] = moments.range;
+  statistics[FrequenciesRequest::Minimum] = moments.minimum;
+  statistics[FrequenciesRequest::Maximum] = moments.maximum;
+  statistics[FrequenciesRequest::Sum] = moments.sum;
   if (sorted.empty()) return;
-  statistics[Request::Median] = quantile(sorted, shareOfPercent(50));
+  statistics[FrequenciesRequest::Median] = quantile(sorted, shareOfPercent(50));
   const Mode<double> mode = findMode(counts);
-  statistics[Request::Mode] = mode.value;
+  statistics[FrequenciesRequest::Mode] = mode.value;
   summary.severalModes = !mode.unique;
 }
 
-void summarizeNumbers(VariableSummary& summary, const Request& request) {
+void summarizeNumbers(VariableSummary& summary, const FrequenciesRequest& request) {
   const Column& variable = *summary.variable;
   const std::vector<double> sorted = sortedValues(variable.numbers);
   const auto counts = countValues(std::span(sorted));
@@ -76,7 +74,7 @@ void summarizeNumbers(VariableSummary& summary, const Request& request) {
   }
 }
 
-void summarizeTexts(VariableSummary& summary, const Request& request) {
+void summarizeTexts(VariableSummary& summary, const FrequenciesRequest& request) {
   std::vector<std::string_view> sorted;
   for (const std::string& text : summary.variable->texts) {
     if (!text.empty()) sorted.emplace_back(text);
