@@ -1,7 +1,7 @@
 // Certified means and standard deviations of the NIST Statistical Reference Datasets for univariate
 // summary statistics. The values stand as they are published or can be made; all agree with the
-// certified mean, deviation and lag-1 autocorrelation in exact arithmetic. (PiDigits is left out: the
-// digits of pi that we compute do not lead to its certified values.)
+// certified mean, deviation and lag-1 autocorrelation in exact arithmetic. PiDigits is left
+// out: its values and its certified results could not be confirmed against each other.
 
 #include <gtest/gtest.h>
 
