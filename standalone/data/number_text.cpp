@@ -23,7 +23,7 @@ struct NumberParts {
 
   explicit NumberParts(std::string_view text) {
     text.remove_prefix(text.starts_with('-') ? 1 : 0);
-    const std::size_t mark = std::min(text.find_first_of("eE"), text.size());
+    const std::size_t mark = std::min({text.find('e'), text.find('E'), text.size()});
     digits = text.substr(0, mark);
     whole = std::min(digits.find('.'), digits.size());
     exponent = exponentOf(text.substr(mark));
