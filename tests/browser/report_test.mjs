@@ -125,7 +125,7 @@ function faintTexts() {
 
 // Draws what only readers who scroll so far would see.
 async function drawAll(page) {
-  await page.evaluate(() => dispatchEvent(new Event("beforeprint")));
+  await page.evaluate(() => { for (const name of ["beforeprint", "afterprint"]) dispatchEvent(new Event(name)); });
   await page.waitForFunction(() => [...document.querySelectorAll("figure.chart")].every((figure) => figure.querySelector("svg")), null, { timeout: 15000 });
 }
 
@@ -218,6 +218,11 @@ try {
   const printed = await open(small);
   await printed.pdf({ path: join(folder, "print.pdf"), format: "A4" });
   check("charts that print does not draw", await printed.evaluate(() => document.querySelectorAll(".drawing.waiting").length), 0);
+
+  await printed.evaluate(() => dispatchEvent(new Event("beforeprint")));
+  await printed.emulateMedia({ media: "print" });
+  await printed.setViewportSize({ width: 688, height: 900 });
+  check("print is cut off", await printed.evaluate(() => document.documentElement.scrollWidth > innerWidth), false);
 
   const still = await open(small, { javaScriptEnabled: false });
   check("tables are there without scripts", await still.locator("#table-2 td.number").count(), 40);

@@ -126,7 +126,7 @@
         { data: { values: frames }, mark: { type: "rect", fill: "transparent", stroke: ink("rule") }, encoding: { x, x2: { field: "x2" }, y, y2: { field: "y2" } } },
         {
           data: { values: points },
-          mark: { type: "point", filled: true, fill: ink("accent"), size: panel > 100 ? 22 : 12, opacity: 0.7 },
+          mark: { type: "point", filled: true, fill: ink("accent"), size: panel < 100 ? 12 : points.length < 2000 ? 38 : 20, opacity: 0.7 },
           encoding: { x, y, tooltip: [{ field: "a", title: "Across" }, { field: "b", title: "Up" }] },
         },
         label("n", { fill: ink("ink"), fontSize: 12, fontWeight: 600, dy: -6 }),

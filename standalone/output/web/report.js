@@ -24,7 +24,7 @@
   function forSpreadsheets(table) {
     const copy = table.cloneNode(true);
     copy.querySelectorAll(".number sup").forEach((mark) => mark.remove());
-    for (const name of ["class", "id", "aria-describedby"]) copy.removeAttribute(name);
+    for (const name of ["class", "id", "style", "aria-describedby"]) copy.removeAttribute(name);
     return copy;
   }
 
@@ -93,6 +93,15 @@
       if (target && !target.matches("section")) seen.observe(target);
     }
   }
+
+  // Paper does not scroll: a table that is wider than a page is made smaller.
+  const pageWidth = 660;
+  const tables = [...document.querySelectorAll("table")];
+  addEventListener("beforeprint", () => {
+    const widths = tables.map((table) => table.offsetWidth);
+    tables.forEach((table, i) => { if (widths[i] > pageWidth) table.style.zoom = String(pageWidth / widths[i]); });
+  });
+  addEventListener("afterprint", () => tables.forEach((table) => { table.style.zoom = ""; }));
 
   document.querySelectorAll(".table").forEach(addCopyButton);
   document.querySelectorAll(".scroll").forEach((region) => sizes.observe(region));
