@@ -43,7 +43,7 @@ using Statistics = std::bitset<StatisticCount>;
 
 constexpr std::size_t kDefaultKeyword = StatisticCount;
 constexpr std::size_t kAllKeyword = StatisticCount + 1;
-constexpr std::array<std::string_view, StatisticCount + 2> kKeywords = {
+constexpr std::array<std::string_view, StatisticCount + 2> kDescriptivesWords = {
     "RANGE",  "MINIMUM",  "MAXIMUM",  "SUM",      "MEAN",    "SEMEAN",
     "STDDEV", "VARIANCE", "SKEWNESS", "KURTOSIS", "DEFAULT", "ALL"};
 
@@ -64,7 +64,7 @@ struct Request {
 Statistics parseStatistics(TokenCursor& cursor) {
   Statistics statistics;
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kKeywords, "statistic");
+    const std::size_t keyword = cursor.expectKeyword(kDescriptivesWords, "statistic");
     if (keyword == kAllKeyword) {
       statistics.set();
     } else if (keyword == kDefaultKeyword) {

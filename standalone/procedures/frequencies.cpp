@@ -124,7 +124,7 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
     Format,
     Tiles,
     Percentiles,
-    Statistics,
+    StatisticList,
     Histograms,
     Order,
     Missing
@@ -156,7 +156,7 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
       case Percentiles:
         parsePercentiles(cursor, shares);
         break;
-      case Statistics:
+      case StatisticList:
         request.statistics = parseStatisticWords(cursor);
         break;
       case Histograms:
