@@ -32,7 +32,7 @@ namespace {
 
 constexpr std::size_t kMostWarnings = 20;
 
-enum Subcommand : std::size_t {
+enum GetDataSubcommand : std::size_t {
   Type,
   File,
   Encoding,
@@ -43,13 +43,13 @@ enum Subcommand : std::size_t {
   DataTypeMin,
   Variables,
   Map,
-  SubcommandCount
+  GetDataSubcommandCount
 };
 
-constexpr std::array<std::string_view, 10> kSubcommands = {
+constexpr std::array<std::string_view, 10> kGetDataSubcommands = {
     "TYPE",        "FILE",      "ENCODING",    "DELIMITERS", "QUALIFIER",
     "ARRANGEMENT", "FIRSTCASE", "DATATYPEMIN", "VARIABLES",  "MAP"};
-static_assert(kSubcommands.size() == SubcommandCount);
+static_assert(kGetDataSubcommands.size() == GetDataSubcommandCount);
 
 bool isDigits(std::string_view text) {
   return !text.empty() && text.size() <= 5 && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -171,13 +171,13 @@ ParsedGetData parseGetData(const Command& command) {
   cursor.next();
   ParsedGetData parsed;
   ImportRequest& request = parsed.request;
-  std::bitset<SubcommandCount> seen;
+  std::bitset<GetDataSubcommandCount> seen;
   while (true) {
     const Token& keyword = cursor.peek(cursor.peek().isSymbol('/') ? 1 : 0);
-    const auto subcommand = cursor.nextSubcommand(kSubcommands);
+    const auto subcommand = cursor.nextSubcommand(kGetDataSubcommands);
     if (!subcommand) break;
     if (seen.test(*subcommand)) {
-      TokenCursor::fail("/" + std::string(kSubcommands[*subcommand]) + " is given twice", keyword);
+      TokenCursor::fail("/" + std::string(kGetDataSubcommands[*subcommand]) + " is given twice", keyword);
     }
     seen.set(*subcommand);
     switch (*subcommand) {
@@ -213,9 +213,9 @@ ParsedGetData parseGetData(const Command& command) {
         break;
     }
   }
-  for (const Subcommand required : {Type, File, Variables}) {
+  for (const GetDataSubcommand required : {Type, File, Variables}) {
     if (!seen.test(required))
-      TokenCursor::fail("GET DATA needs /" + std::string(kSubcommands[required]), get);
+      TokenCursor::fail("GET DATA needs /" + std::string(kGetDataSubcommands[required]), get);
   }
   parsed.map = seen.test(Map);
   return parsed;
