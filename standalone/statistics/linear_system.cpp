@@ -22,6 +22,7 @@
 #include <boost/multiprecision/cpp_bin_float.hpp>
 #include <boost/multiprecision/eigen.hpp>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace genostat::standalone {
@@ -162,7 +163,8 @@ std::optional<LinearFit> LinearSystem::fit(std::span<const std::size_t> predicto
 
   const std::vector<std::size_t>& inside = fit.predictors;
   RealMatrix inverse(0, 0);
-  RealMatrix solutions(0, my.correlations.cols());  // A R_S·, a column for each variable
+  RealMatrix solutions =  // A R_ST, a column for each variable, those of S left empty
+      RealMatrix::Zero(toIndex(p), my.correlations.cols());
   if (p > 0) {
     const Eigen::LLT<RealMatrix> decomposition(RealMatrix(my.correlations(inside, inside)));
     if (decomposition.info() != Eigen::Success) return std::nullopt;
@@ -171,7 +173,12 @@ std::optional<LinearFit> LinearSystem::fit(std::span<const std::size_t> predicto
       // Not a number when the factorization met rounding errors alone.
       if (!(inverse(i, i) > 0 && inverse(i, i) < 1 / Real(kSmallestTolerance))) return std::nullopt;
     }
-    solutions = decomposition.solve(RealMatrix(my.correlations(inside, Eigen::all)));
+    std::vector<std::size_t> outside = {my.dependent};
+    std::ranges::copy_if(my.candidates, std::back_inserter(outside), [&](std::size_t candidate) {
+      return std::ranges::find(inside, candidate) == inside.end();
+    });
+    const RealMatrix solved = decomposition.solve(RealMatrix(my.correlations(inside, outside)));
+    solutions(Eigen::all, outside) = solved;
     const RealMatrix factor = decomposition.matrixL();
     for (Eigen::Index i = 0; i < toIndex(p); ++i) {
       for (Eigen::Index j = 0; j < toIndex(p); ++j) {
