@@ -7,7 +7,8 @@ import { join } from "node:path";
 import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
-const [executablePath, makeReport, folder] = process.argv.slice(2);
+const [browserName, makeReport, folder] = process.argv.slice(2);
+const executablePath = execFileSync("which", [browserName], { encoding: "utf8" }).trim();
 const failures = [];
 
 function check(what, found, expected = true) {
