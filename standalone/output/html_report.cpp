@@ -171,9 +171,13 @@ std::string sectionsHtml(const std::vector<Section>& sections) {
       html += "<h2 class=\"source-heading\">" + escapeHtml(section.source) + "</h2>\n";
     }
     const std::string id = "section-" + std::to_string(i + 1);
-    html += "<section id=\"" + id + "\" aria-labelledby=\"" + id + "-title\">\n<" + level +
-            " class=\"procedure-heading\" id=\"" + id + "-title\">" + escapeHtml(procedureOf(section)) +
-            "</" + level + ">\n";
+    html.append("<section id=\"")
+        .append(id)
+        .append("\" aria-labelledby=\"")
+        .append(id)
+        .append("-title\">\n<");
+    html.append(level).append(" class=\"procedure-heading\" id=\"").append(id).append("-title\">");
+    html.append(escapeHtml(procedureOf(section))).append("</").append(level).append(">\n");
     for (const Block& block : section.blocks) {
       html += block.html;
     }
