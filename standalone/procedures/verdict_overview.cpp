@@ -62,10 +62,14 @@ std::vector<RankedCase> worstCases(const std::vector<const Column*>& checks, std
   return cases;
 }
 
-// "per_base_sequence_quality" as a reader's "Per base sequence quality".
+// "per_base_n_content" as a reader's "Per base N content".
 std::string readableName(std::string name) {
   std::ranges::replace(name, '_', ' ');
   name.front() = toUpperAscii(std::string_view(name).substr(0, 1)).front();
+  for (const std::string_view abbreviation : {" n ", " gc "}) {
+    if (const std::size_t place = name.find(abbreviation); place != std::string::npos)
+      name.replace(place, abbreviation.size(), toUpperAscii(abbreviation));
+  }
   return name;
 }
 
