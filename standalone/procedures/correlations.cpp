@@ -24,7 +24,6 @@
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/correlation_matrix.h"
 #include "standalone/statistics/moments.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -57,8 +56,7 @@ PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& datas
   const Token& name = cursor.next();
   PearsonRequest request;
   // The list may stand right behind the command's name.
-  const Token& first = cursor.peek();
-  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kPearsonSubcommands)) {
+  if (atBareVariableList(dataset, cursor, kPearsonSubcommands)) {
     request.lists.push_back(parseCorrelationList(context, dataset, cursor));
   }
   while (const auto subcommand = cursor.nextSubcommand(kPearsonSubcommands)) {

@@ -18,7 +18,6 @@
 #include "standalone/procedures/statistic_cell.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/moments.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -84,9 +83,8 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
   const Token& name = cursor.next();
   Request request;
   // The list may stand right behind the command's name.
-  const Token& first = cursor.peek();
-  const bool bareList = first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands);
-  if (bareList) request.variables = parseNumericVariables(context, dataset, cursor);
+  if (atBareVariableList(dataset, cursor, kSubcommands))
+    request.variables = parseNumericVariables(context, dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
     if (*subcommand == VariablesSubcommand) {
       if (!request.variables.empty()) TokenCursor::fail("the variables are listed twice", cursor.peek());

@@ -20,7 +20,6 @@
 #include "standalone/procedures/frequencies_output.h"
 #include "standalone/procedures/frequencies_request.h"
 #include "standalone/procedures/variable_list.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -138,9 +137,7 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
   FrequenciesRequest request;
   Shares shares;
   // The list may stand right behind the command's name.
-  const Token& first = cursor.peek();
-  const bool bareList = first.kind == Token::Kind::Word && !matchKeyword(first.text, kSubcommands);
-  if (bareList) request.variables = parseVariables(dataset, cursor);
+  if (atBareVariableList(dataset, cursor, kSubcommands)) request.variables = parseVariables(dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
     switch (*subcommand) {
       case Variables:

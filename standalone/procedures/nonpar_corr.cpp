@@ -17,7 +17,6 @@
 #include "standalone/procedures/correlation_table.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/rank_correlation.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -61,8 +60,7 @@ RankRequest parseRankRequest(CommandContext& context, const Dataset& dataset) {
   cursor.next();  // CORR
   RankRequest request;
   // The list may stand right behind the command's name.
-  const Token& first = cursor.peek();
-  if (first.kind == Token::Kind::Word && !matchKeyword(first.text, kRankSubcommands)) {
+  if (atBareVariableList(dataset, cursor, kRankSubcommands)) {
     request.lists.push_back(parseCorrelationList(context, dataset, cursor));
   }
   while (const auto subcommand = cursor.nextSubcommand(kRankSubcommands)) {

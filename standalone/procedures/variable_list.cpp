@@ -37,7 +37,7 @@ class VariableSelection {
 
   const std::vector<const Column*>& all() const { return all_; }
   const std::vector<const Column*>& numeric() const { return numeric_; }
-  bool hasStrings() const { return !strings_.empty(); }
+  const std::vector<const Column*>& strings() const { return strings_; }
 
   std::string stringsWarning() const {
     std::string names;
@@ -106,14 +106,31 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
   const Token& begin = cursor.peek();
   const VariableSelection selection = parseSelection(dataset, cursor, stop);
   if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
-  if (selection.hasStrings()) {
-    context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), begin.range, {}});
+  if (!selection.strings().empty()) {
+    const Token& place = tokenNaming(begin, *selection.strings().front());
+    context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), place.range, {}});
   }
   return selection.numeric();
 }
 
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor) {
   return parseSelection(dataset, cursor, {}).all();
+}
+
+bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor,
+                        TokenCursor::Keywords subcommands) {
+  const Token& word = cursor.peek();
+  if (word.kind != Token::Kind::Word) return false;
+  if (!matchKeyword(word.text, subcommands)) return true;
+  return dataset.find(word.text) != nullptr && !cursor.peek(1).isSymbol('=');
+}
+
+const Token& tokenNaming(const Token& first, const Column& variable) {
+  // A command's tokens stand in one array that an End token closes.
+  for (const Token* token = &first; token->kind != Token::Kind::End && !token->isSymbol('/'); ++token) {
+    if (token->kind == Token::Kind::Word && equalsIgnoreCase(token->text, variable.name)) return *token;
+  }
+  return first;
 }
 
 }  // namespace genostat::standalone

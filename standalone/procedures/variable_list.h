@@ -23,4 +23,12 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
 // The same, with string variables.
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor);
 
+// Whether a list stands at the cursor, right behind the command's name, rather than one of the subcommands. A
+// variable goes before an abbreviated subcommand, unless an equals sign follows.
+bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor, TokenCursor::Keywords subcommands);
+
+// The token that names `variable` in the list that begins at `first`, a token of a command; `first` itself
+// when the variable is in the list without being named.
+const Token& tokenNaming(const Token& first, const Column& variable);
+
 }  // namespace genostat::standalone

@@ -63,7 +63,7 @@ c. Cannot be computed because fewer than two cases are valid.
 )");
   EXPECT_EQ(
       run("NONPAR CORR\n /VARIABLES=up down text few\n /PRINT=BOTH ONETAIL  NOSIG FULL\n /MISSING=PAIRWISE."),
-      R"(warning at [up]: a string variable is left out: text
+      R"(warning at [text]: a string variable is left out: text
 
 Nonparametric Correlations
 +--------------------------------------------------+----------+---------+--------+

@@ -199,5 +199,14 @@ Descriptive Statistics
   }
 }
 
+TEST_F(Commands, TakeAVariableForASubcommandBeforeAnEqualsSignOnly) {
+  useData("var,x\n1,2\n3,5\n");
+  for (const std::string command : {"DESCRIPTIVES", "FREQUENCIES", "CORRELATIONS", "NONPAR CORR"}) {
+    const std::string shown = run(command + " var x.");
+    EXPECT_NE(shown.find("| var"), std::string::npos) << shown;
+    EXPECT_EQ(run(command + " VAR=var x."), shown);
+  }
+}
+
 }  // namespace
 }  // namespace genostat::standalone
