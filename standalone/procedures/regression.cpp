@@ -13,6 +13,7 @@
 // A case counts when none of all the variables is missing in it. DEFAULTS: R ANOVA COEFF OUTS.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 #include <span>
@@ -92,7 +93,9 @@ void showModels(CommandContext& context, const RegressionResult& result) {
     output.addTable(kRegressionProcedure, buildModelSummary(result));
   }
   if (statistics.test(kRegressionAnova)) output.addTable(kRegressionProcedure, buildRegressionAnova(result));
-  if (statistics.test(kRegressionCoefficients) || statistics.test(kRegressionInterval)) {
+  constexpr std::array kOfCoefficients = {kRegressionCoefficients, kRegressionInterval,
+                                          kRegressionCorrelations, kRegressionTolerance};
+  if (std::ranges::any_of(kOfCoefficients, [&](std::size_t kind) { return statistics.test(kind); })) {
     output.addTable(kRegressionProcedure, buildCoefficients(result));
   }
 }

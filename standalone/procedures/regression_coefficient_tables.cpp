@@ -25,7 +25,12 @@ void addCorrelations(const RegressionResult& result, const LinearFit& fit, std::
       result.request.predictors.size() +
       static_cast<std::size_t>(std::ranges::find(result.request.dependents, &result.dependent) -
                                result.request.dependents.begin()));
-  const auto sum = [&](std::size_t i, std::size_t j) { return result.products.sum(i, j).value(); };
+  // About zero, as all sums are then, where there is no constant.
+  const double weight = fit.constant ? 0 : static_cast<double>(result.products.caseCount);
+  const auto sum = [&](std::size_t i, std::size_t j) {
+    return result.products.sum(i, j).value() +
+           weight * result.products.means[i].value() * result.products.means[j].value();
+  };
   cells.push_back(fractionCellOf(sum(x, y) / std::sqrt(sum(x, x)) / std::sqrt(sum(y, y))));
   if (coefficient.t) {
     const double freedom = std::sqrt(static_cast<double>(fit.residualFreedom));
@@ -71,7 +76,7 @@ std::vector<CellValue> coefficientRow(const RegressionResult& result, const Line
 }
 
 std::string confidenceLabel(double level) {
-  std::string percent = formatNumber(level * 100, {4, true});
+  std::string percent = formatNumber(level * 100, {6, true});
   while (percent.ends_with('0') && !percent.ends_with(".0")) {
     percent.pop_back();
   }

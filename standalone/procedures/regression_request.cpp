@@ -126,8 +126,8 @@ void RegressionParser::parseDependents() {
   request_.dependentPlace = first.range;
   for (const Column* column : request_.dependents) {
     if (column->type == Column::Type::Numeric) continue;
-    TokenCursor::fail("the dependent variable " + column->name + " is a string variable", first,
-                      "a regression needs a numeric one");
+    TokenCursor::fail("the dependent variable " + column->name + " is a string variable",
+                      tokenNaming(first, *column), "a regression needs a numeric one");
   }
 }
 
@@ -232,7 +232,7 @@ void RegressionParser::resolveBlocks() {
     for (const Column* column : block.variables) {
       if (isDependent(column)) {
         TokenCursor::fail("the dependent variable " + column->name + " cannot be a predictor as well",
-                          *block.first);
+                          tokenNaming(*block.first, *column));
       }
       const auto found = std::ranges::find(request_.predictors, column);
       resolved.variables.push_back(static_cast<std::size_t>(found - request_.predictors.begin()));

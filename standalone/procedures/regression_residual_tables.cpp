@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "standalone/procedures/regression_cells.h"
+#include "standalone/procedures/regression_labels.h"
 #include "standalone/procedures/regression_tables.h"
 
 namespace genostat::standalone {
@@ -23,7 +24,7 @@ PivotTable buildResidualStatistics(const RegressionResult& result, const Residua
   PivotTable table;
   FootnoteList notes(table);
   table.title = "Residuals Statistics";
-  table.titleMark = notes.mark("Dependent variable: " + result.dependent.name);
+  table.titleMark = notes.mark(dependentNote(result));
   table.columns = {{"Minimum", {}}, {"Maximum", {}}, {"Mean", {}}, {"Std. Deviation", {}}, {"N", {}}};
   const auto addRow = [&](const std::string& label, const Spread* spread) {
     table.rows.push_back({label, {}});

@@ -208,6 +208,26 @@ TEST_F(RegressionCommand, SaysWhatTheDataDoNotAllow) {
   }
 }
 
+TEST_F(RegressionCommand, ShowsCoefficientsForWhateverIsAskedOfThem) {
+  useData("y,x\n1,2\n3,5\n4,4\n");
+  struct Row {
+    std::string command, expected;  // what stands in a line of the table
+  };
+  const std::vector<Row> rows = {
+      {"/STATISTICS=COEFF", "1/x: 0.786 0.619 .786 1.270 .425\n"},
+      {"/STATISTICS=CI(99.999999)", "99.999999% Confidence Interval for B/Lower Bound"},
+      {"/STATISTICS=TOL", " 1.000 1.000\n"},
+      {"/STATISTICS=ZPP", " .786 .786 .786\n"},
+      // Through the origin correlations are about zero: 33 / √(26 · 45).
+      {"/STATISTICS=ZPP /ORIGIN", " .965 .965 .965\n"},
+  };
+  for (const Row& row : rows) {
+    run("REGRESSION " + row.command + " /DEPENDENT y /METHOD=ENTER x.");
+    const std::string table = contentsOf(items_.back());
+    EXPECT_NE(table.find(row.expected), std::string::npos) << row.command << table;
+  }
+}
+
 TEST_F(RegressionCommand, ThinsALongPlot) {
   std::string data = "y,x\n";
   for (int i = 0; i < 1500; ++i) {
@@ -228,7 +248,7 @@ TEST_F(RegressionCommand, RefusesWhatIsWrongInTheCommand) {
       {"/DEPENDENT=y", "error at [REGRESSION]: REGRESSION needs /METHOD\n"},
       {"/DEPENDENT= /METHOD=ENTER x1", "error at [/]: DEPENDENT names no variable\n"},
       {"/DEPENDENT y /DEPENDENT x1", "error at [x1]: the dependent variable is named twice\n"},
-      {"/DEPENDENT name /METHOD=ENTER x1",
+      {"/DEPENDENT y name /METHOD=ENTER x1",
        "error at [name]: the dependent variable name is a string variable (a regression needs a numeric "
        "one)\n"},
       {"/DEPENDENT y /METHOD=ENTER ",
@@ -236,7 +256,7 @@ TEST_F(RegressionCommand, RefusesWhatIsWrongInTheCommand) {
       {"/VARIABLES y /METHOD=ENTER /DEPENDENT y",
        "error at [/]: METHOD names no variable (expected the predictors behind the method)\n"},
       {"/DEPENDENT y /METHOD=ENTER x1 y",
-       "error at [x1]: the dependent variable y cannot be a predictor as well\n"},
+       "error at [y]: the dependent variable y cannot be a predictor as well\n"},
       {"/DEPENDENT y /METHOD=REMOVE x1",
        "error at [REMOVE]: unknown method \"REMOVE\" (expected ENTER, STEPWISE, FORWARD or BACKWARD)\n"},
       {"/DEPENDENT y /METHOD=ENTER x1 /CRITERIA PIN(.2)",
