@@ -22,7 +22,8 @@ class PartFile {
 
   void write(std::string_view text);
 
-  // Ends the writing and moves the file to `target`, on the same file system, in place of what stands there.
+  // Ends the writing and moves the file to `target`, on the same file system, in place of what stands there;
+  // on Posix with the permissions of that.
   void moveTo(const std::filesystem::path& target);
 
  private:

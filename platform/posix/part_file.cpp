@@ -67,6 +67,10 @@ void PartFile::moveTo(const std::filesystem::path& target) {
   // other one.
   const int copy = dup(static_cast<int>(handle_));
   if (copy < 0 || ::close(copy) != 0) fail(errno);
+  // Who may read what stands there may read what takes its place, and nobody else.
+  struct stat before = {};
+  if (stat(target.c_str(), &before) == 0 && S_ISREG(before.st_mode))
+    fchmod(static_cast<int>(handle_), before.st_mode & 0777);
   if (rename(path_.c_str(), target.c_str()) != 0) fail(errno);
   path_.clear();
   close();

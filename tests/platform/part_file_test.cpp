@@ -60,6 +60,19 @@ TEST(RemoveAbandonedParts, TakesNothingElse) {
   EXPECT_EQ(test::namesIn(folder.path()), left);
 }
 
+TEST(PartFile, KeepsThePermissionsOfWhatItReplaces) {
+  const test::TemporaryFolder folder;
+  const fs::path target = folder.path() / "report.html";
+  test::writeWholeFile(target, "old");
+  fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+  const fs::perms before = fs::status(target).permissions();
+  PartFile file(folder.path());
+  file.write("new");
+  file.moveTo(target);
+  EXPECT_EQ(test::readWholeFile(target), "new");
+  EXPECT_EQ(fs::status(target).permissions(), before);
+}
+
 // Each file counts as another process's would: locks belong to what was opened, not to who opened it.
 TEST(PartFile, MayBeWrittenByManyAtOnce) {
   const test::TemporaryFolder folder;
