@@ -94,12 +94,14 @@
     }
   }
 
-  // Paper does not scroll: a table that is wider than a page is made smaller.
-  const pageWidth = 660;
+  // Paper does not scroll: a table that is wider than a page, as it is printed, is made smaller.
   const tables = [...document.querySelectorAll("table")];
+  const { classList } = document.documentElement;
   addEventListener("beforeprint", () => {
-    const widths = tables.map((table) => table.offsetWidth);
-    tables.forEach((table, i) => { if (widths[i] > pageWidth) table.style.zoom = String(pageWidth / widths[i]); });
+    classList.add("paper");
+    const shares = tables.map((table) => table.parentElement.clientWidth / table.offsetWidth);
+    classList.remove("paper");
+    tables.forEach((table, i) => { if (shares[i] < 1) table.style.zoom = String(shares[i]); });
   });
   addEventListener("afterprint", () => tables.forEach((table) => { table.style.zoom = ""; }));
 
