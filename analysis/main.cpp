@@ -11,6 +11,7 @@
 
 #include "analysis/job.h"
 #include "analysis/request/samples.h"
+#include "platform/documents/option_documents.h"
 #include "platform/program.h"
 
 namespace {
@@ -31,6 +32,21 @@ constexpr const char* kExamples =
     "  genostat-analysis qc --json qc.json --csv qc.csv *.fastq.gz\n"
     "  genostat-analysis qc --adapter ACGTACGTACGT --threads 4 --json - reads.fq\n"
     "  zstd -dc reads.fastq.zst | genostat-analysis qc -          the sample is called stdin";
+
+constexpr const char* kExitStatusHelp =
+    "Exit status:\n"
+    "  0   all files were measured\n"
+    "  1   another failure, such as a path whose links lead in a circle\n"
+    "  2   no such file or folder\n"
+    "  3   the parameters of a job are no JSON document\n"
+    "  4   the parameters of a job are incomplete or wrong\n"
+    "  5   a file breaks the rules of FASTQ or of its compression, or reading it fails on the way\n"
+    "  7   no permission to read\n"
+    "  8   a folder without FASTQ files\n"
+    "  9   an output cannot be written\n"
+    "  10  --adapter is no sequence of A, C, G, T, N\n"
+    "  12  memory ran out\n"
+    "  13  wrong arguments";
 
 constexpr unsigned kMaximumThreads = 256;
 
@@ -86,8 +102,11 @@ void addQcOptions(CLI::App& command, QcOptions& qc) {
       ->expected(1, -1)
       ->allow_extra_args()
       ->required();
-  command.add_option("--adapter", qc.adapter,
-                     "none (look for all known ones), illumina, nextera, or a sequence of A, C, G, T, N");
+  command
+      .add_option("--adapter", qc.adapter,
+                  "What to look for in the reads: none (all known ones), illumina, nextera, or a sequence of "
+                  "A, C, G, T, N")
+      ->type_name("none|illumina|nextera|SEQUENCE");
   command
       .add_option_function<std::string>(
           "--threads", [&qc](const std::string& text) { qc.threads = threadsFrom(text).value_or(0); },
@@ -111,13 +130,14 @@ void addQcOptions(CLI::App& command, QcOptions& qc) {
   for (CLI::Option* option : command.get_options()) {
     option->transform(givenArgument);
   }
-  command.footer(kExamples);
+  command.footer(std::string(kExamples) + "\n\n" + kExitStatusHelp);
 }
 
 ExitCode run(std::vector<std::string> arguments) {
   CLI::App app("Quality metrics of FASTQ files, one row of a CSV table per file.", "genostat-analysis");
   app.set_version_flag("--version", "genostat-analysis " GENOSTAT_VERSION);
-  app.footer(kExamples);
+  app.footer(std::string(kExamples) + "\n\n" + kExitStatusHelp);
+  genostat::platform::offerDocuments(app, "genostat(1)");
   // A path that starts with a slash is no option, on no system.
   app.allow_windows_style_options(false);
 

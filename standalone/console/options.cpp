@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/documents/option_documents.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
@@ -32,7 +33,15 @@ constexpr const char* kRunHelp =
     "runs the syntax that each of them sent back. Ctrl-C cancels all jobs and removes their\n"
     "files. A second Ctrl-C ends the program at once.\n"
     "\n"
-    "COLUMNS sets the width of tables, NO_COLOR turns colours off.\n"
+    "Environment:\n"
+    "  COLUMNS   the width of tables\n"
+    "  NO_COLOR  turns colours off\n"
+    "  TMPDIR    where temporary files go, without --temp; TEMP on Windows\n"
+    "\n"
+    "Examples:\n"
+    "  genostat run quality_control.syntax\n"
+    "  genostat run cohort.syntax --html report.html\n"
+    "  genostat run - --output json --csv results < cohort.syntax\n"
     "\n";
 
 const CLI::Validator& notEmpty() {
@@ -79,8 +88,8 @@ void addRunOptions(CLI::App& run, RunOptions& options) {
          [&options](const std::string& value) {
            options.output = formatNamed(value).value_or(OutputFormat::Text);
          },
-         "form of the results: text, json or html; default: text")
-      ->type_name("FORMAT")
+         "form of the results; default: text")
+      ->type_name("text|json|html")
       ->take_last()
       ->check(formatName());
   add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
@@ -99,7 +108,8 @@ std::string describeUnexpected(const std::string& argument, const CLI::App& app,
   if (argument.size() > 1 && argument.front() == '-') {
     what = "unknown option ";
     for (const CLI::Option* option : app.get_options()) {
-      if (!option->get_lnames().empty()) names.push_back("--" + option->get_lnames().front());
+      const bool shown = !option->get_group().empty() && !option->get_lnames().empty();
+      if (shown) names.push_back("--" + option->get_lnames().front());
     }
   } else if (subcommandExpected) {
     what = "unknown subcommand ";
@@ -122,6 +132,7 @@ std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> argumen
   app.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
   app.set_help_flag("-h,--help", "show this help and exit");
   app.footer(kExitStatusHelp);
+  platform::offerDocuments(app, "genostat-analysis(1)");
   // Collected, so that the error can name what was meant.
   app.allow_extras();
   CLI::App& run = *app.add_subcommand("run", "run a file of command syntax");
