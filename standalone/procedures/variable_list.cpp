@@ -87,9 +87,10 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
       for (const Column& column : dataset.columns) {
         selection.add(column, false);
       }
-      continue;
+    } else {
+      addVariables(dataset, cursor, selection);
     }
-    addVariables(dataset, cursor, selection);
+    if (cursor.acceptSymbol(',') && atListEnd()) cursor.failExpected("the name of a variable");
   }
   return selection;
 }

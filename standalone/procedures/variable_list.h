@@ -1,4 +1,4 @@
-// Lists of variables in commands: names, `first TO last`, ALL.
+// Lists of variables in commands: names, `first TO last`, ALL, with or without commas between.
 #pragma once
 
 #include <string_view>

@@ -189,6 +189,7 @@ Descriptive Statistics
       {"DESCRIPTIVES.", "error at [DESCRIPTIVES]: DESCRIPTIVES names no variable\n"},
       {"DESCRIPTIVES Sample.", "error at [Sample]: the list names no numeric variable\n"},
       {"DESCRIPTIVES nome.", "error at [nome]: the dataset has no variable \"nome\" (did you mean none?)\n"},
+      {"DESCRIPTIVES x, .", "error at [.]: expected the name of a variable, found the end of the command\n"},
       {"DESCRIPTIVES x TO n.", "error at [n]: n stands before x in the dataset\n"},
       {"DESCRIPTIVES n TO.", "error at [.]: expected the name of a variable, found the end of the command\n"},
       {"DESCRIPTIVES n /STATISTICS=MEDIAN.",
@@ -204,7 +205,7 @@ TEST_F(Commands, TakeAVariableForASubcommandBeforeAnEqualsSignOnly) {
   for (const std::string command : {"DESCRIPTIVES", "FREQUENCIES", "CORRELATIONS", "NONPAR CORR"}) {
     const std::string shown = run(command + " var x.");
     EXPECT_NE(shown.find("| var"), std::string::npos) << shown;
-    EXPECT_EQ(run(command + " VAR=var x."), shown);
+    EXPECT_EQ(run(command + " VAR=var, x."), shown);
   }
 }
 
