@@ -36,7 +36,7 @@ struct SelectionStep {
   LinearFit fit;
 };
 
-// A predictor that an Enter step left out.
+// A predictor that entering all of a list left out, or, with any method, that has nothing to explain by.
 struct Refusal {
   enum class Reason { Constant, OutOfRange, Tolerance, Freedom };
   std::size_t variable = 0;
