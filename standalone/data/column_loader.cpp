@@ -68,6 +68,7 @@ void ColumnLoader::reserve(std::size_t cases) {
 }
 
 void ColumnLoader::addText(std::string_view field, std::size_t line) {
+  if (trimBlanks(field).empty()) field = {};
   if (longestText_ > 0 && field.size() > longestText_) {
     cut_.add(field, line);
     field = cutAtCharacter(field, longestText_);
@@ -88,7 +89,7 @@ std::span<const Record> ColumnLoader::addUntilNumber(std::span<const Record> cas
       return cases.subspan(i);
     }
     if (!trimmed.empty()) notNumbers_.add(trimmed, cases[i].line);
-    column_.texts.emplace_back(trimmed.empty() ? std::string_view() : field);
+    addText(field, cases[i].line);
   }
   return {};
 }

@@ -88,6 +88,7 @@ TEST_F(Import, ReadsEveryShapeOfText) {
       {"quotes", "a,b\n1,\"x, \"\"y\"\"\r\nz\"\n2,\"\"\n", "a:num[1 2] b:str[x, \"y\"\r\nz|]"},
       {"quotes inside and behind", "a,b\n1,x\"y\"\n2,\"x\"y\r\n", "a:num[1 2] b:str[x\"y\"|xy]"},
       {"quoted numbers and blanks", "a,b\n\"1\", x \n\" 2 \",\" \"\n", "a:num[1 2] b:str[ x |]"},
+      {"blanks alone are no value", "a,b\nx, \n ,1\ny,y\n", "a:str[x||y] b:str[|1|y]"},
       {"quoted header over two lines", "\"a\nb\",c\n1,2\n", "a:num[1] b:num[2]"},
       {"blank lines", "a,b\n\n1,2\n\r\n3,4\n\n", "a:num[1 3] b:num[2 4]"},
       {"quoted empty line", "a,b\n\"\"\n",
