@@ -144,6 +144,10 @@ void reload(const ImportRequest& request, std::size_t caseCount,
     any = true;
   }
   if (!any) return;
+  // Opening a pipe again would wait for ever.
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(request.file, ignored))
+    throw ImportError("a variable of texts and numbers is read twice, which takes a regular file");
   const ImportPass pass(request, pointersTo(again));
   if (pass.caseCount() != caseCount) throw ImportError("it was changed while it was read");
   for (std::size_t i = 0; i < loaders.size(); ++i) {
