@@ -38,7 +38,7 @@ standalone::TextStyle chooseStyle() {
   const platform::Terminal terminal = platform::standardOutputTerminal();
   standalone::TextStyle style;
   style.unicode = terminal.isUtf8;
-  style.colour = terminal.isTerminal && environment("NO_COLOR").empty();
+  style.colour = terminal.isTerminal && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
   const int wanted = columnsWanted();
   style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
   return style;
