@@ -61,6 +61,11 @@ struct Terminal {
 Terminal standardOutputTerminal();
 Terminal standardErrorTerminal();
 
+// A path in a variable of the environment; empty where there is none. Names are ASCII. Set before other
+// threads start; processes started later inherit it.
+std::filesystem::path environmentPath(const char* name);
+void setEnvironmentPath(const char* name, const std::filesystem::path& value);
+
 // The id of the running process.
 int processId();
 

@@ -116,6 +116,15 @@ Terminal standardErrorTerminal() {
   return terminalBehind(STDERR_FILENO);
 }
 
+std::filesystem::path environmentPath(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
+}
+
+void setEnvironmentPath(const char* name, const std::filesystem::path& value) {
+  setenv(name, value.c_str(), 1);
+}
+
 int processId() {
   return getpid();
 }

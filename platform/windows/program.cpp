@@ -138,6 +138,19 @@ Terminal standardErrorTerminal() {
   return terminalBehind(STD_ERROR_HANDLE);
 }
 
+std::filesystem::path environmentPath(const char* name) {
+  const std::wstring wideName = std::filesystem::path(name).native();
+  // As long as the longest value of all.
+  std::wstring value(32768, L'\0');
+  value.resize(GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size())));
+  return value;
+}
+
+void setEnvironmentPath(const char* name, const std::filesystem::path& value) {
+  // Also for those who ask the C library.
+  _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());
+}
+
 int processId() {
   return static_cast<int>(GetCurrentProcessId());
 }
