@@ -10,11 +10,13 @@ namespace genostat::standalone {
 
 namespace {
 
-// Six significant digits.
-std::string shortNumber(double value) {
+constexpr int kUsualDigits = 6;
+
+// So many significant digits at most.
+std::string shortNumber(double value, int digits = kUsualDigits) {
   std::array<char, 40> buffer{};
   const auto result =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, 6);
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, digits);
   return std::string(buffer.data(), result.ptr);
 }
 
@@ -26,8 +28,19 @@ double edgeOf(const Histogram& histogram, std::size_t bin) {
   return histogram.firstEdge + static_cast<double>(bin) * histogram.binWidth;
 }
 
+// As many as tell one edge from the next, far from 0 too.
+int digitsOfEdges(const Histogram& histogram) {
+  constexpr int kMostDigits = 17;
+  const double largest =
+      std::max(std::abs(histogram.firstEdge), std::abs(edgeOf(histogram, histogram.counts.size())));
+  const double digits = std::ceil(std::log10(largest / histogram.binWidth)) + 2;
+  return digits > kUsualDigits ? static_cast<int>(std::min<double>(digits, kMostDigits)) : kUsualDigits;
+}
+
 std::string binName(const Histogram& histogram, std::size_t bin) {
-  return shortNumber(edgeOf(histogram, bin)) + " to " + shortNumber(edgeOf(histogram, bin + 1));
+  const int digits = digitsOfEdges(histogram);
+  return shortNumber(edgeOf(histogram, bin), digits) + " to " +
+         shortNumber(edgeOf(histogram, bin + 1), digits);
 }
 
 std::string summaryOf(const Histogram& histogram) {

@@ -24,7 +24,10 @@
     return Math.min(limit, texts.reduce((width, text) => Math.max(width, pen.measureText(text).width), 0));
   }
 
-  const number = (value) => (Number.isFinite(value) ? String(Number(value.toPrecision(5))) : "");
+  const number = (value, digits = 5) => {
+    if (!Number.isFinite(value)) return "";
+    return String(Number.isSafeInteger(value) ? value : Number(value.toPrecision(digits)));
+  };
   const quantitative = (field, more = {}) => ({ field, type: "quantitative", ...more });
   const hidden = { axis: null, legend: null };
 
@@ -41,8 +44,11 @@
 
   function histogram(chart, room) {
     const edge = (i) => chart.firstEdge + i * chart.binWidth;
-    const bars = chart.counts.map((y, i) => ({ a: edge(i), b: edge(i + 1), y, t: `${number(edge(i))} to ${number(edge(i + 1))}` }));
     const end = edge(chart.counts.length);
+    // As many digits as tell one edge from the next, far from 0 too.
+    const digits = Math.ceil(Math.log10(Math.max(Math.abs(chart.firstEdge), Math.abs(end)) / chart.binWidth)) + 2;
+    const name = (i) => number(edge(i), Math.min(Math.max(digits, 5), 17));
+    const bars = chart.counts.map((y, i) => ({ a: edge(i), b: edge(i + 1), y, t: `${name(i)} to ${name(i + 1)}` }));
     const x = { type: "quantitative", scale: { domain: [chart.firstEdge, end], nice: false, zero: false }, title: chart.variable, axis: { grid: false, labelFlush: false } };
     const layer = [{
       data: { values: bars },

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "standalone/output/chart_json.h"
+#include "standalone/output/chart_summary.h"
 #include "standalone/output/html_chart.h"
 #include "standalone/output/html_report.h"
 #include "standalone/output/html_table.h"
@@ -123,6 +124,11 @@ TEST(HtmlChart, ThinsCloudsAndSaysSo) {
   EXPECT_THAT(html, HasSubstr("one of every 3 points"));
   EXPECT_THAT(html, HasSubstr("90000 cases"));
   EXPECT_LT(html.size(), 300'000U);
+}
+
+TEST(ChartSummary, TellsEdgesFarFromZeroApart) {
+  const Chart chart = {"t", {}, Histogram{"v", 1234567890, .5, {1, 3}, 4, {}, {}, false}};
+  EXPECT_EQ(summarizeChart(chart), "4 values; the tallest bar, 1234567890.5 to 1234567891, counts 3.");
 }
 
 TEST(HtmlReport, CarriesWhatItNeeds) {
