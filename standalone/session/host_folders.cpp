@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/path_service.h"
+#include "platform/launcher_folder.h"
 #include "platform/program.h"
 
 namespace genostat::standalone {
@@ -16,8 +17,7 @@ class InstallationFinder : public PathFinder {
  public:
   const std::string& path() override { return path_; }
   void set(const std::filesystem::path& folder) {
-    // An empty last component makes a path end in a separator.
-    path_ = folder.empty() ? std::string() : platform::pathToNarrow(folder / "");
+    path_ = folder.empty() ? std::string() : platform::launcherPrefix(folder);
   }
 
  private:

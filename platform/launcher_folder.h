@@ -1,0 +1,14 @@
+// How a host names the folder of the launcher to the module.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace genostat::platform {
+
+// The prefix of the launcher's name: the folder with a separator at its end. On Windows the module hands each
+// byte of it on as one character, which only ASCII survives. A folder of another name goes in front of the
+// process's search path instead, and the prefix is empty. Call it before other threads start.
+std::string launcherPrefix(const std::filesystem::path& folder);
+
+}  // namespace genostat::platform

@@ -1,0 +1,34 @@
+#include "platform/launcher_folder.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "platform/program.h"
+
+namespace genostat::platform {
+
+namespace {
+
+std::wstring environmentVariable(const wchar_t* name) {
+  std::wstring value(GetEnvironmentVariableW(name, nullptr, 0), L'\0');
+  value.resize(GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
+  return value;
+}
+
+}  // namespace
+
+std::string launcherPrefix(const std::filesystem::path& folder) {
+  const std::wstring name = folder.native();
+  if (std::all_of(name.begin(), name.end(), [](wchar_t unit) { return unit < 0x80; })) {
+    return pathToNarrow(folder / "");
+  }
+  const std::wstring front = name + L";";
+  const std::wstring before = environmentVariable(L"PATH");
+  if (!before.starts_with(front)) SetEnvironmentVariableW(L"PATH", (front + before).c_str());
+  // Otherwise a launcher in the current folder would be started instead.
+  SetEnvironmentVariableW(L"NoDefaultCurrentDirectoryInExePath", L"1");
+  return {};
+}
+
+}  // namespace genostat::platform
