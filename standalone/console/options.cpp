@@ -23,6 +23,13 @@ constexpr const char* kExitStatusHelp =
     "  2    wrong usage, or a syntax file that cannot be read\n"
     "  130  interrupted; all jobs were cancelled\n";
 
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  genostat run quality_control.syntax\n"
+    "  genostat run cohort.syntax --html report.html\n"
+    "  genostat run - --output json --csv results < cohort.syntax\n"
+    "\n";
+
 constexpr const char* kRunHelp =
     "String tables translate the module's texts: GENOSTAT.txt and global.txt, UTF-8, each line\n"
     "a key, a tab and its text.\n"
@@ -37,11 +44,6 @@ constexpr const char* kRunHelp =
     "  COLUMNS   the width of tables\n"
     "  NO_COLOR  turns colours off\n"
     "  TMPDIR    where temporary files go, without --temp; TEMP on Windows\n"
-    "\n"
-    "Examples:\n"
-    "  genostat run quality_control.syntax\n"
-    "  genostat run cohort.syntax --html report.html\n"
-    "  genostat run - --output json --csv results < cohort.syntax\n"
     "\n";
 
 const CLI::Validator& notEmpty() {
@@ -94,7 +96,7 @@ void addRunOptions(CLI::App& run, RunOptions& options) {
       ->check(formatName());
   add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
   add("--html", options.htmlFile, "FILE", "write a report with charts as well: one page, at the end");
-  run.footer(std::string(kRunHelp) + kExitStatusHelp);
+  run.footer(std::string(kRunHelp) + kExamples + kExitStatusHelp);
 }
 
 Answer usageError(const std::string& message, const std::string& program) {
@@ -129,14 +131,18 @@ std::string describeUnexpected(const std::string& argument, const CLI::App& app,
 std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> arguments) {
   RunOptions options;
   CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
-  app.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
+  const auto answerVersion = [](CLI::App& command) {
+    command.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
+  };
+  answerVersion(app);
   app.set_help_flag("-h,--help", "show this help and exit");
-  app.footer(kExitStatusHelp);
+  app.footer(std::string(kExamples) + kExitStatusHelp);
   platform::offerDocuments(app, "genostat-analysis(1)");
   // Collected, so that the error can name what was meant.
   app.allow_extras();
   CLI::App& run = *app.add_subcommand("run", "run a file of command syntax");
   run.set_help_flag("-h,--help", "show this help and exit");
+  answerVersion(run);
   run.allow_extras();
   addRunOptions(run, options);
 
