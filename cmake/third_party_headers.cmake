@@ -26,6 +26,8 @@ if(NOT GENOSTAT_MODULE_ONLY)
     CLI.hpp CLI "${GENOSTAT_PACKAGE_INCLUDE_DIR}/CLI")
   genostat_add_header_package(third_party::eigen
     Dense Eigen "${GENOSTAT_PACKAGE_INCLUDE_DIR}/eigen3/Eigen")
+  # A few of its files bear a licence that programs would have to follow; this refuses them.
+  target_compile_definitions(third_party::eigen INTERFACE EIGEN_MPL2_ONLY)
   genostat_add_header_package(third_party::boost
     math/distributions.hpp boost "${GENOSTAT_PACKAGE_INCLUDE_DIR}/boost")
   genostat_add_header_package(third_party::hwy
