@@ -133,7 +133,7 @@ std::string renderChartAsHtml(const Chart& given, std::string_view id) {
                      base + "-title\">" + escapeHtml(chart.title) + "</div>\n<p class=\"summary\">" +
                      escapeHtml(summary) + "</p>" + legendHtml(chart) + "</figcaption>\n";
   html += "<div class=\"scroll" + std::string(isTall(chart) ? " tall" : "") +
-          "\" role=\"region\" tabindex=\"0\" aria-labelledby=\"" + base + "-title\">" +
+          "\" role=\"group\" tabindex=\"0\" aria-labelledby=\"" + base + "-title\">" +
           "<div class=\"drawing\" role=\"img\" aria-label=\"" + escapeHtml(chart.title + ". " + summary) +
           "\"></div></div>\n<noscript><p class=\"summary\">Drawing the chart needs scripts.</p></noscript>\n";
   html += notesHtml(chart.notes);

@@ -127,7 +127,7 @@ std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std:
   const TextGrid grid = layOutGrid(table);
   const bool titled = !table.title.empty();
   std::string html =
-      "<div class=\"table\" id=\"" + base + "\">\n<div class=\"scroll\" role=\"region\" tabindex=\"0\" ";
+      "<div class=\"table\" id=\"" + base + "\">\n<div class=\"scroll\" role=\"group\" tabindex=\"0\" ";
   html += titled ? "aria-labelledby=\"" + base + "-title\"" : "aria-label=\"" + escapeHtml(name) + '"';
   html += ">\n<table";
   if (!table.footnotes.empty()) html += " aria-describedby=\"" + base + "-notes\"";

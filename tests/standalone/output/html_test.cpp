@@ -61,7 +61,7 @@ TEST(HtmlTable, NestsLabelsAsSpans) {
   table.footnotes = {"a. note"};
   squareUp(table);
   EXPECT_EQ(renderTableAsHtml(table, "t", "P"), R"(<div class="table" id="t">
-<div class="scroll" role="region" tabindex="0" aria-labelledby="t-title">
+<div class="scroll" role="group" tabindex="0" aria-labelledby="t-title">
 <table aria-describedby="t-notes">
 <caption class="title" id="t-title">T</caption>
 <thead>
