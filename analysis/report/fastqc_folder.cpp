@@ -1,0 +1,117 @@
+#include "analysis/report/fastqc_folder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <iterator>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "analysis/failure.h"
+#include "analysis/report/fastqc_data.h"
+#include "analysis/report/output_file.h"
+#include "platform/part_file.h"
+#include "platform/program.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Most file systems take names of 255 bytes; this leaves room for a number and the ending.
+constexpr std::size_t kLongestStem = 240;
+
+std::string shortened(std::string name) {
+  if (name.size() <= kLongestStem) return name;
+  std::size_t end = kLongestStem;
+  // Not in the middle of a character.
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
+    --end;
+  name.resize(end);
+  return name;
+}
+
+std::string folderKey(std::string name) {
+  std::transform(name.begin(), name.end(), name.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return name;
+}
+
+[[noreturn]] void failAt(const fs::path& place, const std::string& reason) {
+  const std::string path = platform::pathToUtf8(place);
+  throw Failure(ExitCode::OutputFailed, path, path + ": writing failed: " + reason);
+}
+
+// The last folder on the way that is there.
+fs::path existingFolder(const fs::path& folder) {
+  std::error_code unknown;
+  fs::path place = folder;
+  while (!place.empty() && !fs::exists(place, unknown)) {
+    const fs::path parent = place.parent_path();
+    if (parent == place) break;
+    place = parent;
+  }
+  return place.empty() ? fs::path(".") : place;
+}
+
+}  // namespace
+
+std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
+                                      const std::vector<std::string>& fileNames) {
+  std::set<std::string> taken;
+  for (const std::string& sample : samples) {
+    taken.insert(folderKey(shortened(sample)));
+  }
+  std::set<std::string> used;
+  std::vector<FastqcPlace> places;
+  places.reserve(samples.size());
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const std::string stem = shortened(samples[i]);
+    std::string number;
+    if (!used.insert(folderKey(stem)).second) {
+      for (int next = 2; number.empty() || !taken.insert(folderKey(stem + number)).second; ++next) {
+        number = "." + std::to_string(next);
+      }
+    }
+    places.push_back(
+        {stem + number + "_fastqc", samples[i] + number + fileNames.at(i).substr(samples[i].size())});
+  }
+  return places;
+}
+
+FastqcFolder::FastqcFolder(fs::path folder) : folder_(std::move(folder)) {
+  const fs::path place = existingFolder(folder_);
+  std::error_code unknown;
+  if (!fs::is_directory(place, unknown)) failAt(folder_, std::generic_category().message(ENOTDIR));
+  try {
+    const platform::PartFile trial(place);
+  } catch (const std::runtime_error& error) {
+    failAt(folder_, error.what());
+  }
+}
+
+void FastqcFolder::write(const std::vector<ResultRow>& rows,
+                         const std::vector<std::string>& fileNames) const {
+  std::vector<std::string> samples;
+  std::transform(rows.begin(), rows.end(), std::back_inserter(samples),
+                 [](const ResultRow& row) { return row.sample; });
+  const std::vector<FastqcPlace> places = fastqcPlaces(samples, fileNames);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const fs::path folder = folder_ / platform::pathFromUtf8(places[i].folder);
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) failAt(folder, error.message());
+    const fs::path file = folder / "fastqc_data.txt";
+    try {
+      writeFile(file, fastqcData(rows[i].result, places[i].fileName));
+    } catch (const std::runtime_error& failure) {
+      failAt(file, failure.what());
+    }
+  }
+}
+
+}  // namespace genostat::analysis
