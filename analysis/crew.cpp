@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -35,6 +37,13 @@ Failure openFailure(const Sample& sample, const std::error_code& reason) {
 std::unique_ptr<ByteSource> openSample(const Sample& sample) {
   if (sample.isStandardInput) return std::make_unique<StandardInput>();
   return std::make_unique<FileSource>(sample.path);
+}
+
+// 0 where it is not known.
+std::uint64_t sizeOf(const Sample& sample) {
+  std::error_code unknown;
+  const std::uintmax_t size = sample.isStandardInput ? 0 : std::filesystem::file_size(sample.path, unknown);
+  return unknown ? 0 : size;
 }
 
 // Runs a step of a sample's measuring; what goes wrong becomes a Failure that names the sample.
@@ -90,7 +99,8 @@ class Crew {
   // All members are guarded by mutex_, except that the threads of a sample use its run.
   struct Task {
     const Sample* sample = nullptr;
-    std::shared_ptr<SampleRun> run;  // from its opening to its end
+    std::shared_ptr<SampleRun> run;      // from its opening to its end
+    SampleProgress* progress = nullptr;  // likewise, if anybody asks for it
     unsigned workers = 0;
     std::optional<SampleResult> result;
     std::exception_ptr failure;
@@ -152,22 +162,26 @@ class Crew {
     }
     // Only the thread that begins a sample comes here: it cannot be helped before.
     std::shared_ptr<SampleRun> run;
+    SampleProgress* progress = nullptr;
     std::exception_ptr failure;
     try {
-      if (options_.progress != nullptr) options_.progress->begin(task.sample->fileName);
+      if (options_.progress != nullptr) {
+        progress = &options_.progress->begin(task.sample->name, sizeOf(*task.sample));
+      }
       run = forSample(*task.sample, [&] {
         return std::make_shared<SampleRun>(openChunks(openSample(*task.sample)), resultOptions_, pool_,
-                                           options_.progress);
+                                           progress);
       });
     } catch (...) {
       failure = std::current_exception();
     }
     const std::scoped_lock lock(mutex_);
     task.run = std::move(run);
+    task.progress = progress;
     if (failure) {
       task.workers = 0;
       fail(task, failure);
-      if (options_.progress != nullptr) options_.progress->end(task.sample->fileName);
+      if (progress != nullptr) options_.progress->end(*progress);
     } else if (indexOf(task) >= end_) {
       task.run->stop();
     }
@@ -178,6 +192,7 @@ class Crew {
   // The last thread to leave a sample finishes it.
   void leave(Task& task) {
     std::shared_ptr<SampleRun> run;
+    SampleProgress* progress = nullptr;
     bool wanted = false;
     {
       const std::scoped_lock lock(mutex_);
@@ -187,6 +202,7 @@ class Crew {
       }
       // Nobody joins any more: the run is exhausted.
       run = std::move(task.run);
+      progress = task.progress;
       wanted = indexOf(task) < end_;
     }
     std::optional<SampleResult> result;
@@ -199,7 +215,7 @@ class Crew {
       }
     }
     run.reset();
-    if (options_.progress != nullptr) options_.progress->end(task.sample->fileName);
+    if (progress != nullptr) options_.progress->end(*progress);
     const std::scoped_lock lock(mutex_);
     task.workers = 0;
     task.result = std::move(result);

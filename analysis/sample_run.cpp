@@ -38,7 +38,7 @@ void findLines(Batch& batch, const Kernels& kernels) {
 }  // namespace
 
 SampleRun::SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, BatchPool& pool,
-                     JobProgress* progress, const Kernels& kernels)
+                     SampleProgress* progress, const Kernels& kernels)
     : options_(options),
       probes_(sequencesOf(probesOf(options.adapter))),
       kernels_(kernels),
@@ -115,7 +115,7 @@ SampleRun::Task SampleRun::fetch() {
   }
   if (progress_ != nullptr) {
     const std::uint64_t bytes = source_->bytesRead();
-    progress_->advance(bytes - bytesTold_);
+    progress_->addBytes(bytes - bytesTold_);
     bytesTold_ = bytes;
   }
   return task;
@@ -129,6 +129,7 @@ void SampleRun::measure(const Task& task, SampleMetrics& metrics) {
   const std::size_t collected = cutInOrder(batch, task.last);
   const bool countMore = duplicates_.full();
   passTurn();
+  if (progress_ != nullptr) progress_->addReads(batch.records.size());
   keep(batch.error);
   keep(metrics.add(batch, tiles_));
   if (countMore) {

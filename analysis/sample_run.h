@@ -36,7 +36,7 @@ class SampleRun {
  public:
   // `pool`, `progress` (if not null) and `kernels` must outlive the run.
   SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& options, BatchPool& pool,
-            JobProgress* progress, const Kernels& kernels = bestKernels());
+            SampleProgress* progress, const Kernels& kernels = bestKernels());
 
   // Works along until nothing is left to do. Failures are kept for result().
   void work();
@@ -77,7 +77,7 @@ class SampleRun {
   const ProbeSet probes_;
   const Kernels& kernels_;
   BatchPool& pool_;
-  JobProgress* const progress_;
+  SampleProgress* const progress_;
 
   // Used by the thread that fetches.
   std::unique_ptr<ChunkSource> source_;

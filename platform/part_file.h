@@ -23,8 +23,9 @@ class PartFile {
   void write(std::string_view text);
 
   // Ends the writing and moves the file to `target`, on the same file system, in place of what stands there;
-  // on Posix with the permissions of that.
-  void moveTo(const std::filesystem::path& target);
+  // on Posix with the permissions of that. Where it may be in use (on Windows), waits a moment for it if
+  // `patient`.
+  void moveTo(const std::filesystem::path& target, bool patient = true);
 
  private:
   void close();

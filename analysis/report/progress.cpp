@@ -45,26 +45,29 @@ std::string fitted(std::string_view text, std::size_t width) {
 
 void JobProgress::expect(std::uint64_t bytes, std::size_t samples) {
   const std::lock_guard lock(mutex_);
-  rest_.bytesTotal = bytes;
-  rest_.samples = samples;
+  ended_.bytesTotal = bytes;
+  ended_.samples = samples;
 }
 
-void JobProgress::begin(const std::string& name) {
+SampleProgress& JobProgress::begin(const std::string& name, std::uint64_t size) {
   const std::lock_guard lock(mutex_);
-  rest_.running.push_back(name);
+  return running_.emplace_back(name, size);
 }
 
-void JobProgress::end(const std::string& name) {
+void JobProgress::end(const SampleProgress& sample) {
   const std::lock_guard lock(mutex_);
-  const auto found = std::find(rest_.running.begin(), rest_.running.end(), name);
-  if (found != rest_.running.end()) rest_.running.erase(found);
-  ++rest_.samplesDone;
+  ended_.bytesDone += sample.bytes();
+  ++ended_.samplesDone;
+  running_.remove_if([&](const SampleProgress& one) { return &one == &sample; });
 }
 
 JobProgress::State JobProgress::state() const {
   const std::lock_guard lock(mutex_);
-  State state = rest_;
-  state.bytesDone = bytesDone_.load(std::memory_order_relaxed);
+  State state = ended_;
+  for (const SampleProgress& sample : running_) {
+    state.running.push_back({sample.name(), sample.bytes(), sample.size(), sample.reads()});
+    state.bytesDone += state.running.back().bytes;
+  }
   return state;
 }
 
@@ -83,8 +86,8 @@ std::string progressLine(const JobProgress::State& state, double seconds, std::s
     line += "  " + integerText(state.samplesDone) + " of " + integerText(state.samples) + " files";
   }
   const char* separator = "  ";
-  for (const std::string& name : state.running) {
-    line += separator + name;
+  for (const JobProgress::Running& sample : state.running) {
+    line += separator + sample.name;
     separator = ", ";
   }
   return fitted(line, width);

@@ -6,16 +6,39 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <mutex>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace genostat::analysis {
 
-// What is done so far. The threads that read samples report here, any number of them at once.
+// How much of a sample has been read. Its threads report here, any number of them at once.
+class SampleProgress {
+ public:
+  SampleProgress(std::string name, std::uint64_t size) : name_(std::move(name)), size_(size) {}
+
+  // Further bytes of its file, as stored, have been read; further reads have been seen.
+  void addBytes(std::uint64_t bytes) { bytes_.fetch_add(bytes, std::memory_order_relaxed); }
+  void addReads(std::uint64_t reads) { reads_.fetch_add(reads, std::memory_order_relaxed); }
+
+  const std::string& name() const { return name_; }
+  std::uint64_t size() const { return size_; }
+  std::uint64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
+  std::uint64_t reads() const { return reads_.load(std::memory_order_relaxed); }
+
+ private:
+  const std::string name_;
+  const std::uint64_t size_;
+  std::atomic<std::uint64_t> bytes_{0};
+  std::atomic<std::uint64_t> reads_{0};
+};
+
+// What is done so far of a job. Any thread.
 class JobProgress {
  public:
   JobProgress() = default;
@@ -24,24 +47,31 @@ class JobProgress {
 
   // Before the first sample begins: the size of all files as they are stored. 0 where it cannot be known.
   void expect(std::uint64_t bytes, std::size_t samples);
-  void begin(const std::string& name);
-  // Further bytes of a file, as stored, have been read.
-  void advance(std::uint64_t bytes) { bytesDone_.fetch_add(bytes, std::memory_order_relaxed); }
-  void end(const std::string& name);
+  // `size` is that of its file as stored, 0 where it is not known. What is returned lasts until end().
+  SampleProgress& begin(const std::string& name, std::uint64_t size);
+  // Nobody reports to the sample any more.
+  void end(const SampleProgress& sample);
+
+  struct Running {
+    std::string name;
+    std::uint64_t bytes = 0;
+    std::uint64_t size = 0;
+    std::uint64_t reads = 0;
+  };
 
   struct State {
     std::uint64_t bytesTotal = 0;
     std::uint64_t bytesDone = 0;
     std::size_t samples = 0;
     std::size_t samplesDone = 0;
-    std::vector<std::string> running;  // names, in the order of their begin
+    std::vector<Running> running;  // in the order of their begin
   };
   State state() const;
 
  private:
-  std::atomic<std::uint64_t> bytesDone_{0};
-  mutable std::mutex mutex_;
-  State rest_;  // all but bytesDone; guarded by mutex_
+  mutable std::mutex mutex_;           // guards the members, not the samples themselves
+  State ended_;                        // without the samples that run
+  std::list<SampleProgress> running_;  // in the order of their begin
 };
 
 // One line without its line end, at most `width` columns wide, such as

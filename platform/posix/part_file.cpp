@@ -62,7 +62,7 @@ void PartFile::write(std::string_view text) {
   }
 }
 
-void PartFile::moveTo(const std::filesystem::path& target) {
+void PartFile::moveTo(const std::filesystem::path& target, bool /*patient*/) {
   // Some file systems tell of a failed write only when a descriptor is closed; the file stays locked by the
   // other one.
   const int copy = dup(static_cast<int>(handle_));

@@ -61,7 +61,7 @@ void PartFile::write(std::string_view text) {
   }
 }
 
-void PartFile::moveTo(const std::filesystem::path& target) {
+void PartFile::moveTo(const std::filesystem::path& target, bool patient) {
   std::vector<std::byte> request = renameRequest(target);
   // By its handle: between closing and moving by name, another run could take it for abandoned.
   for (int attempt = 1; SetFileInformationByHandle(fileOf(handle_), FileRenameInfo, request.data(),
@@ -69,7 +69,8 @@ void PartFile::moveTo(const std::filesystem::path& target) {
        ++attempt) {
     const DWORD code = GetLastError();
     // Another run may be replacing the target, or somebody reading it, at this moment.
-    if (attempt == 20 || (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION)) failToWrite(code);
+    if (!patient || attempt == 20 || (code != ERROR_ACCESS_DENIED && code != ERROR_SHARING_VIOLATION))
+      failToWrite(code);
     Sleep(10);
   }
   path_.clear();

@@ -1,0 +1,56 @@
+// A job's progress beside its result, for the program that waits for it.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "analysis/report/progress.h"
+
+namespace genostat::analysis {
+
+// One JSON object on a line: {"format":"genostat-progress","version":1,...}.
+std::string progressJson(const JobProgress::State& state, double seconds);
+
+// Keeps <result>.progress up to date from a thread of its own, each time in one step, and removes it when it
+// ends. Whatever goes wrong with that is passed over: the file may be missing or old, but never half-written.
+// A file of that name that is something else is left alone. `progress` must outlive it.
+class ProgressFile {
+ public:
+  struct Pace {
+    // A job that is done sooner has no such file.
+    std::chrono::milliseconds first{300};
+    std::chrono::milliseconds next{200};
+  };
+
+  // Never throws but std::bad_alloc.
+  ProgressFile(const JobProgress& progress, const std::filesystem::path& result, Pace pace);
+  ~ProgressFile();
+  ProgressFile(const ProgressFile&) = delete;
+  ProgressFile& operator=(const ProgressFile&) = delete;
+
+ private:
+  void run();
+  bool isForeign() const;
+  bool waitFor(std::chrono::milliseconds time);
+  void update();
+
+  const JobProgress& progress_;
+  const std::filesystem::path file_;
+  const Pace pace_;
+  const std::chrono::steady_clock::time_point start_;
+  bool written_ = false;  // used by the thread, then by the destructor
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  bool ended_ = false;  // guarded by mutex_
+  std::thread thread_;
+};
+
+// Removes the progress files in a folder that have not changed for so long that their writers must be dead.
+// One that was wrongly taken for such is soon written again. Does what it can and tells no failure.
+void removeAbandonedProgress(const std::filesystem::path& folder);
+
+}  // namespace genostat::analysis
