@@ -15,8 +15,10 @@
 
 #include "analysis/crew.h"
 #include "analysis/report/error_details.h"
+#include "analysis/report/fastqc_folder.h"
 #include "analysis/report/output_file.h"
 #include "analysis/report/progress.h"
+#include "analysis/report/progress_file.h"
 #include "analysis/report/result_csv.h"
 #include "analysis/report/result_json.h"
 #include "analysis/request/request.h"
@@ -31,6 +33,14 @@ namespace {
 // The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
 std::filesystem::path pathFromRequest(const std::string& bytes) {
   return isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
+}
+
+// Tells something on standard error, in one line.
+void printLine(const char* kind, std::string line) {
+  // A line break can only come from a name.
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  std::cerr << std::string("genostat-analysis: ") + kind + ": " + line + "\n" << std::flush;
 }
 
 // Runs a step that writes to `target`; a failure of it becomes one of the output.
@@ -64,15 +74,51 @@ void refuseInputs(const std::filesystem::path& target, const std::vector<Sample>
   }
 }
 
+// Of all files together; 0 where one of them has no size.
+std::uint64_t bytesOf(const std::vector<Sample>& samples) {
+  std::uint64_t bytes = 0;
+  for (const Sample& sample : samples) {
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(sample.path, error);
+    if (error) return 0;
+    bytes += size;
+  }
+  return bytes;
+}
+
+std::vector<std::string> fileNamesOf(const std::vector<Sample>& samples) {
+  std::vector<std::string> names;
+  std::transform(samples.begin(), samples.end(), std::back_inserter(names),
+                 [](const Sample& sample) { return sample.fileName; });
+  return names;
+}
+
 // Measures the samples and writes the result file.
-void analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
-                 const CrewOptions& options) {
+std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
+                                   CrewOptions options) {
   refuseInputs(target, samples, ExitCode::OutputFailed);
   // An impossible output is told before hours of reading. The trial file does not stay: a job that is
   // killed while it reads leaves nothing behind.
   writeOutput(target, [&] { OutputFile trial(target); });
-  const std::string csv = resultCsv(rowsOf(samples, options));
+  JobProgress progress;
+  progress.expect(bytesOf(samples), samples.size());
+  options.progress = &progress;
+  const ProgressFile progressFile(progress, target, {});
+  std::vector<ResultRow> rows = rowsOf(samples, options);
+  const std::string csv = resultCsv(rows);
   writeOutput(target, [&] { writeFile(target, csv); });
+  removeAbandonedProgress(target.parent_path());
+  return rows;
+}
+
+// What the launcher's environment asks for beside the result. The job does not depend on it.
+void writeFastqcDataIfAsked(const std::vector<ResultRow>& rows, const std::vector<Sample>& samples) {
+  try {
+    const std::filesystem::path folder = platform::environmentPath("GENOSTAT_FASTQC_DATA");
+    if (!folder.empty()) FastqcFolder(folder).write(rows, fileNamesOf(samples));
+  } catch (const std::exception& error) {
+    printLine("warning", error.what());
+  }
 }
 
 // Runs a whole job; `tell` gets its failure.
@@ -165,18 +211,6 @@ std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
   return files;
 }
 
-// Of all files together; 0 where one of them has no size.
-std::uint64_t bytesOf(const std::vector<Sample>& samples) {
-  std::uint64_t bytes = 0;
-  for (const Sample& sample : samples) {
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(sample.path, error);
-    if (error) return 0;
-    bytes += size;
-  }
-  return bytes;
-}
-
 std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
   if (!platform::standardErrorTerminal().isTerminal) return rowsOf(samples, options);
   JobProgress progress;
@@ -202,7 +236,9 @@ ExitCode runRequest(std::string_view payload) {
         const Request request = parseRequest(payload);
         const std::vector<Sample> samples =
             request.folder ? samplesOfFolder(*request.folder) : samplesOfFiles(request.files);
-        analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter});
+        const std::vector<ResultRow> rows =
+            analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter});
+        writeFastqcDataIfAsked(rows, samples);
       },
       [&](const Failure& failure) {
         printFailure(failure);
@@ -221,19 +257,18 @@ ExitCode runQc(const QcOptions& options) {
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
         tryOutput(options.csv, samples);
         tryOutput(options.json, samples);
+        std::optional<FastqcFolder> fastqc;
+        if (!options.fastqcData.empty()) fastqc.emplace(platform::pathFromUtf8(options.fastqcData));
         const std::vector<ResultRow> rows = rowsWithProgress(samples, crew);
         if (!options.csv.empty()) putOutput(options.csv, resultCsv(rows));
         if (!options.json.empty()) putOutput(options.json, resultJson(rows, filesOf(samples), crew.adapter));
+        if (fastqc) fastqc->write(rows, fileNamesOf(samples));
       },
       printFailure);
 }
 
 void printFailure(const Failure& failure) {
-  std::string line = failure.what();
-  // A line break can only come from a name.
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  std::cerr << "genostat-analysis: error: " + line + "\n" << std::flush;
+  printLine("error", failure.what());
 }
 
 }  // namespace genostat::analysis

@@ -12,7 +12,9 @@ namespace genostat::analysis {
 
 // The launched form: does what the base64 parameter document says. The result appears under its final
 // name whole or not at all. A failure is told on standard error and, once the document names a
-// result file, in the error-details file beside that; a job that succeeds leaves no such file.
+// result file, in the error-details file beside that; a job that succeeds leaves no such file. While it runs,
+// <result>.progress tells how far it is. Where the environment has GENOSTAT_FASTQC_DATA, FastQC's data files
+// are written into that folder as well; that failing is only a warning.
 ExitCode runRequest(std::string_view payload);
 
 // What a person asks for on the command line, UTF-8.
@@ -23,6 +25,7 @@ struct QcOptions {
   std::optional<int> phredOffset;  // 33 or 64; else as each file's lowest quality says
   std::string csv = "-";           // a file, "-" for standard output, empty for none
   std::string json;                // likewise
+  std::string fastqcData;          // a folder for FastQC's data files, empty for none
 };
 
 // The people's form. Failures are told on standard error only.

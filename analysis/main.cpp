@@ -90,6 +90,10 @@ std::string outputProblem(const std::string& text) {
   return {};
 }
 
+std::string folderProblem(const std::string& text) {
+  return text.empty() || text == genostat::analysis::kStandardStream ? "expected a folder" : std::string();
+}
+
 void addQcOptions(CLI::App& command, QcOptions& qc) {
   const CLI::callback_t takePaths = [&qc](const CLI::results_t& paths) {
     qc.paths = paths;
@@ -126,6 +130,11 @@ void addQcOptions(CLI::App& command, QcOptions& qc) {
                   "Where the whole result goes, with its curves; with -, there is no table by default")
       ->type_name("FILE|-")
       ->check(outputProblem);
+  command
+      .add_option("--fastqc-data", qc.fastqcData,
+                  "A folder for FastQC's data files, one per sample, which report programs read")
+      ->type_name("FOLDER")
+      ->check(folderProblem);
   // Before the checks.
   for (CLI::Option* option : command.get_options()) {
     option->transform(givenArgument);
