@@ -75,7 +75,7 @@ class Input:
         variables = "\n".join(f"v{i} AUTO" for i in range(self.columns))
         text = f"GET DATA /TYPE=TXT /FILE='{self.path.resolve()}' /DELIMITERS=',' /QUALIFIER='\"' /FIRSTCASE=2\n" \
                f"/VARIABLES=\n{variables}.\n" + ("DESCRIPTIVES ALL.\n" if describe else "")
-        file = self.path.with_suffix(".described.sps" if describe else ".sps")
+        file = self.path.with_suffix(".described.syntax" if describe else ".syntax")
         file.write_text(text, encoding="utf-8")
         return file
 
