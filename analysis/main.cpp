@@ -144,7 +144,10 @@ void addQcOptions(CLI::App& command, QcOptions& qc) {
 
 ExitCode run(std::vector<std::string> arguments) {
   CLI::App app("Quality metrics of FASTQ files, one row of a CSV table per file.", "genostat-analysis");
-  app.set_version_flag("--version", "genostat-analysis " GENOSTAT_VERSION);
+  const auto answerVersion = [](CLI::App& command) {
+    command.set_version_flag("--version", "genostat-analysis " GENOSTAT_VERSION);
+  };
+  answerVersion(app);
   app.footer(std::string(kExamples) + "\n\n" + kExitStatusHelp);
   genostat::platform::offerDocuments(app, "genostat(1)");
   // A path that starts with a slash is no option, on no system.
@@ -158,6 +161,7 @@ ExitCode run(std::vector<std::string> arguments) {
   QcOptions qc;
   CLI::App* qcCommand = app.add_subcommand("qc", "Measure files or the FASTQ files of folders");
   qcCommand->allow_windows_style_options(false);
+  answerVersion(*qcCommand);
   addQcOptions(*qcCommand, qc);
 
   try {
