@@ -12,6 +12,7 @@
 #include "platform/part_file.h"
 #include "platform/program.h"
 #include "standalone/output/table_json.h"
+#include "standalone/session/job_progress.h"
 #include "standalone/session/text_file.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/keyword.h"
@@ -115,6 +116,8 @@ void removeLeftovers(const std::filesystem::path& csv) {
   platform::removeAbandonedParts(csv.parent_path());
   std::error_code ignored;
   std::filesystem::remove(errorDetailsFile(csv), ignored);
+  const std::filesystem::path progress = progressFileOf(csv);
+  if (readJobProgress(progress)) std::filesystem::remove(progress, ignored);
 }
 
 std::string CopyNames::next(const std::string& jobName, const std::string& fallback) {

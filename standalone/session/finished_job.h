@@ -14,8 +14,8 @@ namespace genostat::standalone {
 // imports the results.
 std::string failureOf(const ClientMessage& ended);
 
-// Removes what an analysis may leave beside its result file: the error details, and unfinished results of
-// analyses that have ended. Missing files are fine.
+// Removes what an analysis may leave beside its result file: the error details, its progress, and unfinished
+// results of analyses that have ended. Missing files are fine.
 void removeLeftovers(const std::filesystem::path& csv);
 
 // Gives each job of a run a file name of its own.

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
 
+#include "standalone/session/finished_job.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -77,6 +79,15 @@ TEST(JobProgress, IsFoundWhileItMoves) {
   test::writeWholeFile(folder.path() / "4.csv.progress", kHead);
   EXPECT_EQ(found(), "4.csv.progress");
   EXPECT_EQ(findProgressFile(folder.path() / "gone"), std::nullopt);
+  test::writeWholeFile(folder.path() / "6.csv.progress", "foreign");
+  for (const char* csv : {"4.csv", "5.csv", "6.csv"}) {
+    removeLeftovers(folder.path() / csv);
+  }
+  test::writeWholeFile(folder.path() / "1.csv.progress", std::string(kHead) + "}");
+  removeLeftovers(folder.path() / "1.csv");
+  EXPECT_EQ(test::namesIn(folder.path()),
+            (std::vector<std::string>{"2.csv", "3.progress.csv", "4.csv.progress", "5.csv.progress",
+                                      "6.csv.progress"}));
 }
 
 }  // namespace
