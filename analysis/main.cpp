@@ -30,6 +30,7 @@ constexpr const char* kExamples =
     "  genostat-analysis qc reads.fastq.gz                        the table on standard output\n"
     "  genostat-analysis qc --adapter illumina --csv qc.csv run1/ extra.fq\n"
     "  genostat-analysis qc --json qc.json --csv qc.csv *.fastq.gz\n"
+    "  genostat-analysis qc --fastqc-data data run1/              also what MultiQC reads\n"
     "  genostat-analysis qc --adapter ACGTACGTACGT --threads 4 --json - reads.fq\n"
     "  zstd -dc reads.fastq.zst | genostat-analysis qc -          the sample is called stdin";
 
