@@ -30,11 +30,11 @@ std::string valueCases(const std::string& reply, const std::string& command,
   std::string out;
   for (const OptionModel& option : options) {
     if (option.value.text.empty()) continue;
-    std::string pattern;
+    std::vector<std::string> patterns;
     for (const std::string& name : option.names) {
-      pattern += (pattern.empty() ? "" : " | ") + command + ':' + name;
+      patterns.push_back(std::string(command).append(":").append(name));
     }
-    out += "    " + pattern + ") " + bashProposal(reply, option.value) + "; return ;;\n";
+    out += "    " + joinWords(patterns, " | ") + ") " + bashProposal(reply, option.value) + "; return ;;\n";
   }
   return out;
 }

@@ -38,7 +38,7 @@ ValueModel valueOf(const std::string& text) {
   for (std::string word; std::getline(words, word, '|');) {
     if (isPlainWord(word)) value.choices.push_back(word);
     value.file = value.file || word.starts_with("FILE") || word.starts_with("PATH");
-    value.folder = value.folder || word.starts_with("DIR");
+    value.folder = value.folder || word.starts_with("DIR") || word.starts_with("FOLDER");
   }
   return value;
 }

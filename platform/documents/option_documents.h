@@ -15,8 +15,8 @@ namespace genostat::platform {
 // --version does. `seeAlso` names manual pages. The program must outlive its options.
 //
 // Conventions of the definition:
-// - a type name lists what a value may be: FILE, DIR, words in lower case or digits to be taken as they are,
-// others
+// - a type name lists what a value may be: FILE, FOLDER (or DIR), words in lower case or digits to be taken
+// as they are, others
 //   for anything else; "none|illumina|SEQUENCE", "FILE|-". Of an argument without a type name, the name
 //   counts.
 // - in a footer, a block of lines below "Something:" becomes a section of that name. A line of it that is

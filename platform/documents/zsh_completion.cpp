@@ -35,13 +35,12 @@ std::string argumentLines(const CommandModel& command, const std::string& indent
   std::string out;
   for (const OptionModel& option : command.options) {
     const std::string value = option.value.text.empty() ? std::string() : zshProposal(option.value);
+    const std::string exclusive = "(" + joinWords(option.names) + ")";
     for (const std::string& name : option.names) {
-      const std::string exclusive = "(" + joinWords(option.names) + ")";
-      const std::string sign = value.empty() ? "" : name.starts_with("--") ? "=" : "+";
-      out +=
-          indent +
-          shellQuoted(exclusive + name + sign + "[" + specificationText(option.description) + "]" + value) +
-          " \\\n";
+      std::string specification = exclusive + name;
+      if (!value.empty()) specification += name.starts_with("--") ? "=" : "+";
+      specification.append("[").append(specificationText(option.description)).append("]").append(value);
+      out.append(indent).append(shellQuoted(specification)).append(" \\\n");
     }
   }
   return out;
