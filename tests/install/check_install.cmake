@@ -1,13 +1,13 @@
 # cmake -DBUILD=... -DSOURCE=... -DWORK=... -DGENERATOR=... -DTOOLCHAIN=... -DEMULATOR=... -DFOLDER=... -P check_install.cmake
 #
-# Installs what was built, moves it elsewhere, builds the example host against it there and runs a job; then, of a
+# Installs what was built, moves it to a folder of an uncommon name, builds the example host against it there and runs a job; then, of a
 # native build, reads the manual pages and completions. FOLDER is that of the programs; TOOLCHAIN and EMULATOR may
 # be empty.
 
 file(REMOVE_RECURSE "${WORK}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/first"
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
-set(prefix "${WORK}/moved here")
+set(prefix "${WORK}/Prüf Ordner")
 file(RENAME "${WORK}/first" "${prefix}")
 
 set(example "${prefix}/share/doc/genostat/examples/host")
@@ -39,6 +39,7 @@ set(program "${WORK}/example/example_host")
 if(EMULATOR)
   string(APPEND program ".exe")
 endif()
+set(ENV{LC_ALL} C.UTF-8)
 set(ENV{WINEPATH} "${prefix}/${FOLDER}")
 execute_process(COMMAND ${EMULATOR} "${program}" "${prefix}/${FOLDER}" "${command}"
   OUTPUT_VARIABLE output ERROR_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
