@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kHead = R"({"format":"genostat-progress","version":1)";
+const std::string kHead = R"({"format":"genostat-progress","version":1)";
 
 // Short enough for a table: the members in their order, "-" for nothing.
 std::string shown(const std::optional<JobProgress>& progress) {
@@ -31,7 +31,7 @@ std::string shown(const std::optional<JobProgress>& progress) {
 }
 
 TEST(JobProgress, IsReadFromWholeFilesOnly) {
-  const std::string head = kHead;
+  const std::string& head = kHead;
   const std::vector<std::pair<std::string, std::string>> cases = {
       {head + R"(,"samples":3,"finished":1,"bytesDone":5,"bytesTotal":9,"seconds":1.5,"running":)" +
            R"([{"name":"a","bytes":2,"size":4,"reads":7},{"name":"b\u0000\n","bytes":0,"size":0,"reads":0}]})",
@@ -83,7 +83,7 @@ TEST(JobProgress, IsFoundWhileItMoves) {
   for (const char* csv : {"4.csv", "5.csv", "6.csv"}) {
     removeLeftovers(folder.path() / csv);
   }
-  test::writeWholeFile(folder.path() / "1.csv.progress", std::string(kHead) + "}");
+  test::writeWholeFile(folder.path() / "1.csv.progress", kHead + "}");
   removeLeftovers(folder.path() / "1.csv");
   EXPECT_EQ(test::namesIn(folder.path()),
             (std::vector<std::string>{"2.csv", "3.progress.csv", "4.csv.progress", "5.csv.progress",
