@@ -1,5 +1,7 @@
 #include "standalone/output/output_document.h"
 
+#include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -32,7 +34,8 @@ struct OutputDocument::Contents {
   std::vector<std::string> items;
   std::function<void(const std::string&)> listener;
   std::string source;
-  unsigned command = 0;  // 0: what stands outside of commands
+  std::set<std::pair<std::string, std::string>> leftOut;  // type and procedure
+  unsigned command = 0;                                   // 0: what stands outside of commands
 
   // `writeMembers` adds what an item of this type has beyond what all have.
   template <typename WriteMembers>
@@ -52,7 +55,12 @@ struct OutputDocument::Contents {
     if (listener) listener(items.back());
   }
 
+  bool leavesOut(std::string_view type, std::string_view procedure) const {
+    return leftOut.contains({std::string(type), std::string(procedure)});
+  }
+
   void addTable(std::string_view procedure, const PivotTable& table) {
+    if (leavesOut("table", procedure)) return;
     add("table", [&](JsonWriter& writer) {
       writeMember(writer, "procedure", procedure);
       writeTableMembers(writer, table);
@@ -70,6 +78,7 @@ void OutputDocument::addTable(std::string_view procedure, const PivotTable& tabl
 }
 
 void OutputDocument::addChart(std::string_view procedure, const Chart& chart) {
+  if (contents_->leavesOut("chart", procedure)) return;
   contents_->add("chart", [&](JsonWriter& writer) {
     writeMember(writer, "procedure", procedure);
     writeChartMembers(writer, chart);
@@ -98,6 +107,10 @@ void OutputDocument::addProcedureJson(std::string_view procedure, std::string_vi
   for (const PivotTable& table : tables) {
     contents_->addTable(procedure, table);
   }
+}
+
+void OutputDocument::leaveOut(const std::string& type, const std::string& procedure) {
+  contents_->leftOut.emplace(type, procedure);
 }
 
 void OutputDocument::onItem(std::function<void(const std::string& itemJson)> listener) {

@@ -32,6 +32,9 @@ class OutputDocument {
   // Throws CommandError when the text is not such a document.
   void addProcedureJson(std::string_view procedure, std::string_view json);
 
+  // From now on items of this type ("table", "chart") are not taken from this procedure.
+  void leaveOut(const std::string& type, const std::string& procedure);
+
   // Called with each new item as JSON text, right after it was added.
   void onItem(std::function<void(const std::string& itemJson)> listener);
 

@@ -41,6 +41,8 @@ class SessionView {
   // A line of progress: job 'a' queued.
   virtual void showNotice(const std::string& text) = 0;
   virtual void showDiagnostic(const Diagnostic& diagnostic) = 0;
+  // A job's result file, right before the job's syntax imports it. Throws CommandError to fail.
+  virtual void showResults(const std::filesystem::path&) {}
 };
 
 // One at a time. All but interrupt() belongs to the command thread.
@@ -87,6 +89,7 @@ class Session {
   void waitForJobs();
   void checkForLostJobs();
   void runEndSyntax(const ClientMessage& message);
+  void showResults(const std::filesystem::path& csv);
   void copyResults(const ClientMessage& message, const std::filesystem::path& csv);
 
   void cancelJobs();

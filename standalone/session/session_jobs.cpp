@@ -136,6 +136,7 @@ void Session::runEndSyntax(const ClientMessage& message) {
   if (!message.failure.empty()) return runCommands(syntax);
   const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
   if (!options_.csvFolder.empty()) asCommand([&] { copyResults(message, csv); });
+  asCommand([&] { showResults(csv); });
   std::error_code missing;
   const auto written = std::filesystem::last_write_time(csv, missing);
   runCommands(syntax);
@@ -148,6 +149,14 @@ void Session::runEndSyntax(const ClientMessage& message) {
     }
     adapter_.forgetResultFile(message.csvFilePath);
   });
+}
+
+void Session::showResults(const std::filesystem::path& csv) {
+  try {
+    view_.showResults(csv);
+  } catch (const CommandError& error) {
+    report(error.diagnostic());
+  }
 }
 
 void Session::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
