@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -30,9 +31,9 @@ struct UsageError : std::runtime_error {
 
 // The interrupt handler keeps it until the program ends.
 struct BatchRun {
-  explicit BatchRun(OutputFormat format) : view(format) {}
+  explicit BatchRun(std::unique_ptr<ConsoleView> shown) : view(std::move(shown)) {}
 
-  ConsoleView view;
+  const std::unique_ptr<ConsoleView> view;
   std::optional<standalone::Session> session;
   enum class Phase { Starting, Running, Interrupted };
   std::atomic<Phase> phase{Phase::Starting};
@@ -111,36 +112,37 @@ std::string reportTitle(const std::string& file) {
 
 // Makes sure of the files before the work begins. Throws UsageError, or std::runtime_error for a file that
 // cannot be written.
-void prepareOutputs(const RunOptions& options, ConsoleView& view) {
+void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::string& title) {
   std::optional<OutputFile> results;
   std::optional<OutputFile> report;
   if (!options.outputFile.empty()) results.emplace(options.outputFile);
   if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
-  const path syntax = platform::pathFromUtf8(options.file);
-  if (results && results->isSameAs(syntax)) throw UsageError("--to names the syntax file");
-  if (report && report->isSameAs(syntax)) throw UsageError("--html names the syntax file");
+  if (!options.file.empty()) {
+    const path syntax = platform::pathFromUtf8(options.file);
+    if (results && results->isSameAs(syntax)) throw UsageError("--to names the syntax file");
+    if (report && report->isSameAs(syntax)) throw UsageError("--html names the syntax file");
+  }
   if (results && report && results->isSameAs(platform::pathFromUtf8(options.htmlFile))) {
     throw UsageError("--to and --html name the same file");
   }
   const bool pageOnTerminal =
       options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
   if (pageOnTerminal) throw UsageError("--output html is nothing for a terminal; add --to FILE");
-  view.setFiles(std::move(results), std::move(report), reportTitle(options.file));
+  view.setFiles(std::move(results), std::move(report), title);
 }
 
-}  // namespace
-
-int runBatch(const RunOptions& options) {
-  const auto run = std::make_shared<BatchRun>(options.output);
+int runShown(const RunOptions& options, const std::function<standalone::SourcePtr()>& readText,
+             std::unique_ptr<ConsoleView> view, const std::string& title) {
+  const auto run = std::make_shared<BatchRun>(std::move(view));
   platform::onInterrupt([run] { run->interrupt(); });
   const auto refuse = [&run](const char* message, int status) {
-    run->view.showNotice(std::string("error: ") + message);
+    run->view->showNotice(std::string("error: ") + message);
     return status;
   };
   try {
-    const standalone::SourcePtr syntax = readSyntax(options.file);
-    prepareOutputs(options, run->view);
-    run->session.emplace(sessionOptions(options), run->view, run->view.document());
+    const standalone::SourcePtr syntax = readText();
+    prepareOutputs(options, *run->view, title);
+    run->session.emplace(sessionOptions(options), *run->view, run->view->document());
     run->begin();
     run->session->run(syntax);
   } catch (const UsageError& error) {
@@ -150,8 +152,22 @@ int runBatch(const RunOptions& options) {
   }
   run->session->finishJobs();
   const bool succeeded = run->session->close();
-  const bool written = run->view.finish();
+  const bool written = run->view->finish();
   return succeeded && written ? kSuccess : kFailure;
+}
+
+}  // namespace
+
+int runBatch(const RunOptions& options) {
+  return runShown(
+      options, [&] { return readSyntax(options.file); }, std::make_unique<ConsoleView>(options.output),
+      reportTitle(options.file));
+}
+
+int runText(const RunOptions& options, const standalone::SourcePtr& text, std::unique_ptr<ConsoleView> view,
+            const std::string& title) {
+  return runShown(
+      options, [&] { return text; }, std::move(view), title);
 }
 
 }  // namespace genostat::console

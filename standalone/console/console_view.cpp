@@ -76,6 +76,13 @@ void ConsoleView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
   recording_ = false;
 }
 
+void ConsoleView::showAs(std::string_view text, const std::function<void()>& addItems) {
+  if (format_ == OutputFormat::Text) show(text);
+  recording_ = true;
+  addItems();
+  recording_ = false;
+}
+
 bool ConsoleView::finish() {
   if (format_ == OutputFormat::Json) show(document_.toJson());
   if (format_ == OutputFormat::Html) show(report());

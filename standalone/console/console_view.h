@@ -1,6 +1,7 @@
 // Shows a session on the standard streams.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -30,6 +31,11 @@ class ConsoleView : public standalone::SessionView {
   // Writes what is shown only at the end. False when results could not be written somewhere.
   bool finish();
 
+ protected:
+  const standalone::TextStyle& style() const { return style_; }
+  // Adds items to the document that are shown as `text` where tables are.
+  void showAs(std::string_view text, const std::function<void()>& addItems);
+
  private:
   void show(std::string_view text);
   void writeOutput(std::string_view text);
@@ -44,7 +50,7 @@ class ConsoleView : public standalone::SessionView {
   std::optional<OutputFile> reportFile_;
   std::string title_;
   std::string fileText_;    // the tables so far, for the file of results
-  bool recording_ = false;  // an item is added that standard error has shown
+  bool recording_ = false;  // an item is added that has been shown
   bool outputFailed_ = false;
   std::mutex errorMutex_;  // one line at a time on standard error
 };

@@ -6,6 +6,7 @@
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/options.h"
+#include "standalone/console/qc_run.h"
 
 namespace console = genostat::console;
 namespace platform = genostat::platform;
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
   try {
     const auto parsed = console::parseArguments(platform::commandLineArguments(argc, argv));
     if (const auto* run = std::get_if<console::RunOptions>(&parsed)) return console::runBatch(*run);
+    if (const auto* qc = std::get_if<console::QcOptions>(&parsed)) return console::runQc(*qc);
     const auto& answer = std::get<console::Answer>(parsed);
     std::FILE* stream = answer.status == console::kSuccess ? stdout : stderr;
     const bool written = std::fputs(answer.text.c_str(), stream) >= 0 && std::fflush(stream) == 0;

@@ -9,6 +9,7 @@
 
 #include "platform/documents/option_documents.h"
 #include "standalone/console/exit_status.h"
+#include "standalone/console/session_options.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
 
@@ -16,15 +17,9 @@ namespace genostat::console {
 
 namespace {
 
-constexpr const char* kExitStatusHelp =
-    "Exit status:\n"
-    "  0    everything succeeded\n"
-    "  1    a command or a job failed, or output could not be written\n"
-    "  2    wrong usage, or a syntax file that cannot be read\n"
-    "  130  interrupted; all jobs were cancelled\n";
-
 constexpr const char* kExamples =
     "Examples:\n"
+    "  genostat qc run1/ --html report.html\n"
     "  genostat run quality_control.syntax\n"
     "  genostat run cohort.syntax --html report.html\n"
     "  genostat run - --output json --csv results < cohort.syntax\n"
@@ -46,56 +41,15 @@ constexpr const char* kRunHelp =
     "  TMPDIR    where temporary files go, without --temp; TEMP on Windows\n"
     "\n";
 
-const CLI::Validator& notEmpty() {
-  static const CLI::Validator validator(
-      [](std::string& value) { return value.empty() ? std::string("the value is empty") : std::string(); },
-      "", "not empty");
-  return validator;
-}
-
-std::optional<OutputFormat> formatNamed(std::string_view name) {
-  if (name == "text") return OutputFormat::Text;
-  if (name == "json") return OutputFormat::Json;
-  if (name == "html") return OutputFormat::Html;
-  return std::nullopt;
-}
-
-const CLI::Validator& formatName() {
-  static const CLI::Validator validator(
-      [](std::string& value) {
-        if (formatNamed(value)) return std::string();
-        return "expected text, json or html, found " + standalone::quoteForMessage(value);
-      },
-      "", "text, json or html");
-  return validator;
-}
-
 void addRunOptions(CLI::App& run, RunOptions& options) {
   run.add_option("FILE", options.file, "file of command syntax; - reads standard input")
       ->type_name("")
       ->required()
       ->check(notEmpty());
-  const auto add = [&run](const char* name, std::string& value, const char* type, const char* description) {
-    run.add_option(name, value, description)->type_name(type)->take_last()->check(notEmpty());
-  };
-  add("--temp", options.temporaryFolder, "DIR", "folder for temporary files; default: the system's");
-  add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
-  add("--strings", options.stringsFolder, "DIR",
-      "folder of string tables; default: strings in the home folder");
+  addSessionOptions(run, options);
   run.add_flag("--command-line-mode", options.commandLineMode, "run as a host without an interactive client");
-  add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
-  add("--csv", options.csvFolder, "DIR", "keep a copy of each job's result file in this folder");
-  run.add_option_function<std::string>(
-         "--output",
-         [&options](const std::string& value) {
-           options.output = formatNamed(value).value_or(OutputFormat::Text);
-         },
-         "form of the results; default: text")
-      ->type_name("text|json|html")
-      ->take_last()
-      ->check(formatName());
-  add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
-  add("--html", options.htmlFile, "FILE", "write a report with charts as well: one page, at the end");
+  addTextOption(run, "--csv", options.csvFolder, "DIR",
+                "keep a copy of each job's result file in this folder");
   run.footer(std::string(kRunHelp) + kExamples + kExitStatusHelp);
 }
 
@@ -128,8 +82,9 @@ std::string describeUnexpected(const std::string& argument, const CLI::App& app,
 
 }  // namespace
 
-std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> arguments) {
+std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::string> arguments) {
   RunOptions options;
+  QcOptions qcOptions;
   CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
   const auto answerVersion = [](CLI::App& command) {
     command.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
@@ -145,14 +100,19 @@ std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> argumen
   answerVersion(run);
   run.allow_extras();
   addRunOptions(run, options);
+  CLI::App& qc = *app.add_subcommand("qc", "check the quality of FASTQ files");
+  qc.set_help_flag("-h,--help", "show this help and exit");
+  answerVersion(qc);
+  qc.allow_extras();
+  addQcOptions(qc, qcOptions);
 
   const bool empty = arguments.empty();
   std::reverse(arguments.begin(), arguments.end());
-  const auto program = [&] { return run.parsed() ? std::string("genostat run") : std::string("genostat"); };
+  const auto used = [&]() -> const CLI::App& { return run.parsed() ? run : qc.parsed() ? qc : app; };
+  const auto program = [&] { return &used() == &app ? "genostat" : "genostat " + used().get_name(); };
   const auto unexpected = [&]() -> std::string {
-    const CLI::App& used = run.parsed() ? run : app;
-    const std::vector<std::string> rest = used.remaining();
-    return rest.empty() ? std::string() : describeUnexpected(rest.front(), used, !run.parsed());
+    const std::vector<std::string> rest = used().remaining();
+    return rest.empty() ? std::string() : describeUnexpected(rest.front(), used(), &used() == &app);
   };
   try {
     app.parse(std::move(arguments));
@@ -167,7 +127,8 @@ std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> argumen
   }
   const std::string stray = unexpected();
   if (!stray.empty()) return usageError(stray, program());
-  if (empty || !run.parsed()) return Answer{app.help(), kUsageError};
+  if (empty || &used() == &app) return Answer{app.help(), kUsageError};
+  if (qc.parsed()) return qcOptions;
   return options;
 }
 

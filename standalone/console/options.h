@@ -23,6 +23,34 @@ struct RunOptions {
   std::string htmlFile;    // gets a report beside that
 };
 
+// genostat qc, as given.
+struct QcOptions {
+  std::vector<std::string> inputs;  // files and folders
+  std::string adapter;              // none, illumina, nextera or a sequence
+  std::string name;                 // of the job
+  std::string descriptives;         // names of columns
+  bool skewness = false;
+  bool kurtosis = false;
+  std::string frequencies;  // names of columns
+  int tiles = 0;            // 0: not asked for
+  std::vector<double> percentiles;
+  bool quartiles = false;
+  bool histogram = false;
+  std::string correlations;  // names of columns
+  bool noPearson = false;
+  bool spearman = false;
+  bool kendall = false;
+  bool oneTailed = false;
+  std::string regression;  // "Y ~ A + B"
+  std::string method;      // enter, stepwise, backward, forward
+  double confidence = 0;   // per cent; 0: not asked for
+  bool normalPlot = false;
+  std::string csvFile;
+  std::string fastqcFolder;
+  bool printSyntax = false;
+  RunOptions session;
+};
+
 // Nothing to run: a text to show, help or an error, and the exit status.
 struct Answer {
   std::string text;
@@ -30,6 +58,6 @@ struct Answer {
 };
 
 // `arguments` are UTF-8, without the program's name.
-std::variant<RunOptions, Answer> parseArguments(std::vector<std::string> arguments);
+std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::string> arguments);
 
 }  // namespace genostat::console

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "standalone/console/qc_marks.h"
+#include "standalone/console/qc_text.h"
+#include "standalone/output/display_text.h"
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::console {
+
+namespace {
+
+constexpr std::size_t kMostNames = 8;    // of samples behind one check
+constexpr std::size_t kMostFailed = 20;  // samples with failures that are listed
+constexpr int kMarkIndent = 4;
+
+std::string capitalised(std::string_view text) {
+  return standalone::toUpperAscii(text.substr(0, 1)) + std::string(text.substr(1));
+}
+
+std::string countOf(std::size_t count, const std::string& singular) {
+  return std::to_string(count) + ' ' + singular + (count == 1 ? "" : "s");
+}
+
+std::string namesOf(const std::vector<std::string>& samples) {
+  std::string names;
+  for (std::size_t i = 0; i < std::min(samples.size(), kMostNames); ++i) {
+    names += (i > 0 ? ", " : "") + standalone::printableText(samples[i]);
+  }
+  if (samples.size() > kMostNames) names += " and " + std::to_string(samples.size() - kMostNames) + " more";
+  return names;
+}
+
+// A paragraph behind a mark or a blank in its place.
+std::string paragraph(std::string_view text, const std::string& mark, const standalone::TextStyle& style) {
+  std::string lines;
+  std::string front = "  " + mark + ' ';
+  for (const std::string& line : standalone::wrapText(text, style.width - kMarkIndent)) {
+    lines += front + line + '\n';
+    front = std::string(kMarkIndent, ' ');
+  }
+  return lines;
+}
+
+std::string heading(const std::string& text, const standalone::TextStyle& style) {
+  return '\n' + (style.colour ? "\x1B[1m" + text + "\x1B[0m" : text) + '\n';
+}
+
+std::string failedChecks(const QcSample& sample) {
+  std::string titles;
+  for (std::size_t i = 0; i < kCheckCount; ++i) {
+    if (sample.verdicts[i] != Verdict::Fail) continue;
+    titles += (titles.empty() ? "" : ", ") + std::string(qcChecks()[i].title);
+  }
+  return titles;
+}
+
+std::string failedSamples(const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
+  std::string text;
+  std::size_t failed = 0;
+  for (const std::size_t i : worstFirst(samples)) {
+    if (samples[i].count(Verdict::Fail) == 0 || ++failed > kMostFailed) continue;
+    text += paragraph(standalone::printableText(samples[i].label()) + ": " + failedChecks(samples[i]),
+                      paintedMark(Verdict::Fail, style), style);
+  }
+  if (failed > kMostFailed)
+    text += paragraph("and " + countOf(failed - kMostFailed, "more sample"), " ", style);
+  return heading(countOf(failed, "sample") + " of " + std::to_string(samples.size()) +
+                     " failed a check; worst first",
+                 style) +
+         text;
+}
+
+}  // namespace
+
+std::string renderQcFindings(const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
+  const std::vector<QcFinding> failures = findingsOf(samples, Verdict::Fail);
+  const std::vector<QcFinding> warnings = findingsOf(samples, Verdict::Warn);
+  if (failures.empty() && warnings.empty()) return "\nNo check failed or warned.\n";
+  std::string text = failures.empty() ? "\nNo check failed.\n" : failedSamples(samples, style);
+  if (!failures.empty()) text += heading("What failed, and what people do about it", style);
+  for (const QcFinding& finding : failures) {
+    text +=
+        paragraph(capitalised(finding.check->title) + " (" + countOf(finding.samples.size(), "sample") +
+                      "). " + std::string(finding.check->meaning) + ' ' + std::string(finding.check->remedy),
+                  paintedMark(Verdict::Fail, style), style);
+  }
+  if (!warnings.empty()) text += heading("Warnings", style);
+  for (const QcFinding& finding : warnings) {
+    text += paragraph(capitalised(finding.check->title) + ": " + namesOf(finding.samples),
+                      paintedMark(Verdict::Warn, style), style);
+  }
+  return text;
+}
+
+std::vector<std::string> qcNotes(const std::vector<QcSample>& samples) {
+  std::vector<std::string> notes;
+  for (const QcFinding& finding : findingsOf(samples, Verdict::Fail)) {
+    notes.push_back(capitalised(finding.check->title) + " failed in " + namesOf(finding.samples) + ". " +
+                    std::string(finding.check->meaning) + ' ' + std::string(finding.check->remedy));
+  }
+  for (const QcFinding& finding : findingsOf(samples, Verdict::Warn)) {
+    notes.push_back(capitalised(finding.check->title) + " warned in " + namesOf(finding.samples) + ".");
+  }
+  if (notes.empty()) notes.emplace_back("No check failed or warned.");
+  return notes;
+}
+
+}  // namespace genostat::console

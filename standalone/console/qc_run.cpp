@@ -1,0 +1,85 @@
+#include "standalone/console/qc_run.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "platform/program.h"
+#include "standalone/console/batch_run.h"
+#include "standalone/console/exit_status.h"
+#include "standalone/console/qc_command.h"
+#include "standalone/console/qc_request.h"
+#include "standalone/console/qc_view.h"
+
+namespace genostat::console {
+
+namespace {
+
+int refuseQcRun(const std::string& message, int status) {
+  std::fprintf(stderr, "%s\n", message.c_str());
+  return status;
+}
+
+// No output may replace the reads or another output.
+void checkOutputNames(const QcRequest& request, const QcOptions& options,
+                      const std::optional<OutputFile>& csv) {
+  const std::array<std::pair<const char*, const std::string*>, 3> outputs = {
+      {{"--csv", &options.csvFile},
+       {"--to", &options.session.outputFile},
+       {"--html", &options.session.htmlFile}}};
+  for (const auto& [option, name] : outputs) {
+    if (name->empty()) continue;
+    if (csv && name != &options.csvFile && csv->isSameAs(platform::pathFromUtf8(*name)))
+      throw QcRequestError(std::string("error: --csv and ") + option + " name the same file");
+    const std::filesystem::path output = platform::pathFromUtf8(*name);
+    for (const std::string& file : request.files) {
+      std::error_code different;
+      if (std::filesystem::equivalent(output, platform::pathFromUtf8(file), different))
+        throw QcRequestError(std::string("error: ") + option + " names a file of reads");
+    }
+  }
+}
+
+// Analyses inherit it.
+void askForFastqcData(const std::string& folder) {
+  if (folder.empty()) return;
+  std::error_code error;
+  std::filesystem::path path = platform::pathFromUtf8(folder);
+  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  platform::setEnvironmentPath("GENOSTAT_FASTQC_DATA", error ? path : absolute);
+}
+
+}  // namespace
+
+int runQc(const QcOptions& options) {
+  std::string command;
+  std::unique_ptr<QcView> view;
+  try {
+    const QcRequest request = checkQcOptions(options);
+    command = qcCommand(request, options);
+    if (options.printSyntax) {
+      const bool written = std::fputs(command.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+      return written ? kSuccess : refuseQcRun("error: cannot write to standard output", kFailure);
+    }
+    std::optional<OutputFile> csv;
+    if (!options.csvFile.empty()) csv.emplace(options.csvFile);
+    checkOutputNames(request, options, csv);
+    view = std::make_unique<QcView>(options.session, std::move(csv));
+  } catch (const QcRequestError& error) {
+    return refuseQcRun(error.what(), kUsageError);
+  } catch (const std::runtime_error& error) {
+    return refuseQcRun(std::string("error: ") + error.what(), kFailure);
+  }
+  askForFastqcData(options.fastqcFolder);
+  const auto text =
+      std::make_shared<const standalone::SourceText>(standalone::SourceText{"<qc>", std::move(command)});
+  return runText(options.session, text, std::move(view),
+                 options.name.empty() ? "Quality control" : options.name);
+}
+
+}  // namespace genostat::console

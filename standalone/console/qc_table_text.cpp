@@ -1,0 +1,197 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <utility>
+
+#include "standalone/console/qc_marks.h"
+#include "standalone/console/qc_text.h"
+#include "standalone/output/display_text.h"
+#include "standalone/output/number_format.h"
+#include "standalone/syntax/utf8.h"
+
+namespace genostat::console {
+
+namespace {
+
+constexpr int kGap = 2;              // blanks between columns
+constexpr int kLeastNameWidth = 14;  // names are shortened to this before columns go to another block
+constexpr int kLegendIndent = 2;
+
+struct ShownColumn {
+  std::string header;
+  std::vector<std::string> cells;
+  bool marks = false;
+
+  int width() const {
+    int width = standalone::displayWidth(header);
+    for (const std::string& cell : cells) {
+      width = std::max(width, standalone::displayWidth(cell));
+    }
+    return width;
+  }
+};
+
+std::string blanks(int count) {
+  return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
+}
+
+// The bytes of the longest beginning that fits.
+std::size_t fittingBytes(std::string_view text, int width) {
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const standalone::CodePoint point = standalone::codePointAt(text, end);
+    width -= standalone::codePointWidth(point.value);
+    if (width < 0) break;
+    end += point.size;
+  }
+  return end;
+}
+
+// Names differ at both ends, so the middle goes.
+std::string shortened(const std::string& text, int width, bool unicode) {
+  if (standalone::displayWidth(text) <= width) return text;
+  const std::string_view dots = unicode ? "\u2026" : "..";
+  const int room = std::max(width - standalone::displayWidth(dots), 2);
+  std::size_t tail = text.size();
+  while (standalone::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
+    // To the beginning of the character before.
+    do
+      --tail;
+    while (tail > 0 && (static_cast<unsigned char>(text[tail]) & 0xC0U) == 0x80U);
+  }
+  const int behind = standalone::displayWidth(std::string_view(text).substr(tail));
+  return text.substr(0, fittingBytes(text, room - behind)).append(dots) + text.substr(tail);
+}
+
+std::string decimals(double number, int count) {
+  return standalone::formatNumber(number, {count});
+}
+
+std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool unicode) {
+  std::vector<ShownColumn> columns = {{"Reads", {}},  {"Bases", {}}, {"Length", {}}, {"GC %", {}},
+                                      {"Dup. %", {}}, {"Qual.", {}}, {"Score", {}},  {"", {}, true}};
+  for (const QcCheck& check : qcChecks()) {
+    columns.back().header += check.letter;
+  }
+  for (const QcSample& sample : samples) {
+    std::string marks;
+    for (const Verdict verdict : sample.verdicts) {
+      marks += markOf(verdict, unicode);
+    }
+    const std::array<std::string, 8> cells = {shortCount(sample.reads),
+                                              shortCount(sample.bases),
+                                              standalone::printableText(sample.length),
+                                              decimals(sample.gc, 1),
+                                              decimals(sample.duplicates, 1),
+                                              decimals(sample.quality, 1),
+                                              decimals(sample.score, 0),
+                                              marks};
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      columns[i].cells.push_back(cells[i]);
+    }
+  }
+  return columns;
+}
+
+std::string paintedMarks(const QcSample& sample, const standalone::TextStyle& style) {
+  std::string marks;
+  for (const Verdict verdict : sample.verdicts) {
+    marks += paintedMark(verdict, style);
+  }
+  return marks;
+}
+
+std::string emphasised(const std::string& text, const standalone::TextStyle& style) {
+  return style.colour ? "\x1B[1m" + text + "\x1B[0m" : text;
+}
+
+// The lines of one block: names and some of the columns.
+std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> columns,
+                      const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
+  const int nameWidth = names.width();
+  std::string header = names.header + blanks(nameWidth - standalone::displayWidth(names.header));
+  for (const ShownColumn& column : columns) {
+    header += blanks(kGap + column.width() - standalone::displayWidth(column.header)) + column.header;
+  }
+  std::string text = emphasised(header, style) + '\n';
+  for (std::size_t row = 0; row < samples.size(); ++row) {
+    text += names.cells[row] + blanks(nameWidth - standalone::displayWidth(names.cells[row]));
+    for (const ShownColumn& column : columns) {
+      const std::string& cell = column.cells[row];
+      text += blanks(kGap + column.width() - standalone::displayWidth(cell));
+      text += column.marks ? paintedMarks(samples[row], style) : cell;
+    }
+    text += '\n';
+  }
+  return text;
+}
+
+ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool unicode) {
+  ShownColumn names{"Sample", {}};
+  for (const QcSample& sample : samples) {
+    const std::string name = standalone::printableText(sample.name);
+    const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
+    names.cells.push_back(shortened(name, width - static_cast<int>(read.size()), unicode) + read);
+  }
+  return names;
+}
+
+std::string legend(const standalone::TextStyle& style) {
+  // Blanks inside of an entry must not break.
+  std::string text;
+  for (const QcCheck& check : qcChecks()) {
+    if (!text.empty()) text += ", ";
+    text.append(1, check.letter).append(" ").append(check.title);
+  }
+  std::string lines;
+  for (const std::string& line : standalone::wrapText(text, style.width - kLegendIndent)) {
+    lines += blanks(kLegendIndent) + line + '\n';
+  }
+  lines += blanks(kLegendIndent) + paintedMark(Verdict::Pass, style) + " pass  " +
+           paintedMark(Verdict::Warn, style) + " warning  " + paintedMark(Verdict::Fail, style) +
+           " failed  " + paintedMark(Verdict::None, style) + " not judged\n";
+  return lines;
+}
+
+}  // namespace
+
+std::string shortCount(double count) {
+  if (!std::isfinite(count)) return {};
+  constexpr std::string_view kUnits = " kMGTPE";
+  if (count < 9999.5) return decimals(count, 0);
+  std::size_t unit = 0;
+  // What would be rounded to 1000 belongs to the next unit.
+  while (count >= 999.5 && unit + 1 < kUnits.size()) {
+    count /= 1000;
+    ++unit;
+  }
+  const int places = count < 9.995 ? 2 : count < 99.95 ? 1 : 0;
+  return decimals(count, places) + kUnits[unit];
+}
+
+std::string renderQcTable(const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
+  const std::vector<ShownColumn> columns = valueColumns(samples, style.unicode);
+  int all = 0;
+  for (const ShownColumn& column : columns) {
+    all += kGap + column.width();
+  }
+  const int room = style.width - all;
+  const int nameWidth = room >= kLeastNameWidth ? room : std::max(kLeastNameWidth, style.width / 3);
+  const ShownColumn names = nameColumn(samples, nameWidth, style.unicode);
+  std::string text = "\n" + emphasised("Samples", style) + '\n';
+  for (std::size_t begin = 0; begin < columns.size();) {
+    int used = names.width();
+    std::size_t end = begin;
+    while (end < columns.size() && (end == begin || used + kGap + columns[end].width() <= style.width)) {
+      used += kGap + columns[end++].width();
+    }
+    if (begin > 0) text += '\n';
+    text += drawBlock(names, std::span(columns).subspan(begin, end - begin), samples, style);
+    begin = end;
+  }
+  return text + legend(style);
+}
+
+}  // namespace genostat::console

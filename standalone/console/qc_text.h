@@ -1,0 +1,25 @@
+// The summary of genostat qc for terminals and text files.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "standalone/console/qc_summary.h"
+#include "standalone/output/text_renderer.h"
+
+namespace genostat::console {
+
+// One line for each sample, columns as the style's width allows, in several blocks if it must be, and the
+// legend.
+std::string renderQcTable(const std::vector<QcSample>& samples, const standalone::TextStyle& style);
+
+// The checks that failed, and shorter those that warned.
+std::string renderQcFindings(const std::vector<QcSample>& samples, const standalone::TextStyle& style);
+
+// The same as plain sentences, one for each check.
+std::vector<std::string> qcNotes(const std::vector<QcSample>& samples);
+
+// A count in at most five columns: 9999, 24.3k, 6.81G.
+std::string shortCount(double count);
+
+}  // namespace genostat::console

@@ -1,0 +1,46 @@
+#include "standalone/console/qc_view.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "standalone/console/qc_summary.h"
+#include "standalone/console/qc_text.h"
+#include "standalone/data/record_reader.h"
+#include "standalone/session/text_file.h"
+#include "standalone/syntax/diagnostic.h"
+
+namespace genostat::console {
+
+QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy)
+    : ConsoleView(options.output), csvCopy_(std::move(csvCopy)) {
+  document().leaveOut("table", "GENOSTAT");
+  document().leaveOut("table", "GET DATA");
+  // The summary's marks say the same.
+  const bool tablesOnly = options.output == OutputFormat::Text && options.htmlFile.empty();
+  if (tablesOnly) document().leaveOut("chart", "GET DATA");
+}
+
+void QcView::showResults(const std::filesystem::path& csv) {
+  std::vector<QcSample> samples;
+  try {
+    samples = readQcSamples(csv);
+  } catch (const standalone::ImportError& error) {
+    throw standalone::CommandError(std::string("cannot read the results: ") + error.what());
+  }
+  showAs(renderQcTable(samples, style()) + renderQcFindings(samples, style()), [&] {
+    document().addTable("Quality Control", qcTable(samples));
+    for (const std::string& note : qcNotes(samples)) {
+      document().addText("note", note);
+    }
+  });
+  if (!csvCopy_) return;
+  const standalone::TextFile results = standalone::readTextFile(csv);
+  if (!results.error.empty()) throw standalone::CommandError(results.error);
+  try {
+    csvCopy_->write(results.text);
+  } catch (const std::runtime_error& error) {
+    throw standalone::CommandError(error.what());
+  }
+}
+
+}  // namespace genostat::console

@@ -1,0 +1,77 @@
+#include "standalone/console/session_options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "standalone/syntax/diagnostic.h"
+
+namespace genostat::console {
+
+const char* const kExitStatusHelp =
+    "Exit status:\n"
+    "  0    everything succeeded\n"
+    "  1    a command or a job failed, or output could not be written\n"
+    "  2    wrong usage, or a syntax file that cannot be read\n"
+    "  130  interrupted; all jobs were cancelled\n";
+
+namespace {
+
+std::optional<OutputFormat> formatNamed(std::string_view name) {
+  if (name == "text") return OutputFormat::Text;
+  if (name == "json") return OutputFormat::Json;
+  if (name == "html") return OutputFormat::Html;
+  return std::nullopt;
+}
+
+const CLI::Validator& formatName() {
+  static const CLI::Validator validator(
+      [](std::string& value) {
+        if (formatNamed(value)) return std::string();
+        return "expected text, json or html, found " + standalone::quoteForMessage(value);
+      },
+      "", "text, json or html");
+  return validator;
+}
+
+}  // namespace
+
+const CLI::Validator& notEmpty() {
+  static const CLI::Validator validator(
+      [](std::string& value) { return value.empty() ? std::string("the value is empty") : std::string(); },
+      "", "not empty");
+  return validator;
+}
+
+CLI::Option* addTextOption(CLI::App& command, const char* name, std::string& value, const char* type,
+                           const char* description) {
+  return command.add_option(name, value, description)->type_name(type)->take_last()->check(notEmpty());
+}
+
+void addSessionOptions(CLI::App& command, RunOptions& options) {
+  const auto add = [&command](const char* name, std::string& value, const char* type,
+                              const char* description) {
+    addTextOption(command, name, value, type, description);
+  };
+  add("--temp", options.temporaryFolder, "DIR", "folder for temporary files; default: the system's");
+  add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
+  add("--strings", options.stringsFolder, "DIR",
+      "folder of string tables; default: strings in the home folder");
+  add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
+  command
+      .add_option_function<std::string>(
+          "--output",
+          [&options](const std::string& value) {
+            options.output = formatNamed(value).value_or(OutputFormat::Text);
+          },
+          "form of the results; default: text")
+      ->type_name("text|json|html")
+      ->take_last()
+      ->check(formatName());
+  add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
+  add("--html", options.htmlFile, "FILE", "write a report with charts as well: one page, at the end");
+}
+
+}  // namespace genostat::console

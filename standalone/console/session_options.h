@@ -1,0 +1,32 @@
+// What the subcommands that run a session have in common on the command line.
+#pragma once
+
+#include <string>
+
+#include "standalone/console/options.h"
+
+namespace CLI {
+class App;
+class Option;
+class Validator;
+}  // namespace CLI
+
+namespace genostat::console {
+
+// The part of a subcommand's footer that explains how the program ends.
+extern const char* const kExitStatusHelp;
+
+// --temp, --output and what else of RunOptions every session has; `options` outlives the command.
+void addSessionOptions(CLI::App& command, RunOptions& options);
+
+// The options of genostat qc.
+void addQcOptions(CLI::App& qc, QcOptions& options);
+
+// Refuses an empty value.
+const CLI::Validator& notEmpty();
+
+// An option with a text that is not empty; the last one counts. `type` as platform/documents wants it.
+CLI::Option* addTextOption(CLI::App& command, const char* name, std::string& value, const char* type,
+                           const char* description);
+
+}  // namespace genostat::console
