@@ -1,8 +1,8 @@
 # cmake -DBUILD=... -DSOURCE=... -DWORK=... -DGENERATOR=... -DTOOLCHAIN=... -DEMULATOR=... -DFOLDER=... -P check_install.cmake
 #
 # Installs what was built, moves it to a folder of an uncommon name, builds the example host against it there and
-# runs a job; then, of a native build, reads the manual pages and completions. FOLDER is that of the programs; TOOLCHAIN and EMULATOR
-# may be empty.
+# runs a job; then, of a native build, reads the manual pages and completions. FOLDER is that of the programs; TOOLCHAIN and EMULATOR are
+# those of a cross build.
 
 file(REMOVE_RECURSE "${WORK}")
 execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK}/first"
