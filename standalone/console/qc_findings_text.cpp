@@ -23,10 +23,16 @@ std::string countOf(std::size_t count, const std::string& singular) {
   return std::to_string(count) + ' ' + singular + (count == 1 ? "" : "s");
 }
 
-std::string namesOf(const std::vector<std::string>& samples) {
+// All of a name where there is no style.
+std::string shownName(const std::string& name, const standalone::TextStyle* style) {
+  const std::string printable = standalone::printableText(name);
+  return style != nullptr ? shortenedName(printable, style->width / 2, style->unicode) : printable;
+}
+
+std::string namesOf(const std::vector<std::string>& samples, const standalone::TextStyle* style = nullptr) {
   std::string names;
   for (std::size_t i = 0; i < std::min(samples.size(), kMostNames); ++i) {
-    names += (i > 0 ? ", " : "") + standalone::printableText(samples[i]);
+    names += (i > 0 ? ", " : "") + shownName(samples[i], style);
   }
   if (samples.size() > kMostNames) names += " and " + std::to_string(samples.size() - kMostNames) + " more";
   return names;
@@ -61,7 +67,7 @@ std::string failedSamples(const std::vector<QcSample>& samples, const standalone
   std::size_t failed = 0;
   for (const std::size_t i : worstFirst(samples)) {
     if (samples[i].count(Verdict::Fail) == 0 || ++failed > kMostFailed) continue;
-    text += paragraph(standalone::printableText(samples[i].label()) + ": " + failedChecks(samples[i]),
+    text += paragraph(shownName(samples[i].label(), &style) + ": " + failedChecks(samples[i]),
                       paintedMark(Verdict::Fail, style), style);
   }
   if (failed > kMostFailed)
@@ -88,7 +94,7 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const standal
   }
   if (!warnings.empty()) text += heading("Warnings", style);
   for (const QcFinding& finding : warnings) {
-    text += paragraph(capitalised(finding.check->title) + ": " + namesOf(finding.samples),
+    text += paragraph(capitalised(finding.check->title) + ": " + namesOf(finding.samples, &style),
                       paintedMark(Verdict::Warn, style), style);
   }
   return text;

@@ -77,6 +77,7 @@ void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
     const bool ended =
         input.ends_with('/') || input.ends_with(static_cast<char>(fs::path::preferred_separator));
     for (const std::string& name : names) {
+      if (name.find_first_of("\r\n") != std::string::npos) addFault(name, "its name holds a line break");
       request.files.push_back(input + (ended ? "" : "/") + name);
     }
   }

@@ -43,7 +43,8 @@ QcSample sampleAt(const standalone::Dataset& results, std::size_t row) {
   sample.reads = number("Total_Sequences");
   sample.bases = number("Total_Bases");
   sample.gc = number("GC");
-  sample.duplicates = 100 - number("total_deduplicated_percentage");
+  // Without the digits that the subtraction makes up.
+  sample.duplicates = std::round((100 - number("total_deduplicated_percentage")) * 1e6) / 1e6;
   sample.quality = number("mean_phred_all_reads");
   sample.score = number("qc_score");
   for (std::size_t i = 0; i < kCheckCount; ++i) {

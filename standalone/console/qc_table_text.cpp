@@ -49,22 +49,6 @@ std::size_t fittingBytes(std::string_view text, int width) {
   return end;
 }
 
-// Names differ at both ends, so the middle goes.
-std::string shortened(const std::string& text, int width, bool unicode) {
-  if (standalone::displayWidth(text) <= width) return text;
-  const std::string_view dots = unicode ? "\u2026" : "..";
-  const int room = std::max(width - standalone::displayWidth(dots), 2);
-  std::size_t tail = text.size();
-  while (standalone::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
-    // To the beginning of the character before.
-    do
-      --tail;
-    while (tail > 0 && (static_cast<unsigned char>(text[tail]) & 0xC0U) == 0x80U);
-  }
-  const int behind = standalone::displayWidth(std::string_view(text).substr(tail));
-  return text.substr(0, fittingBytes(text, room - behind)).append(dots) + text.substr(tail);
-}
-
 std::string decimals(double number, int count) {
   return standalone::formatNumber(number, {count});
 }
@@ -133,7 +117,7 @@ ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool uni
   for (const QcSample& sample : samples) {
     const std::string name = standalone::printableText(sample.name);
     const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
-    names.cells.push_back(shortened(name, width - static_cast<int>(read.size()), unicode) + read);
+    names.cells.push_back(shortenedName(name, width - static_cast<int>(read.size()), unicode) + read);
   }
   return names;
 }
@@ -156,6 +140,21 @@ std::string legend(const standalone::TextStyle& style) {
 }
 
 }  // namespace
+
+std::string shortenedName(const std::string& text, int width, bool unicode) {
+  if (standalone::displayWidth(text) <= width) return text;
+  const std::string_view dots = unicode ? "\u2026" : "..";
+  const int room = std::max(width - standalone::displayWidth(dots), 2);
+  std::size_t tail = text.size();
+  while (standalone::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
+    // To the beginning of the character before.
+    do
+      --tail;
+    while (tail > 0 && (static_cast<unsigned char>(text[tail]) & 0xC0U) == 0x80U);
+  }
+  const int behind = standalone::displayWidth(std::string_view(text).substr(tail));
+  return text.substr(0, fittingBytes(text, room - behind)).append(dots) + text.substr(tail);
+}
 
 std::string shortCount(double count) {
   if (!std::isfinite(count)) return {};

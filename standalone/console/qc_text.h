@@ -19,6 +19,9 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const standal
 // The same as plain sentences, one for each check.
 std::vector<std::string> qcNotes(const std::vector<QcSample>& samples);
 
+// A printable name in at most so many columns. Names differ at both ends, so the middle goes.
+std::string shortenedName(const std::string& name, int width, bool unicode);
+
 // A count in at most five columns: 9999, 24.3k, 6.81G.
 std::string shortCount(double count);
 

@@ -1,0 +1,213 @@
+// genostat qc: what it writes, what it refuses, and what it shows of the results.
+//
+// After a wanted change, GENOSTAT_KEEP_TRANSCRIPT=1 writes the new transcript; read its difference before it
+// is committed.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "platform/program.h"
+#include "tests/support/run_program.h"
+#include "tests/support/temporary_folder.h"
+
+namespace genostat::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Arguments = std::vector<std::string>;
+using testing::HasSubstr;
+
+constexpr const char* kQcTranscript = GENOSTAT_SOURCE_DIR "/tests/standalone/console/qc_transcript.txt";
+constexpr const char* kQcReads = "@r1\nACGTACGTAC\n+\nIIIIIIIIII\n@r2\nGGGGCCCCAA\n+\nIIIIIIIIII\n";
+
+class QcConsole : public testing::Test {
+ protected:
+  QcConsole() {
+    fs::create_directory(at("temp"));
+    write("good.fq", kQcReads);
+    write("empty.fq", "");
+  }
+
+  fs::path at(const std::string& name) const { return folder_.path() / platform::pathFromUtf8(name); }
+  void write(const std::string& name, const std::string& text) const { writeWholeFile(at(name), text); }
+
+  ProgramResult run(const Arguments& more, const std::string& columns = "80") const {
+    Arguments arguments = {"qc", "--temp", "temp"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return runProgram({fs::absolute(GENOSTAT_BIN_DIR) / "genostat",
+                       std::move(arguments),
+                       folder_.path(),
+                       "",
+                       {{"LC_ALL", "C"}, {"COLUMNS", columns}}});
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
+  const std::string hostile = "it's ''b'' \xC3\xBC (1)";
+  fs::create_directory(at(hostile));
+  fs::create_directory(at("more"));
+  for (const char* name : {"/b.fastq", "/a'.FQ.GZ", "/.hidden.fq", "/notes.txt"}) {
+    write(hostile + name, kQcReads);
+    write(std::string("more") + name, kQcReads);
+  }
+  fs::create_directory(at("more/folder.fq"));
+  const struct {
+    Arguments arguments;
+    std::string command;
+  } rows[] = {
+      {{hostile},
+       "GENOSTAT\n  /JOB NAME='AUTO'\n       FOLDER='it''s ''''b'''' \xC3\xBC (1)'\n       "
+       "ADAPTERS=NONE.\n"},
+      {{"good.fq", "more", hostile + "/b.fastq", "--name", "my run", "--adapter", "acgtn"},
+       "GENOSTAT\n  /JOB NAME='my run'\n       FILE='good.fq'\n            'more/a''.FQ.GZ'\n            "
+       "'more/b.fastq'\n"
+       "            'it''s ''''b'''' \xC3\xBC (1)/b.fastq'\n       ADAPTERS=CUSTOM(ACGTN).\n"},
+      {{"good.fq",
+        "--adapter",
+        "Nextera",
+        "--descriptives",
+        "gc, QC_SCORE gc",
+        "--descriptives",
+        "Total_Bases",
+        "--kurtosis",
+        "--frequencies",
+        "Sample",
+        "--ntiles",
+        "10",
+        "--percentiles",
+        "5,95.5",
+        "--quartiles",
+        "--histogram",
+        "--correlations",
+        "all",
+        "--no-pearson",
+        "--kendall",
+        "--one-tailed",
+        "--regression",
+        "qc_score~ GC+mean_phred_all_reads",
+        "--method",
+        "backward",
+        "--ci",
+        "90",
+        "--normal-plot"},
+       "GENOSTAT\n  /JOB NAME='AUTO'\n       FILE='good.fq'\n       ADAPTERS=NEXTERA\n"
+       "  /DESCRIPTIVES VARIABLES=GC qc_score Total_Bases\n                KURTOSIS\n"
+       "  /FREQUENCIES VARIABLES=Sample\n               NTILES=10\n               PERCENTILES=5 95.5\n"
+       "               QUARTILES\n               HISTOGRAM\n"
+       "  /CORRELATIONS VARIABLES=Total_Sequences Total_Bases GC\n"
+       "                          total_deduplicated_percentage avg_sequence_length\n"
+       "                          median_sequence_length qc_score\n"
+       "                          median_phred_first_10bp median_phred_last_10bp\n"
+       "                          mean_phred_all_reads low_complexity_percentage\n"
+       "                          unexpected_bases_percentage\n                          "
+       "overrepresented_seq_count\n"
+       "                PEARSON=FALSE\n                KENDALL\n                ONETAIL\n"
+       "  /REGRESSION DEPENDENT=qc_score\n              INDEPENDENT=GC mean_phred_all_reads\n"
+       "              METHOD=BACKWARD\n              CI=90\n              NORMALPROBABILITYPLOT.\n"},
+  };
+  for (const auto& row : rows) {
+    Arguments arguments = row.arguments;
+    arguments.emplace_back("--print-syntax");
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.out, row.command);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.status, 0);
+  }
+  // Odd names reach the analysis and come back.
+  const ProgramResult shown = run({hostile + "/b.fastq", hostile + "/a'.FQ.GZ", "--name", "my run"});
+  EXPECT_EQ(shown.err, "job 'my run' queued\njob 'my run' running\njob 'my run' finished\n");
+  EXPECT_THAT(shown.out, testing::AllOf(HasSubstr("\na' "), HasSubstr("\nb ")));
+}
+
+TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
+  const std::string help = "\nTry \"genostat qc --help\".\n";
+  const auto place = [](const std::string& option, int column, const std::string& text,
+                        const std::string& message, const std::string& mark, const std::string& hint) {
+    return option + ":1:" + std::to_string(column) + ": error: " + message + "\n  " + text + "\n  " +
+           std::string(static_cast<std::size_t>(column - 1), ' ') + mark + "\n" +
+           (hint.empty() ? "" : "  " + hint + "\n");
+  };
+  const struct {
+    Arguments arguments;
+    std::string err;
+  } rows[] = {
+      {{"missing.fq", "temp", "empty.fq"},
+       "error: cannot read \"missing.fq\": no such file or folder\n"
+       "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"
+       "error: cannot read \"empty.fq\": it is empty\n"},
+      {{"--descriptives", "GC, qc_scor"},
+       place("--descriptives", 5, "GC, qc_scor", "no column is called \"qc_scor\"", "^~~~~~~",
+             "did you mean qc_score?")},
+      {{"--correlations", "adapter_content"},
+       place("--correlations", 1, "adapter_content", "adapter_content holds verdicts, no numbers",
+             "^~~~~~~~~~~~~~~", "--frequencies takes it")},
+      {{"--correlations", "GC gc"}, "error: --correlations: expected two columns or more\n"},
+      {{"--frequencies", "GC +"},
+       place("--frequencies", 4, "GC +", "expected the name of a column", "^", "")},
+      {{"--regression", "qc_score"},
+       place("--regression", 9, "qc_score", "expected ~ behind the dependent column", "^",
+             "as in 'qc_score ~ GC'")},
+      {{"--regression", "GC ~ Total_Bases +"},
+       place("--regression", 19, "GC ~ Total_Bases +", "expected the name of a column", "^", "")},
+      {{"--regression", "GC~gc"}, place("--regression", 4, "GC~gc", "GC stands on both sides", "^~", "")},
+      {{"--regression", "GC~Total_Bases qc_score"},
+       place("--regression", 16, "GC~Total_Bases qc_score", "expected + between columns", "^~~~~~~~", "")},
+      {{"--adapter", "lumina"},
+       "error: --adapter: expected none, illumina, nextera or a sequence of A, C, G, T and N, found "
+       "\"lumina\"\n"},
+      {{"--name", "it's"},
+       "error: --name: a job's name holds no quotes, slashes, asterisks and control characters, found "
+       "\"it's\"\n"},
+      {{"--correlations", "GC qc_score", "--no-pearson"},
+       "error: --no-pearson leaves no coefficient; add --spearman or --kendall\n"},
+      {{"--csv", "good.fq"}, "error: --csv names a file of reads\n"},
+      {{"--csv", "a", "--html", "./a"}, "error: --csv and --html name the same file\n"},
+      {{"--histogram"}, "error: --histogram requires --frequencies" + help},
+      {{"--frequencies", "GC", "--percentiles", "5,105"},
+       "error: --percentiles: expected numbers from 0 to 100, found \"105\"" + help},
+      {{"--freqencies", "GC"}, "error: unknown option \"--freqencies\"; did you mean --frequencies?" + help},
+  };
+  for (const auto& row : rows) {
+    Arguments arguments = row.arguments;
+    arguments.emplace_back("good.fq");
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.err, row.err);
+    EXPECT_EQ(result.out, "") << row.err;
+    EXPECT_EQ(result.status, 2) << row.err;
+  }
+  EXPECT_EQ(readWholeFile(at("good.fq")), kQcReads);
+}
+
+// The example cohort, and pairs with long names on a narrow terminal.
+TEST_F(QcConsole, ShowsTheKeptSummaries) {
+  const fs::path examples = fs::path(GENOSTAT_SOURCE_DIR) / "examples";
+  fs::copy(examples / "cohort", at("cohort"));
+  fs::create_directory(at("run1"));
+  fs::copy(examples / "control.fastq", at("run1/liver_S1_L001_R1_001.fastq"));
+  fs::copy(examples / "control.fastq", at("run1/liver_S1_L001_R2_001.fastq"));
+  fs::copy(examples / "treated.fastq.gz",
+           at("run1/kidney_of_the_patient_with_number_12345_S2_L001_R1_001.fastq.gz"));
+  const ProgramResult cohort =
+      run({"cohort", "--adapter", "illumina", "--csv", "cohort.csv", "--fastqc-data", "data"});
+  EXPECT_EQ(cohort.status, 0);
+  EXPECT_EQ(namesIn(at("data")).size(), 12U);
+  EXPECT_THAT(readWholeFile(at("cohort.csv")), testing::StartsWith("Sample,Adapter_Type,"));
+  const ProgramResult narrow = run({"run1", "--descriptives", "GC"}, "60");
+  const std::string shown = cohort.out + "----\n" + narrow.out;
+  if (std::getenv("GENOSTAT_KEEP_TRANSCRIPT") != nullptr) writeWholeFile(kQcTranscript, shown);
+  EXPECT_EQ(shown, readWholeFile(kQcTranscript));
+
+  const ProgramResult json = run({"run1", "--output", "json", "--html", "report.html"});
+  EXPECT_THAT(json.out,
+              testing::AllOf(HasSubstr(R"({"label":"liver","children":[{"label":"R1"},{"label":"R2"}]})"),
+                             HasSubstr("Adapters failed in kidney_of_the_patient_with_number_12345 R1. "),
+                             HasSubstr(R"("kind":"verdicts")"), testing::Not(HasSubstr("Imported Data"))));
+  EXPECT_THAT(readWholeFile(at("report.html")), HasSubstr("frequent sequences"));
+  EXPECT_EQ(namesIn(at("temp")), Arguments{});
+}
+
+}  // namespace
+}  // namespace genostat::test
