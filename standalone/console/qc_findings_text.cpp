@@ -100,17 +100,25 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const standal
   return text;
 }
 
-std::vector<std::string> qcNotes(const std::vector<QcSample>& samples) {
-  std::vector<std::string> notes;
-  for (const QcFinding& finding : findingsOf(samples, Verdict::Fail)) {
-    notes.push_back(capitalised(finding.check->title) + " failed in " + namesOf(finding.samples) + ". " +
-                    std::string(finding.check->meaning) + ' ' + std::string(finding.check->remedy));
+standalone::PivotTable qcFindingsTable(const std::vector<QcSample>& samples) {
+  standalone::PivotTable table;
+  table.title = "Checks that failed or warned";
+  for (const char* label : {"Verdict", "Samples", "Which", "What it means", "What people do about it"}) {
+    table.columns.push_back({label, {}});
   }
-  for (const QcFinding& finding : findingsOf(samples, Verdict::Warn)) {
-    notes.push_back(capitalised(finding.check->title) + " warned in " + namesOf(finding.samples) + ".");
+  for (const Verdict verdict : {Verdict::Fail, Verdict::Warn}) {
+    for (const QcFinding& finding : findingsOf(samples, verdict)) {
+      // A warning may have lesser reasons.
+      const bool explained = verdict == Verdict::Fail;
+      table.rows.push_back({capitalised(finding.check->title), {}});
+      table.cells.push_back({standalone::textCell(std::string(verdictWord(verdict))),
+                             standalone::numberCell(static_cast<double>(finding.samples.size()), 0),
+                             standalone::textCell(namesOf(finding.samples)),
+                             standalone::textCell(explained ? std::string(finding.check->meaning) : ""),
+                             standalone::textCell(explained ? std::string(finding.check->remedy) : "")});
+    }
   }
-  if (notes.empty()) notes.emplace_back("No check failed or warned.");
-  return notes;
+  return table;
 }
 
 }  // namespace genostat::console

@@ -22,7 +22,7 @@ constexpr const char* kQcHelp =
     "A sample that fails its checks is a result: the program succeeds.\n"
     "\n"
     "VARS are columns of the result, with blanks or commas between them; ALL stands for all that\n"
-    "the analysis can use. One analysis each; its switches need it.\n"
+    "the analysis can use. Each analysis can be asked for once; its switches need it.\n"
     "\n";
 
 constexpr const char* kQcExamples =

@@ -16,8 +16,8 @@ std::string renderQcTable(const std::vector<QcSample>& samples, const standalone
 // The checks that failed, and shorter those that warned.
 std::string renderQcFindings(const std::vector<QcSample>& samples, const standalone::TextStyle& style);
 
-// The same as plain sentences, one for each check.
-std::vector<std::string> qcNotes(const std::vector<QcSample>& samples);
+// The same as a table; without rows when there are none.
+standalone::PivotTable qcFindingsTable(const std::vector<QcSample>& samples);
 
 // A printable name in at most so many columns. Names differ at both ends, so the middle goes.
 std::string shortenedName(const std::string& name, int width, bool unicode);

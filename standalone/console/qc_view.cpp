@@ -29,9 +29,8 @@ void QcView::showResults(const std::filesystem::path& csv) {
   }
   showAs(renderQcTable(samples, style()) + renderQcFindings(samples, style()), [&] {
     document().addTable("Quality Control", qcTable(samples));
-    for (const std::string& note : qcNotes(samples)) {
-      document().addText("note", note);
-    }
+    const standalone::PivotTable findings = qcFindingsTable(samples);
+    if (!findings.rows.empty()) document().addTable("Quality Control", findings);
   });
   if (!csvCopy_) return;
   const standalone::TextFile results = standalone::readTextFile(csv);
