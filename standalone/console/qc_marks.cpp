@@ -29,7 +29,7 @@ std::string_view markOf(Verdict verdict, bool unicode) {
 }
 
 std::string paintedMark(Verdict verdict, const standalone::TextStyle& style) {
-  const std::string mark(markOf(verdict, style.unicode));
+  std::string mark(markOf(verdict, style.unicode));
   if (!style.colour) return mark;
   return std::string(kMarks[static_cast<std::size_t>(verdict)].colour) + mark + "\x1B[0m";
 }

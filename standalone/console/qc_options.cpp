@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -51,13 +52,14 @@ const CLI::Validator& methodName() {
 }
 
 // Not CLI11's, whose text is for programmers.
-CLI::Validator numberBetween(double least, double most, const std::string& what) {
+CLI::Validator numberBetween(double least, double most, const std::string& what, bool whole = false) {
   return CLI::Validator(
       [=](std::string& value) {
         double number = 0;
         const char* end = value.data() + value.size();
         const auto result = std::from_chars(value.data(), end, number);
-        if (result.ec == std::errc() && result.ptr == end && number >= least && number <= most)
+        if (result.ec == std::errc() && result.ptr == end && number >= least && number <= most &&
+            (!whole || number == std::trunc(number)))
           return std::string();
         return "expected " + what + ", found " + standalone::quoteForMessage(value);
       },
@@ -106,7 +108,7 @@ void addAnalyses(CLI::App& qc, QcOptions& options) {
   qc.add_option("--ntiles", options.tiles, "cut points of this many equal groups")
       ->type_name("N")
       ->take_last()
-      ->check(numberBetween(2, 1000, "a whole number from 2 to 1000"))
+      ->check(numberBetween(2, 1000, "a whole number from 2 to 1000", true))
       ->needs(frequencies);
   qc.add_option("--percentiles", options.percentiles, "percentiles such as 5,95.5")
       ->type_name("LIST")

@@ -78,14 +78,14 @@ void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
         input.ends_with('/') || input.ends_with(static_cast<char>(fs::path::preferred_separator));
     for (const std::string& name : names) {
       if (name.find_first_of("\r\n") != std::string::npos) addFault(name, "its name holds a line break");
-      request.files.push_back(input + (ended ? "" : "/") + name);
+      request.files.push_back(std::string(input).append(ended ? "" : "/").append(name));
     }
   }
   if (!faults.empty()) throw QcRequestError(faults);
 }
 
 std::string adapterKeyword(const std::string& adapter) {
-  const std::string upper = standalone::toUpperAscii(adapter);
+  std::string upper = standalone::toUpperAscii(adapter);
   for (const char* keyword : {"NONE", "ILLUMINA", "NEXTERA"}) {
     if (upper == keyword) return upper;
   }

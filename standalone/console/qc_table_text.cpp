@@ -123,16 +123,19 @@ ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool uni
 }
 
 std::string legend(const standalone::TextStyle& style) {
-  // Blanks inside of an entry must not break.
-  std::string text;
-  for (const QcCheck& check : qcChecks()) {
-    if (!text.empty()) text += ", ";
-    text.append(1, check.letter).append(" ").append(check.title);
-  }
+  // A line ends between entries, never inside of one.
   std::string lines;
-  for (const std::string& line : standalone::wrapText(text, style.width - kLegendIndent)) {
-    lines += blanks(kLegendIndent) + line + '\n';
+  int used = 0;
+  for (const QcCheck& check : qcChecks()) {
+    std::string entry = std::string(1, check.letter) + ' ' + std::string(check.title);
+    if (&check != &qcChecks().back()) entry += ',';
+    const int width = standalone::displayWidth(entry) + 1;
+    const bool fits = used > 0 && used + width <= style.width;
+    lines += fits ? " " : (used > 0 ? "\n" : "") + blanks(kLegendIndent);
+    used = (fits ? used : kLegendIndent - 1) + width;
+    lines += entry;
   }
+  lines += '\n';
   lines += blanks(kLegendIndent) + paintedMark(Verdict::Pass, style) + " pass  " +
            paintedMark(Verdict::Warn, style) + " warning  " + paintedMark(Verdict::Fail, style) +
            " failed  " + paintedMark(Verdict::None, style) + " not judged\n";

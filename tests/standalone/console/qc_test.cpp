@@ -168,6 +168,8 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
       {{"--histogram"}, "error: --histogram requires --frequencies" + help},
       {{"--frequencies", "GC", "--percentiles", "5,105"},
        "error: --percentiles: expected numbers from 0 to 100, found \"105\"" + help},
+      {{"--frequencies", "GC", "--ntiles", "5.5"},
+       "error: --ntiles: expected a whole number from 2 to 1000, found \"5.5\"" + help},
       {{"--freqencies", "GC"}, "error: unknown option \"--freqencies\"; did you mean --frequencies?" + help},
   };
   for (const auto& row : rows) {
