@@ -27,6 +27,7 @@ void QcView::showResults(const std::filesystem::path& csv) {
   } catch (const standalone::ImportError& error) {
     throw standalone::CommandError(std::string("cannot read the results: ") + error.what());
   }
+  if (samples.empty()) throw standalone::CommandError("the results hold no samples");
   showAs(renderQcTable(samples, style()) + renderQcFindings(samples, style()), [&] {
     document().addTable("Quality Control", qcTable(samples));
     const standalone::PivotTable findings = qcFindingsTable(samples);
