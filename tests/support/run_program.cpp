@@ -44,7 +44,7 @@ ProgramResult runProgram(const ProgramCall& call) {
     line += ' ' + quoted(argument);
   }
   line += " <" + quoted(in) + " >" + quoted(out) + " 2>" + quoted(err);
-  const int status = std::system(line.c_str());
+  const int status = std::system(platform::pathToNarrow(platform::pathFromUtf8(line)).c_str());
   ProgramResult result{kWindows ? status : status >> 8, readWholeFile(out), readWholeFile(err)};
   std::erase(result.out, '\r');
   std::erase(result.err, '\r');
