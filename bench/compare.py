@@ -16,49 +16,13 @@ import statistics
 import subprocess
 import sys
 import time
-from dataclasses import dataclass, field
 
 from inputs import SMALL_FILES, Inputs
+from measured import MEGABYTE, Measured
 
 OURS = "genostat-analysis"
-MEGABYTE = 1e6
-PATIENCE = 180  # seconds for one run
 # What a goal of 500 MB/s for long reads was set beside: fastp with one worker on short reads.
 LONG_READ_RATIO = 500 / 161
-
-
-@dataclass
-class Measured:
-    """One command on one input, with what every round gave."""
-    label: str
-    command: list
-    megabytes: float  # of text
-    slow: bool = False  # one round says enough
-    failure: str = ""
-    seconds: list = field(default_factory=list)
-    processor: list = field(default_factory=list)
-    peak: list = field(default_factory=list)  # MB of memory
-
-    def missing(self) -> bool:
-        return self.command[0] is None
-
-    def due(self, number: int) -> bool:
-        return not self.failure and (number == 0 or not self.slow)
-
-    def median(self) -> float:
-        return statistics.median(self.seconds)
-
-
-def run_once(measured: Measured) -> None:
-    helper = [sys.executable, "-I", "-S", pathlib.Path(__file__).with_name("measure.py"), PATIENCE]
-    answer = subprocess.run([str(part) for part in helper + measured.command], check=True, capture_output=True, text=True)
-    status, seconds, processor, peak = map(float, answer.stdout.split())
-    if status != 0:
-        measured.failure = "no end" if seconds >= PATIENCE else f"status {status:.0f}"
-        return
-    measured.seconds.append(seconds)
-    measured.processor.append(processor)
-    measured.peak.append(peak * 1024 / MEGABYTE)
 
 
 def warm(path) -> None:
@@ -133,7 +97,7 @@ class Comparison:
                 turn = number % len(present)
                 for measured in present[turn:] + present[:turn]:
                     if measured.due(number):
-                        run_once(measured)
+                        measured.run()
 
     def find(self, group: str, label: str):
         """The median seconds, or None."""

@@ -13,13 +13,12 @@ import pathlib
 import random
 import shutil
 import statistics
-import subprocess
 import sys
 import time
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
-MEGABYTE = 1e6
-PATIENCE = 300  # seconds for one run
+from measured import MEGABYTE, Measured
+
 GOAL = 300  # MB/s of text, imported and described
 # Rows are made once and repeated in other orders: making each would take minutes, and no reader gains by it.
 BLOCK = 20_000
@@ -80,40 +79,18 @@ class Input:
         return file
 
 
-@dataclass
-class Measured:
-    label: str
-    command: list
-    slow: bool = False  # one round says enough
-    failure: str = ""
-    seconds: list = field(default_factory=list)
-    processor: list = field(default_factory=list)
-    peak: list = field(default_factory=list)  # MB of memory
-
-    def run(self) -> None:
-        helper = [sys.executable, "-I", "-S", pathlib.Path(__file__).with_name("measure.py"), PATIENCE]
-        pinned = [shutil.which("taskset"), "-c", max(os.sched_getaffinity(0))]
-        answer = subprocess.run([str(part) for part in helper + pinned + self.command], check=True, capture_output=True,
-                                text=True)
-        status, seconds, processor, peak = map(float, answer.stdout.split())
-        if status != 0:
-            self.failure = f"status {status:.0f}"
-            return
-        self.seconds.append(seconds)
-        self.processor.append(processor)
-        self.peak.append(peak * 1024 / MEGABYTE)
-
-
 OURS, IMPORT, PEER = "genostat, GET DATA and DESCRIPTIVES", "genostat, GET DATA", "R, read.csv, mean, sd and range"
 
 
 def commands(genostat, one: Input):
-    runs = [Measured(OURS, [genostat, "run", one.syntax(True)]), Measured(IMPORT, [genostat, "run", one.syntax(False)]),
-            Measured("wc -l", [shutil.which("wc"), "-l", one.path])]
+    size = one.path.stat().st_size / MEGABYTE
+    runs = [Measured(OURS, [genostat, "run", one.syntax(True)], size),
+            Measured(IMPORT, [genostat, "run", one.syntax(False)], size),
+            Measured("wc -l", [shutil.which("wc"), "-l", one.path], size)]
     if shutil.which("Rscript"):
         code = f"d <- read.csv('{one.path.resolve()}'); d <- d[sapply(d, is.numeric)]; " \
                "print(sapply(d, function(x) c(mean(x), sd(x), range(x))))"
-        runs.append(Measured(PEER, [shutil.which("Rscript"), "--vanilla", "-e", code], slow=True))
+        runs.append(Measured(PEER, [shutil.which("Rscript"), "--vanilla", "-e", code], size, slow=True))
     return runs
 
 
@@ -142,8 +119,8 @@ def main() -> int:
         for number in range(options.rounds):
             turn = number % len(runs)
             for measured in runs[turn:] + runs[:turn]:
-                if not measured.failure and (number == 0 or not measured.slow):
-                    measured.run()
+                if measured.due(number):
+                    measured.run(shutil.which("taskset"), "-c", max(os.sched_getaffinity(0)))
         for run in runs:
             if run.failure:
                 lines.append(f"| {one.name}, {size:.0f} MB | {run.label} | {run.failure} | | | |")
