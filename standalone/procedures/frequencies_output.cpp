@@ -125,7 +125,7 @@ class StatisticsTable {
   // The letter of a footnote, which is added when it is new.
   std::string markOf(std::string_view text) {
     const auto known = std::ranges::find(notes_, text);
-    const std::string mark(1, static_cast<char>('a' + (known - notes_.begin())));
+    std::string mark(1, static_cast<char>('a' + (known - notes_.begin())));
     if (known == notes_.end()) {
       notes_.push_back(text);
       table_.footnotes.push_back(mark + ". " + std::string(text));

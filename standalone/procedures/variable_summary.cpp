@@ -65,6 +65,7 @@ void summarizeNumbers(VariableSummary& summary, const FrequenciesRequest& reques
   if (request.histograms) summary.bins = binValues(sorted, variable.decimals);
   if (!request.tables || counts.size() > request.mostRows) return;
   std::vector<double> values;
+  values.reserve(counts.size());
   for (const ValueCount<double>& count : counts) {
     values.push_back(count.value);
   }
@@ -95,6 +96,7 @@ void summarizeTexts(VariableSummary& summary, const FrequenciesRequest& request)
 
 std::vector<std::string> distinctLabels(const std::vector<double>& ascending, int decimals) {
   std::vector<std::string> labels;
+  labels.reserve(ascending.size());
   for (const double value : ascending) {
     labels.push_back(formatNumber(value, {decimals, true}));
   }

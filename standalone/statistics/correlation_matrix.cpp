@@ -51,6 +51,7 @@ class ScaledVariables {
 
   std::vector<std::span<const double>> select(const std::vector<std::size_t>& numbers) const {
     std::vector<std::span<const double>> selected;
+    selected.reserve(numbers.size());
     for (const std::size_t number : numbers) {
       selected.push_back(spans_[number]);
     }

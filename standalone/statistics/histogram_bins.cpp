@@ -88,8 +88,10 @@ HistogramBins countBetweenEdges(std::span<const double> sorted, const NiceWidth&
   if (closed && last > first && edge(last) == sorted.back()) --last;
   HistogramBins result{edge(first), width, {}};
   auto begin = sorted.begin();
-  for (double bin = first; bin <= last; ++bin) {
-    const auto end = bin < last ? std::lower_bound(begin, sorted.end(), edge(bin + 1)) : sorted.end();
+  const auto bins = static_cast<std::size_t>(last - first) + 1;
+  for (std::size_t bin = 1; bin <= bins; ++bin) {
+    const double upper = edge(first + static_cast<double>(bin));
+    const auto end = bin < bins ? std::lower_bound(begin, sorted.end(), upper) : sorted.end();
     result.counts.push_back(static_cast<std::size_t>(end - begin));
     begin = end;
   }

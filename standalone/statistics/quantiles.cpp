@@ -30,8 +30,9 @@ double weightedAverage(double a, double b, const DoubleDouble& rest, double deno
 }  // namespace
 
 Share shareOfPercent(double percent) {
-  constexpr double kMostPower = 1e9;
-  for (double power = 1; power <= kMostPower; power *= 10) {
+  constexpr int kMostDecimals = 9;
+  double power = 1;
+  for (int decimals = 0; decimals <= kMostDecimals; ++decimals, power *= 10) {
     const double whole = std::nearbyint(percent * power);
     if (whole / power == percent) return {percent, whole, 100 * power};
   }
