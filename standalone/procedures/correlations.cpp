@@ -9,18 +9,16 @@
 // Both tails together give a row of significances for each; flags then go by the two-tailed one.
 // NOSIG flags significant coefficients; the rows of significances stay.
 
-#include <algorithm>
 #include <array>
-#include <cmath>
-#include <limits>
-#include <optional>
 #include <string_view>
 
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/procedures/complete_cases.h"
 #include "standalone/procedures/correlation_chart.h"
 #include "standalone/procedures/correlation_command.h"
 #include "standalone/procedures/correlation_table.h"
+#include "standalone/procedures/statistic_cell.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/correlation_matrix.h"
 #include "standalone/statistics/moments.h"
@@ -83,30 +81,19 @@ PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& datas
   return request;
 }
 
-// With a missing value in each case that is incomplete in any variable of the list.
-std::vector<double> completeValues(const Column& column, const CorrelationList& list) {
-  std::vector<double> values = column.numbers;
-  for (const Column* other : list.variables) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      if (std::isnan(other->numbers[i])) values[i] = std::numeric_limits<double>::quiet_NaN();
-    }
-  }
-  return values;
-}
-
 PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
   PivotTable table;
   table.title = "Descriptive Statistics";
   table.columns = {{"Mean", {}}, {"Std. Deviation", {}}, {"N", {}}};
-  const auto cell = [](const std::optional<double>& value, int decimals) {
-    return value ? numberCell(*value, std::min(decimals, 5)) : CellValue();
-  };
+  const bool listwise = deletion == Deletion::Listwise;
+  const std::vector<bool> complete =
+      listwise ? completeCases(list.variables, list.variables.front()->numbers.size()) : std::vector<bool>();
   for (const Column* column : list.variables) {
     const Moments moments =
-        computeMoments(deletion == Deletion::Listwise ? completeValues(*column, list) : column->numbers);
+        computeMoments(listwise ? valuesOfCases(*column, complete) : column->numbers, MomentDetail::Spread);
     table.rows.push_back({column->name, {}});
-    table.cells.push_back({cell(moments.mean, column->decimals + 2),
-                           cell(moments.standardDeviation, column->decimals + 3),
+    table.cells.push_back({statisticCell(*column, moments.mean, 2),
+                           statisticCell(*column, moments.standardDeviation, 3),
                            numberCell(static_cast<double>(moments.count), 0)});
   }
   return table;

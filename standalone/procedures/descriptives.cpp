@@ -8,13 +8,12 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <cmath>
-#include <limits>
 #include <optional>
 #include <string_view>
 
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/procedures/complete_cases.h"
 #include "standalone/procedures/statistic_cell.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/moments.h"
@@ -99,25 +98,6 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
   return request;
 }
 
-// [case]: none of the variables is missing.
-std::vector<bool> completeCases(const std::vector<const Column*>& variables, std::size_t caseCount) {
-  std::vector<bool> complete(caseCount, true);
-  for (const Column* column : variables) {
-    for (std::size_t i = 0; i < caseCount; ++i) {
-      if (std::isnan(column->numbers[i])) complete[i] = false;
-    }
-  }
-  return complete;
-}
-
-std::vector<double> valuesOf(const Column& column, const std::vector<bool>& complete) {
-  std::vector<double> values = column.numbers;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (!complete[i]) values[i] = std::numeric_limits<double>::quiet_NaN();
-  }
-  return values;
-}
-
 struct Descriptions {
   std::vector<Moments> moments;  // [variable]
   std::size_t completeCount = 0;
@@ -130,7 +110,7 @@ Descriptions describe(const Request& request, std::size_t caseCount) {
   if (request.listwise) {
     const std::vector<bool> complete = completeCases(request.variables, caseCount);
     for (const Column* column : request.variables) {
-      results.moments.push_back(computeMoments(valuesOf(*column, complete), detail));
+      results.moments.push_back(computeMoments(valuesOfCases(*column, complete), detail));
     }
     results.completeCount = results.moments.front().count;
     return results;
