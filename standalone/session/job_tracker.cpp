@@ -15,7 +15,7 @@ std::vector<JobEvent> JobTracker::onMessage(const ClientMessage& message) {
   std::vector<JobEvent> events;
   switch (message.kind) {
     case ClientMessage::Kind::Queued:
-      jobs_.push_back({message.jobName, State::Queued});
+      jobs_.push_back({message.jobName, State::Queued, std::chrono::steady_clock::now()});
       events.push_back({JobEvent::Kind::Queued, message.jobName});
       break;
     case ClientMessage::Kind::Running:
@@ -40,6 +40,7 @@ void JobTracker::begin(const std::string& name, std::vector<JobEvent>& events) {
     earlier->state = State::Closed;
   }
   job->state = State::Running;
+  job->since = std::chrono::steady_clock::now();
   events.push_back({JobEvent::Kind::Running, name});
 }
 
@@ -52,6 +53,15 @@ void JobTracker::end(const ClientMessage& message, std::vector<JobEvent>& events
   if (job == nullptr && cancelled) return;
   if (job != nullptr) job->state = cancelled ? State::Cancelled : State::Closed;
   events.push_back({cancelled ? JobEvent::Kind::Cancelled : JobEvent::Kind::Ended, message.jobName});
+}
+
+std::vector<JobStatus> JobTracker::openJobs() const {
+  std::vector<JobStatus> open;
+  for (const Job& job : jobs_) {
+    const bool running = job.state == State::Running;
+    if (running || job.state == State::Queued) open.push_back({job.name, running, job.since});
+  }
+  return open;
 }
 
 std::set<std::string> JobTracker::openNames() const {

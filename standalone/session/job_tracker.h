@@ -6,7 +6,7 @@
 // run, or when the module does not know its name any more.
 #pragma once
 
-#include <cstddef>
+#include <chrono>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,11 +23,21 @@ struct JobEvent {
   std::string jobName;
 };
 
+// A job that has not ended.
+struct JobStatus {
+  std::string name;
+  bool running = false;                         // false: it waits
+  std::chrono::steady_clock::time_point since;  // when it began to run, or to wait
+};
+
 // Command thread only.
 class JobTracker {
  public:
   // What a message tells, in order. Nothing when it repeats what is known.
   std::vector<JobEvent> onMessage(const ClientMessage& message);
+
+  // The jobs that have not ended, in the order of their submission.
+  std::vector<JobStatus> openJobs() const;
 
   // The names of the jobs that have not ended. To be asked, and the module to be asked about
   // them, before the last messages are taken.
@@ -43,6 +53,7 @@ class JobTracker {
   struct Job {
     std::string name;
     State state;
+    std::chrono::steady_clock::time_point since;
   };
 
   Job* oldest(const std::string& name, State state);

@@ -41,6 +41,8 @@ class SessionView {
   // A line of progress: job 'a' queued.
   virtual void showNotice(const std::string& text) = 0;
   virtual void showDiagnostic(const Diagnostic& diagnostic) = 0;
+  // The jobs that have not ended, whenever they may have changed; an interrupted session no longer tells.
+  virtual void jobsChanged(const std::vector<JobStatus>&) {}
   // A job's result file, right before the job's syntax imports it. Throws CommandError to fail.
   virtual void showResults(const std::filesystem::path&) {}
 };
@@ -85,6 +87,7 @@ class Session {
   void onMessage(const ClientMessage& message);
   void onEnded(const ClientMessage& message);
   void showJobEvent(const JobEvent& event);
+  void tellJobs();
   void showStringTableWarnings();
   void waitForJobs();
   void checkForLostJobs();

@@ -43,13 +43,19 @@ void Session::showMessages() {
 }
 
 void Session::onMessage(const ClientMessage& message) {
-  for (const JobEvent& event : tracker_.onMessage(message)) {
+  const std::vector<JobEvent> events = tracker_.onMessage(message);
+  if (!events.empty()) tellJobs();
+  for (const JobEvent& event : events) {
     if (event.kind == JobEvent::Kind::Ended) {
       onEnded(message);
     } else {
       showJobEvent(event);
     }
   }
+}
+
+void Session::tellJobs() {
+  if (!gate_.interrupted()) view_.jobsChanged(tracker_.openJobs());
 }
 
 void Session::showJobEvent(const JobEvent& event) {
@@ -118,7 +124,9 @@ void Session::checkForLostJobs() {
   }
   // A message that was sent before the module answered counts.
   showMessages();
-  for (const JobEvent& event : tracker_.onUnknown(unknown)) {
+  const std::vector<JobEvent> events = tracker_.onUnknown(unknown);
+  if (!events.empty()) tellJobs();
+  for (const JobEvent& event : events) {
     showJobEvent(event);
   }
 }
