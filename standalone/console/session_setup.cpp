@@ -1,0 +1,79 @@
+#include "standalone/console/session_setup.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include "platform/program.h"
+
+namespace genostat::console {
+
+namespace {
+
+using std::filesystem::path;
+
+path absolutePath(const std::string& utf8) {
+  if (utf8.empty()) return {};
+  const path given = platform::pathFromUtf8(utf8);
+  std::error_code error;
+  path absolute = std::filesystem::absolute(given, error);
+  return error ? given : absolute.lexically_normal();
+}
+
+// The system's choice even when there is no such folder, so that an error can name it.
+path systemTemporaryFolder() {
+  std::error_code missing;
+  path folder = std::filesystem::temp_directory_path(missing);
+  if (!missing) return folder;
+  for (const char* name : {"TMPDIR", "TMP", "TEMP"}) {
+    if (const char* value = std::getenv(name)) return platform::pathFromNarrow(value);
+  }
+  return "/tmp";
+}
+
+}  // namespace
+
+standalone::SessionOptions sessionOptions(const RunOptions& options) {
+  standalone::SessionOptions session;
+  session.moduleFolder = platform::programFolder();
+  session.folders.temporary = absolutePath(options.temporaryFolder);
+  if (session.folders.temporary.empty()) {
+    // Everybody's folder.
+    session.folders.temporary = systemTemporaryFolder();
+    session.privateTemporaryFolder = true;
+  }
+  session.folders.installation = absolutePath(options.homeFolder);
+  if (session.folders.installation.empty()) session.folders.installation = session.moduleFolder;
+  session.folders.strings = absolutePath(options.stringsFolder);
+  std::error_code ignored;
+  if (!options.stringsFolder.empty() && !std::filesystem::is_directory(session.folders.strings, ignored)) {
+    throw UsageError("the folder of string tables \"" + options.stringsFolder + "\" does not exist");
+  }
+  session.interactive = !options.commandLineMode;
+  session.eventsFile = absolutePath(options.eventsFile);
+  session.csvFolder = absolutePath(options.csvFolder);
+  return session;
+}
+
+void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::string& title) {
+  std::optional<OutputFile> results;
+  std::optional<OutputFile> report;
+  if (!options.outputFile.empty()) results.emplace(options.outputFile);
+  if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
+  if (!options.file.empty()) {
+    const path syntax = platform::pathFromUtf8(options.file);
+    if (results && results->isSameAs(syntax)) throw UsageError("--to names the syntax file");
+    if (report && report->isSameAs(syntax)) throw UsageError("--html names the syntax file");
+  }
+  if (results && report && results->isSameAs(platform::pathFromUtf8(options.htmlFile))) {
+    throw UsageError("--to and --html name the same file");
+  }
+  const bool pageOnTerminal =
+      options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
+  if (pageOnTerminal) throw UsageError("--output html is nothing for a terminal; add --to FILE");
+  view.setFiles(std::move(results), std::move(report), title);
+}
+
+}  // namespace genostat::console
