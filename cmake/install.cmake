@@ -6,7 +6,7 @@ include(CMakePackageConfigHelpers)
 set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/genostat")
 install(FILES jobs/geno_stat_algo_manager.h DESTINATION "${include_dir}/jobs")
 install(FILES platform/export.h platform/program.h DESTINATION "${include_dir}/platform")
-foreach(room IN ITEMS host standalone/session standalone/data standalone/syntax standalone/output)
+foreach(room IN ITEMS host standalone/language standalone/session standalone/data standalone/syntax standalone/output)
   install(DIRECTORY "${room}/" DESTINATION "${include_dir}/${room}" FILES_MATCHING PATTERN "*.h" PATTERN web EXCLUDE)
 endforeach()
 
@@ -18,6 +18,8 @@ install(FILES "${PROJECT_BINARY_DIR}/genostatConfig.cmake" "${PROJECT_BINARY_DIR
   DESTINATION "${package_dir}")
 install(EXPORT genostat NAMESPACE genostat:: FILE genostatTargets.cmake DESTINATION "${package_dir}")
 
+# Beside the programs, who look for it there.
+install(DIRECTORY strings DESTINATION ${GENOSTAT_INSTALL_DIR} FILES_MATCHING PATTERN "*.txt")
 install(DIRECTORY docs examples DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(FILES CHANGELOG.md README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 

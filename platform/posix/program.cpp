@@ -130,3 +130,7 @@ int processId() {
 }
 
 }  // namespace genostat::platform
+std::vector<std::string> systemLanguages() {
+  return {};
+}
+

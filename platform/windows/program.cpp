@@ -153,6 +153,22 @@ void setEnvironmentPath(const char* name, const std::filesystem::path& value) {
 
 int processId() {
   return static_cast<int>(GetCurrentProcessId());
+std::vector<std::string> systemLanguages() {
+  ULONG count = 0;
+  ULONG size = 0;
+  if (!GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, nullptr, &size)) return {};
+  std::wstring names(size, L'\0');
+  if (!GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &size)) return {};
+  // Each ends with a null, and another one ends the list.
+  std::vector<std::string> languages;
+  for (std::size_t begin = 0; begin < names.size() && names[begin] != L'\0';) {
+    const std::wstring name(names.c_str() + begin);
+    languages.push_back(narrow(name, CP_UTF8));
+    begin += name.size() + 1;
+  }
+  return languages;
+}
+
 }
 
 }  // namespace genostat::platform

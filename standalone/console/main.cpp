@@ -5,6 +5,7 @@
 #include "platform/program.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
+#include "standalone/console/language_choice.h"
 #include "standalone/console/options.h"
 #include "standalone/console/qc_run.h"
 
@@ -14,7 +15,9 @@ namespace platform = genostat::platform;
 int main(int argc, char** argv) {
   platform::prepareStandardStreams();
   try {
-    const auto parsed = console::parseArguments(platform::commandLineArguments(argc, argv));
+    const std::vector<std::string> arguments = platform::commandLineArguments(argc, argv);
+    console::chooseLanguage(arguments);
+    const auto parsed = console::parseArguments(arguments);
     if (const auto* run = std::get_if<console::RunOptions>(&parsed)) return console::runBatch(*run);
     if (const auto* qc = std::get_if<console::QcOptions>(&parsed)) return console::runQc(*qc);
     const auto& answer = std::get<console::Answer>(parsed);

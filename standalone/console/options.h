@@ -15,6 +15,7 @@ struct RunOptions {
   std::string temporaryFolder;
   std::string homeFolder;
   std::string stringsFolder;
+  std::string language;  // has had its effect before the arguments were parsed
   bool commandLineMode = false;
   std::string eventsFile;
   std::string csvFolder;

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/console/language_choice.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::console {
@@ -36,6 +38,12 @@ const CLI::Validator& formatName() {
   return validator;
 }
 
+const CLI::Validator& languageName() {
+  static const CLI::Validator validator([](std::string& value) { return missingLanguage(value); }, "",
+                                        "a language");
+  return validator;
+}
+
 }  // namespace
 
 const CLI::Validator& notEmpty() {
@@ -59,6 +67,12 @@ void addSessionOptions(CLI::App& command, RunOptions& options) {
   add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
   add("--strings", options.stringsFolder, "DIR",
       "folder of string tables; default: strings in the home folder");
+  command
+      .add_option("--language", options.language,
+                  "language of what the program says, such as de; default: the system's")
+      ->type_name("CODE")
+      ->take_last()
+      ->check(languageName());
   add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
   command
       .add_option_function<std::string>(

@@ -5,8 +5,9 @@
 //
 //   translated("job '{1}' queued", {name})
 //
-// The text is a literal, so that tables can be checked against the sources; what varies is a numbered value.
-// Commands, keywords, options, names of variables and data are values or stay as they are.
+// The text is a literal, so that scripts/check_texts.py can compare the tables with the sources; what varies
+// is a numbered value. Commands, keywords, options, names of variables and data are values or stay as they
+// are.
 #pragma once
 
 #include <cstdint>
@@ -24,5 +25,13 @@ std::string translated(std::string_view english, std::initializer_list<std::stri
 
 // One of two texts, in which `{1}` is the count: translatedCount(3, "{1} sample", "{1} samples").
 std::string translatedCount(std::uint64_t count, std::string_view one, std::string_view many);
+// With further values, from `{2}` on.
+std::string translatedCount(std::uint64_t count, std::string_view one, std::string_view many,
+                            std::initializer_list<std::string_view> values);
+
+// Marks a text in a table that is translated where the table is used: {"MEAN", marked("Mean")}.
+constexpr const char* marked(const char* english) {
+  return english;
+}
 
 }  // namespace genostat::standalone

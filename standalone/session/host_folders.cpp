@@ -6,6 +6,7 @@
 #include "host/path_service.h"
 #include "platform/launcher_folder.h"
 #include "platform/program.h"
+#include "standalone/language/language.h"
 
 namespace genostat::standalone {
 
@@ -47,6 +48,14 @@ void setHostFolders(HostFolders folders) {
 
 const HostFolders& hostFolders() {
   return state().folders;
+}
+
+std::vector<std::filesystem::path> stringTableFolders(const std::filesystem::path& chosen) {
+  const std::string& code = language().code;
+  std::vector<std::filesystem::path> folders = {chosen, chosen / code};
+  const std::filesystem::path& shipped = state().folders.shippedStrings;
+  if (!shipped.empty() && shipped != chosen) folders.push_back(shipped / code);
+  return folders;
 }
 
 }  // namespace genostat::standalone

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/session/installed_language.h"
 #include "standalone/session/job_metadata.h"
 #include "standalone/session/requirements.h"
 #include "standalone/session/string_table_file.h"
@@ -32,6 +33,7 @@ std::vector<CommandHandler> allCommands() {
 // A module reads the folders as soon as it is loaded.
 SessionOptions publishFolders(SessionOptions options, const PrivateFolder& privateFolder) {
   if (!privateFolder.path().empty()) options.folders.temporary = privateFolder.path();
+  options.folders.shippedStrings = options.moduleFolder / "strings";
   setHostFolders(options.folders);
   return options;
 }
@@ -54,10 +56,12 @@ Session::Session(SessionOptions options, SessionView& view, OutputDocument& outp
 void Session::showStringTableWarnings() {
   const HostFolders& folders = options_.folders;
   const auto folder = folders.strings.empty() ? folders.installation / "strings" : folders.strings;
-  for (const auto& file :
-       {procedureTableFile(folder, std::string(kModuleCommand)), globalTableFile(folder)}) {
-    for (const Diagnostic& warning : readStringTable(file).warnings) {
-      report(warning);
+  for (const auto& tables : stringTableFolders(folder)) {
+    for (const auto& file : {procedureTableFile(tables, std::string(kModuleCommand)), globalTableFile(tables),
+                             clientTableFile(tables)}) {
+      for (const Diagnostic& warning : readStringTable(file).warnings) {
+        report(warning);
+      }
     }
   }
 }

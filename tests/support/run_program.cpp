@@ -36,7 +36,12 @@ ProgramResult runProgram(const ProgramCall& call) {
   const fs::path err = call.folder / ".err";
   writeWholeFile(in, call.input);
   std::string line = (kWindows ? "cd /d " : "cd ") + quoted(call.folder) + " && ";
+  // Texts are compared in English, whatever the machine speaks.
+  std::map<std::string, std::string> environment = {{"LANGUAGE", "en"}};
   for (const auto& [name, value] : call.environment) {
+    environment[name] = value;
+  }
+  for (const auto& [name, value] : environment) {
     line += kWindows ? "set " + name + "=" + value + "&& " : "export " + name + "=" + quoted(value) + " && ";
   }
   line += quoted(call.program);

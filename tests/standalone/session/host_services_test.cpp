@@ -8,6 +8,7 @@
 #include "host/path_service.h"
 #include "host/platform_library.h"
 #include "host/string_tables.h"
+#include "standalone/language/language.h"
 #include "standalone/session/host_folders.h"
 #include "standalone/session/job_metadata.h"
 #include "standalone/session/session_adapter.h"
@@ -53,6 +54,26 @@ TEST(StringTables, LooksInTheProceduresTableThenInTheSharedOneThenAnswersTheKey)
             "\xC3\x89"
             "chantillons");
   EXPECT_EQ(overridden.LookUp("Summary"), "Summary");
+
+  // What is shipped comes last, and in the language only.
+  const TemporaryFolder shipped;
+  std::filesystem::create_directories(shipped.path() / "de");
+  writeWholeFile(shipped.path() / "GENOSTAT.txt", "Samples\tsamples\nDetails\tdetails\n");
+  writeWholeFile(shipped.path() / "de" / "GENOSTAT.txt", "Samples\tProben\nDetails\tDetails\nNone\tKeine\n");
+  std::filesystem::create_directory(chosen.path() / "de");
+  writeWholeFile(chosen.path() / "de" / "global.txt", "Details\tEinzelheiten\n");
+  setHostFolders({{}, home.path(), chosen.path(), shipped.path()});
+  setLanguage({"de", {}, {}});
+  FacSTDictionary german(home.narrow());
+  german.SetProcedure("GENOSTAT");
+  german.SetGlobalStringTable(home.narrow());
+  EXPECT_EQ(german.LookUp("Samples"),
+            "\xC3\x89"
+            "chantillons");
+  EXPECT_EQ(german.LookUp("Details"), "Einzelheiten");
+  EXPECT_EQ(german.LookUp("None"), "Keine");
+  EXPECT_EQ(german.LookUp("Count"), "Count");
+  setLanguage({});
 
   const std::filesystem::path file = home.path() / "strings" / "GENOSTAT.txt";
   const StringTableFile table = readStringTable(file);
