@@ -55,8 +55,11 @@ void onInterrupt(std::function<void()> handler);
 // The terminal behind a standard stream, if it is one.
 struct Terminal {
   bool isTerminal = false;
-  int width = 80;  // columns; 80 where unknown
+  int width = 80;   // columns; 80 where unknown
+  int height = 24;  // rows; 24 where unknown
   bool isUtf8 = false;
+  bool movesCursor = false;   // it follows escape sequences
+  bool isForeground = false;  // the program's job may write to it without disturbing another
 };
 Terminal standardOutputTerminal();
 Terminal standardErrorTerminal();

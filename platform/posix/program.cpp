@@ -96,8 +96,16 @@ Terminal terminalBehind(int stream) {
   Terminal terminal;
   terminal.isTerminal = isatty(stream) == 1;
   winsize size = {};
-  if (terminal.isTerminal && ioctl(stream, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-    terminal.width = size.ws_col;
+  if (terminal.isTerminal && ioctl(stream, TIOCGWINSZ, &size) == 0) {
+    if (size.ws_col > 0) terminal.width = size.ws_col;
+    if (size.ws_row > 0) terminal.height = size.ws_row;
+  }
+  if (terminal.isTerminal) {
+    const char* kind = std::getenv("TERM");
+    terminal.movesCursor = kind != nullptr && *kind != '\0' && std::strcmp(kind, "dumb") != 0;
+    // Another session's terminal, which has no foreground for us, is -1.
+    const pid_t foreground = tcgetpgrp(stream);
+    terminal.isForeground = foreground == -1 || foreground == getpgrp();
   }
   locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
   if (locale != nullptr) {

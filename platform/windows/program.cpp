@@ -120,10 +120,12 @@ Terminal terminalBehind(DWORD stream) {
   terminal.isTerminal = GetConsoleMode(console, &mode) != 0;
   if (terminal.isTerminal) {
     terminal.isUtf8 = true;
-    SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    terminal.isForeground = true;
+    terminal.movesCursor = SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
     CONSOLE_SCREEN_BUFFER_INFO info = {};
     if (GetConsoleScreenBufferInfo(console, &info) != 0 && info.srWindow.Right >= info.srWindow.Left) {
       terminal.width = info.srWindow.Right - info.srWindow.Left + 1;
+      terminal.height = info.srWindow.Bottom - info.srWindow.Top + 1;
     }
   }
   return terminal;

@@ -29,6 +29,7 @@ struct BatchRun {
   std::optional<standalone::Session> session;
   enum class Phase { Starting, Running, Interrupted };
   std::atomic<Phase> phase{Phase::Starting};
+  std::atomic<bool> progressEnded{false};
 
   // The session may be interrupted from now on.
   void begin() {
@@ -43,6 +44,8 @@ struct BatchRun {
     Phase before = Phase::Starting;
     const bool early = phase.compare_exchange_strong(before, Phase::Interrupted);
     if (early || before == Phase::Interrupted) platform::exitNow(kInterrupted);
+    // Once only: a terminal that takes nothing more must not hold up the next interrupt.
+    if (!progressEnded.exchange(true)) view->endProgress();
     session->interrupt();
   }
 };

@@ -44,9 +44,19 @@ standalone::TextStyle chooseStyle() {
   return style;
 }
 
+void writeToStandardError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+  std::fflush(stderr);
+}
+
 }  // namespace
 
-ConsoleView::ConsoleView(OutputFormat format) : format_(format), style_(chooseStyle()) {
+ConsoleView::ConsoleView(OutputFormat format)
+    : format_(format),
+      style_(chooseStyle()),
+      outputIsTerminal_(platform::standardOutputTerminal().isTerminal),
+      live_(platform::standardErrorTerminal, writeToStandardError),
+      progress_(live_) {
   if (format_ != OutputFormat::Text) return;
   document_.onItem([this](const std::string& item) {
     if (!recording_) show(standalone::renderItemAsText(item, style_));
@@ -74,6 +84,18 @@ void ConsoleView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
   document_.addText(diagnostic.severity == standalone::Diagnostic::Severity::Error ? "error" : "warning",
                     text);
   recording_ = false;
+}
+
+void ConsoleView::jobsChanged(const std::vector<standalone::JobStatus>& jobs) {
+  jobs_ = jobs;
+  showProgress(progressWanted_);
+}
+
+void ConsoleView::showProgress(bool wanted) {
+  progressWanted_ = wanted;
+  const platform::Terminal terminal = live_.terminal();
+  const bool shown = wanted && terminal.isTerminal && terminal.movesCursor;
+  progress_.show(shown ? jobs_ : std::vector<standalone::JobStatus>());
 }
 
 void ConsoleView::showAs(std::string_view text, const std::function<void()>& addItems) {
@@ -114,20 +136,27 @@ void ConsoleView::writeFile(const OutputFile& file, std::string_view text) {
 
 void ConsoleView::writeOutput(std::string_view text) {
   if (outputFailed_) return;
-  errno = 0;
-  const bool written =
-      std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
-  if (written) return;
-  const std::string reason = std::generic_category().message(errno);
-  outputFailed_ = true;
+  int problem = 0;
+  const auto write = [&] {
+    errno = 0;
+    const bool written =
+        std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+    problem = written ? 0 : errno;
+    outputFailed_ = !written;
+  };
+  // A reader who takes his time holds up nothing else.
+  if (outputIsTerminal_) {
+    live_.writeAbove(write);
+  } else {
+    write();
+  }
+  if (!outputFailed_) return;
+  const std::string reason = std::generic_category().message(problem);
   showDiagnostic({{}, "cannot write to standard output: " + reason, {}, {}});
 }
 
 void ConsoleView::writeLine(const std::string& text) {
-  const std::string line = text + '\n';
-  const std::lock_guard lock(errorMutex_);
-  std::fwrite(line.data(), 1, line.size(), stderr);
-  std::fflush(stderr);
+  live_.writeAbove([line = text + '\n'] { writeToStandardError(line); });
 }
 
 }  // namespace genostat::console

@@ -2,13 +2,15 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "standalone/console/live_lines.h"
 #include "standalone/console/options.h"
 #include "standalone/console/output_file.h"
+#include "standalone/console/progress_display.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
 #include "standalone/session/session.h"
@@ -27,6 +29,12 @@ class ConsoleView : public standalone::SessionView {
 
   void showNotice(const std::string& text) override;
   void showDiagnostic(const standalone::Diagnostic& diagnostic) override;
+  void jobsChanged(const std::vector<standalone::JobStatus>& jobs) override;
+
+  // Whether the progress of jobs is shown, where standard error is a terminal. It is, from the beginning.
+  void showProgress(bool wanted);
+  // Removes what is shown of progress for good. Any thread; waits for output that is being written.
+  void endProgress() { live_.close(); }
 
   // Writes what is shown only at the end. False when results could not be written somewhere.
   bool finish();
@@ -45,6 +53,7 @@ class ConsoleView : public standalone::SessionView {
 
   const OutputFormat format_;
   standalone::TextStyle style_;
+  const bool outputIsTerminal_;
   standalone::OutputDocument document_;
   std::optional<OutputFile> resultsFile_;
   std::optional<OutputFile> reportFile_;
@@ -52,7 +61,10 @@ class ConsoleView : public standalone::SessionView {
   std::string fileText_;    // the tables so far, for the file of results
   bool recording_ = false;  // an item is added that has been shown
   bool outputFailed_ = false;
-  std::mutex errorMutex_;  // one line at a time on standard error
+  LiveLines live_;  // on standard error, and one line at a time there
+  ProgressDisplay progress_;
+  std::vector<standalone::JobStatus> jobs_;  // that have not ended
+  bool progressWanted_ = true;
 };
 
 }  // namespace genostat::console
