@@ -57,6 +57,7 @@ SampleProgress& JobProgress::begin(const std::string& name, std::uint64_t size) 
 void JobProgress::end(const SampleProgress& sample) {
   const std::lock_guard lock(mutex_);
   ended_.bytesDone += sample.bytes();
+  ended_.readsDone += sample.reads();
   ++ended_.samplesDone;
   running_.remove_if([&](const SampleProgress& one) { return &one == &sample; });
 }
@@ -67,6 +68,7 @@ JobProgress::State JobProgress::state() const {
   for (const SampleProgress& sample : running_) {
     state.running.push_back({sample.name(), sample.bytes(), sample.size(), sample.reads()});
     state.bytesDone += state.running.back().bytes;
+    state.readsDone += state.running.back().reads;
   }
   return state;
 }

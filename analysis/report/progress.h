@@ -62,6 +62,7 @@ class JobProgress {
   struct State {
     std::uint64_t bytesTotal = 0;
     std::uint64_t bytesDone = 0;
+    std::uint64_t readsDone = 0;
     std::size_t samples = 0;
     std::size_t samplesDone = 0;
     std::vector<Running> running;  // in the order of their begin

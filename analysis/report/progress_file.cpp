@@ -66,6 +66,7 @@ std::string progressJson(const JobProgress::State& state, double seconds) {
   count("finished", state.samplesDone);
   count("bytesDone", state.bytesDone);
   count("bytesTotal", state.bytesTotal);
+  count("readsDone", state.readsDone);
   writer.Key("seconds");
   const std::string text = fixedText(seconds, 3);
   writer.RawValue(text.data(), text.size(), rapidjson::kNumberType);

@@ -82,6 +82,7 @@ std::optional<JobProgress> readJobProgress(const fs::path& file) {
   progress.finished = countMember(document, "finished");
   progress.bytesDone = countMember(document, "bytesDone");
   progress.bytesTotal = countMember(document, "bytesTotal");
+  progress.readsDone = countMember(document, "readsDone");
   progress.seconds = secondsMember(document);
   const auto running = document.FindMember("running");
   if (running == document.MemberEnd() || !running->value.IsArray()) return progress;

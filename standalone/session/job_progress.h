@@ -22,6 +22,7 @@ struct JobProgress {
   std::uint64_t finished = 0;  // of them, whether measured or given up
   std::uint64_t bytesDone = 0;
   std::uint64_t bytesTotal = 0;  // of all files, as stored; 0 where it is not known
+  std::uint64_t readsDone = 0;   // seen so far, of all samples
   double seconds = 0;            // since the job began
   std::vector<SampleProgress> running;
 };

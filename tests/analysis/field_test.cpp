@@ -151,6 +151,7 @@ TEST(ProgressFile, IsWholeAtAnyTime) {
       EXPECT_STREQ(sample["name"].GetString(), "\"2\xEF\xBF\xBD");
       EXPECT_EQ(sample["size"].GetUint64(), 900U);
       EXPECT_EQ(sample["bytes"].GetUint64(), document["bytesDone"].GetUint64());
+      EXPECT_EQ(sample["reads"].GetUint64(), document["readsDone"].GetUint64());
       changes += sample["reads"].GetUint64() != seen ? 1U : 0U;
       seen = sample["reads"].GetUint64();
       return changes == 20;

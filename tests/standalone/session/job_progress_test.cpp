@@ -22,6 +22,7 @@ std::string shown(const std::optional<JobProgress>& progress) {
   if (!progress) return "-";
   std::string text = std::to_string(progress->finished) + "/" + std::to_string(progress->samples) + " " +
                      std::to_string(progress->bytesDone) + "/" + std::to_string(progress->bytesTotal) + " " +
+                     std::to_string(progress->readsDone) + " " +
                      std::to_string(std::lround(progress->seconds * 10));
   for (const SampleProgress& sample : progress->running) {
     text += " [" + sample.name + " " + std::to_string(sample.bytes) + "/" + std::to_string(sample.size) +
@@ -33,14 +34,15 @@ std::string shown(const std::optional<JobProgress>& progress) {
 TEST(JobProgress, IsReadFromWholeFilesOnly) {
   const std::string& head = kHead;
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {head + R"(,"samples":3,"finished":1,"bytesDone":5,"bytesTotal":9,"seconds":1.5,"running":)" +
+      {head +
+           R"(,"samples":3,"finished":1,"bytesDone":5,"bytesTotal":9,"readsDone":8,"seconds":1.5,"running":)" +
            R"([{"name":"a","bytes":2,"size":4,"reads":7},{"name":"b\u0000\n","bytes":0,"size":0,"reads":0}]})",
-       "1/3 5/9 15 [a 2/4 7] [" + std::string("b\0\n", 3) + " 0/0 0]"},
-      {head + "}", "0/0 0/0 0"},
+       "1/3 5/9 8 15 [a 2/4 7] [" + std::string("b\0\n", 3) + " 0/0 0]"},
+      {head + "}", "0/0 0/0 0 0"},
       // Other kinds of members than expected count as missing.
-      {head + R"(,"samples":-3,"finished":1e9,"seconds":"x","running":{}})", "0/0 0/0 0"},
-      {head + R"(,"seconds":-1,"running":[1,{"name":2},null]})", "0/0 0/0 0 [ 0/0 0]"},
-      {head + R"(,"more":[{}],"samples":2}  )", "0/2 0/0 0"},
+      {head + R"(,"samples":-3,"finished":1e9,"seconds":"x","running":{}})", "0/0 0/0 0 0"},
+      {head + R"(,"seconds":-1,"running":[1,{"name":2},null]})", "0/0 0/0 0 0 [ 0/0 0]"},
+      {head + R"(,"more":[{}],"samples":2}  )", "0/2 0/0 0 0"},
       {head + R"(,"samples":3,"fin)", "-"},
       {head + "}}", "-"},
       {R"({"format":"genostat-progress","version":2})", "-"},
