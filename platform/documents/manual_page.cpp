@@ -36,12 +36,6 @@ std::string upperCase(std::string text) {
   return text;
 }
 
-std::string asSentence(std::string text) {
-  if (text.empty()) return text;
-  text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
-  return text.ends_with('.') ? text : text + '.';
-}
-
 // Today, or the day that the makers of packages ask for so that each build gives the same bytes.
 std::string pageDate() {
   using namespace std::chrono;
@@ -151,6 +145,12 @@ std::vector<SectionModel> mergedSections(const ProgramModel& model) {
 }
 
 }  // namespace
+
+std::string asSentence(std::string text) {
+  if (text.empty()) return text;
+  text.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(text.front())));
+  return text.ends_with('.') ? text : text + '.';
+}
 
 std::string manualPage(const ProgramModel& model, const std::string& seeAlso) {
   const CommandModel& program = model.program;

@@ -87,6 +87,8 @@ void takeFooter(const std::string& footer, CommandModel& command) {
   }
 }
 
+}  // namespace
+
 CommandModel commandOf(const CLI::App& app) {
   CommandModel model;
   model.name = app.get_name();
@@ -98,8 +100,6 @@ CommandModel commandOf(const CLI::App& app) {
   takeFooter(app.get_footer(), model);
   return model;
 }
-
-}  // namespace
 
 ProgramModel modelOf(const CLI::App& app) {
   ProgramModel model;

@@ -49,6 +49,10 @@ struct ProgramModel {
 };
 
 ProgramModel modelOf(const CLI::App& app);
+CommandModel commandOf(const CLI::App& app);
+
+// With a capital letter in front and a period at the end.
+std::string asSentence(std::string text);
 
 // Documents, each a whole file.
 std::string manualPage(const ProgramModel& model, const std::string& seeAlso);

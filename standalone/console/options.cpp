@@ -3,19 +3,28 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <optional>
-#include <string_view>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "platform/documents/argument_fault.h"
+#include "platform/documents/help_text.h"
 #include "platform/documents/option_documents.h"
+#include "platform/program.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_options.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::console {
 
 namespace {
+
+using platform::ArgumentFault;
+using standalone::quoteForMessage;
+using standalone::translated;
+
+constexpr const char* kAbout = "\"genostat COMMAND --help\" tells more about a command.\n\n";
 
 constexpr const char* kExamples =
     "Examples:\n"
@@ -54,30 +63,49 @@ void addRunOptions(CLI::App& run, RunOptions& options) {
 }
 
 Answer usageError(const std::string& message, const std::string& program) {
-  return {"error: " + message + "\nTry \"" + program + " --help\".\n", kUsageError};
+  const std::string help = quoteForMessage(program + " --help");
+  return {translated("error: {1}", {message}) + '\n' + translated("Try {1}.", {help}) + '\n', kUsageError};
 }
 
-// What to say of an argument that nothing takes.
-std::string describeUnexpected(const std::string& argument, const CLI::App& app, bool subcommandExpected) {
-  std::vector<std::string> names;
-  std::string what = "unexpected argument ";
-  if (argument.size() > 1 && argument.front() == '-') {
-    what = "unknown option ";
-    for (const CLI::Option* option : app.get_options()) {
-      const bool shown = !option->get_group().empty() && !option->get_lnames().empty();
-      if (shown) names.push_back("--" + option->get_lnames().front());
-    }
-  } else if (subcommandExpected) {
-    what = "unknown subcommand ";
-    for (const CLI::App* subcommand : app.get_subcommands([](const CLI::App*) { return true; })) {
-      names.push_back(subcommand->get_name());
-    }
+std::string withGuess(const std::string& message, const std::string& meant) {
+  return meant.empty() ? message : translated("{1}; did you mean {2}?", {message, meant});
+}
+
+// `word` stands where a command does.
+std::string describeUnknownCommand(const std::string& word, const std::string& meant) {
+  const std::string quoted = quoteForMessage(word);
+  std::error_code ignored;
+  const std::filesystem::path path = platform::pathFromUtf8(word);
+  if (meant.empty() && std::filesystem::exists(path, ignored)) {
+    const std::string extension = platform::pathToUtf8(path.extension());
+    const std::string command = extension == ".syntax" ? "run" : "qc";
+    return translated("{1} is no command; did you mean {2}?", {quoted, "genostat " + command + ' ' + word});
   }
-  const std::vector<std::string_view> views(names.begin(), names.end());
-  const std::string name = argument.substr(0, argument.find('='));
-  const auto nearest = standalone::nearestKeyword(name, views);
-  const std::string message = what + standalone::quoteForMessage(argument);
-  return nearest ? message + "; did you mean " + std::string(*nearest) + "?" : message;
+  return withGuess(translated("unknown subcommand {1}", {quoted}), meant);
+}
+
+std::string describeFault(const ArgumentFault& fault) {
+  using Kind = ArgumentFault::Kind;
+  const std::string quoted = quoteForMessage(fault.subject);
+  switch (fault.kind) {
+    case Kind::UnknownOption:
+      return withGuess(translated("unknown option {1}", {quoted}), fault.meant);
+    case Kind::UnknownCommand:
+      return describeUnknownCommand(fault.subject, fault.meant);
+    case Kind::UnexpectedArgument:
+      return translated("unexpected argument {1}", {quoted});
+    case Kind::MissingValue:
+      return translated("{1} needs a value: {2}", {fault.subject, fault.detail});
+    case Kind::MissingArgument:
+      return translated("{1} is missing", {fault.subject});
+    case Kind::MissingPartner:
+      return translated("{1} requires {2}", {fault.subject, fault.detail});
+    case Kind::WrongValue:
+      return fault.detail;
+    case Kind::None:
+      break;
+  }
+  return {};
 }
 
 }  // namespace
@@ -86,50 +114,52 @@ std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::stri
   RunOptions options;
   QcOptions qcOptions;
   CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
-  const auto answerVersion = [](CLI::App& command) {
+  platform::shapeHelp(
+      app, platform::helpWidth,
+      {translated("Usage"), translated("Arguments"), translated("Options"), translated("Commands")});
+  // In all commands. Extras are collected, so that the error can name what was meant.
+  const auto prepare = [](CLI::App& command) {
+    command.set_help_flag("-h,--help", "show this help and exit");
     command.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
+    command.allow_extras();
   };
-  answerVersion(app);
-  app.set_help_flag("-h,--help", "show this help and exit");
-  app.footer(std::string(kExamples) + kExitStatusHelp);
+  prepare(app);
+  app.footer(std::string(kAbout) + kExamples + kExitStatusHelp);
   platform::offerDocuments(app, "genostat-analysis(1)");
-  // Collected, so that the error can name what was meant.
-  app.allow_extras();
   CLI::App& run = *app.add_subcommand("run", "run a file of command syntax");
-  run.set_help_flag("-h,--help", "show this help and exit");
-  answerVersion(run);
-  run.allow_extras();
+  prepare(run);
   addRunOptions(run, options);
   CLI::App& qc = *app.add_subcommand("qc", "check the quality of FASTQ files");
-  qc.set_help_flag("-h,--help", "show this help and exit");
-  answerVersion(qc);
-  qc.allow_extras();
+  prepare(qc);
   addQcOptions(qc, qcOptions);
 
-  const bool empty = arguments.empty();
+  if (arguments.empty()) return Answer{app.help(), kUsageError};
+  if (arguments.front() == "help") {
+    arguments.erase(arguments.begin());
+    arguments.emplace_back("--help");
+  }
+  const bool helpWanted = platform::asksForHelp(arguments);
   std::reverse(arguments.begin(), arguments.end());
-  const auto used = [&]() -> const CLI::App& { return run.parsed() ? run : qc.parsed() ? qc : app; };
-  const auto program = [&] { return &used() == &app ? "genostat" : "genostat " + used().get_name(); };
-  const auto unexpected = [&]() -> std::string {
-    const std::vector<std::string> rest = used().remaining();
-    return rest.empty() ? std::string() : describeUnexpected(rest.front(), used(), &used() == &app);
-  };
+  ArgumentFault fault;
   try {
     app.parse(std::move(arguments));
+    fault = platform::argumentFault(app, nullptr);
   } catch (const CLI::CallForHelp&) {
-    return Answer{app.help(), kSuccess};
+    fault = platform::argumentFault(app, nullptr);
+    // "genostat hlep --help" asks for the help of a command that does not exist.
+    if (fault.kind != ArgumentFault::Kind::UnknownCommand) return Answer{app.help(), kSuccess};
   } catch (const CLI::CallForVersion& version) {
     return Answer{version.what() + std::string("\n"), kSuccess};
   } catch (const CLI::ParseError& error) {
-    // A misspelled option is the likelier cause of whatever else is missing.
-    const std::string stray = unexpected();
-    return usageError(stray.empty() ? error.what() : stray, program());
+    if (helpWanted) return Answer{app.help(), kSuccess};
+    fault = platform::argumentFault(app, &error);
   }
-  const std::string stray = unexpected();
-  if (!stray.empty()) return usageError(stray, program());
-  if (empty || &used() == &app) return Answer{app.help(), kUsageError};
+  const CLI::App& used = platform::usedCommand(app);
+  const std::string program = &used == &app ? "genostat" : "genostat " + used.get_name();
+  if (fault.kind != ArgumentFault::Kind::None) return usageError(describeFault(fault), program);
   if (qc.parsed()) return qcOptions;
-  return options;
+  if (run.parsed()) return options;
+  return Answer{app.help(), kUsageError};
 }
 
 }  // namespace genostat::console

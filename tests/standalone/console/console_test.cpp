@@ -180,7 +180,11 @@ TEST_F(Console, AnswersWrongUsage) {
   } rows[] = {
       {{"rnu", "a"}, "error: unknown subcommand \"rnu\"; did you mean run?" + seeAll},
       {{"--bogus"}, "error: unknown option \"--bogus\"" + seeAll},
-      {{"run"}, "error: FILE is required" + seeRun},
+      {{"good.fastq"}, "error: \"good.fastq\" is no command; did you mean genostat qc good.fastq?" + seeAll},
+      {{"help", "rum"}, "error: unknown subcommand \"rum\"; did you mean run?" + seeAll},
+      {{"--temp", "x", "run", "a"}, "error: unknown option \"--temp\"; did you mean run --temp?" + seeRun},
+      {{"run"}, "error: FILE is missing" + seeRun},
+      {{"run", "a", "--output"}, "error: --output needs a value: text|json|html" + seeRun},
       {{"run", "--tmep", "x", "a"}, "error: unknown option \"--tmep\"; did you mean --temp?" + seeRun},
       {{"run", "a", "b"}, "error: unexpected argument \"b\"" + seeRun},
       {{"run", "a", "--output", "xml"},
@@ -205,6 +209,7 @@ TEST_F(Console, AnswersWrongUsage) {
   EXPECT_EQ(none.err, help.out);
   EXPECT_EQ(none.status, 2);
   EXPECT_EQ(help.status, 0);
+  EXPECT_EQ(runProgram(call({"help", "run"})).out, runProgram(call({"run", "--to", "--help"})).out);
   EXPECT_TRUE(
       std::regex_match(runProgram(call({"--version"})).out, std::regex("genostat \\d+\\.\\d+\\.\\d+\n")));
 }
