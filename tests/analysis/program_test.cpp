@@ -158,29 +158,6 @@ TEST_F(Program, TellsAnOutputThatCannotBeWritten) {
   }
 }
 
-TEST_F(Program, RefusesWrongArguments) {
-  const std::vector<std::pair<Names, int>> cases = {{{}, 13},
-                                                    {{"script"}, 13},
-                                                    {{"script", "e30=", "more"}, 13},
-                                                    {{"qc"}, 13},
-                                                    {{"--no"}, 13},
-                                                    {{"script", "e30="}, 4},
-                                                    {{"/script", "e30="}, 4},
-                                                    {{"script", "!"}, 3},
-                                                    {{"--help"}, 0},
-                                                    {{"script", ""}, 3},
-                                                    {{"qc", "--help"}, 0},
-                                                    {{"--version"}, 0}};
-  for (const auto& [arguments, code] : cases) {
-    const ProgramResult outcome = run(arguments);
-    const std::string shown = testing::PrintToString(arguments);
-    EXPECT_EQ(outcome.status, code) << shown;
-    EXPECT_EQ(outcome.err.empty(), code == 0) << shown;
-    EXPECT_EQ(outcome.err.find("Usage: genostat-analysis qc [OPTIONS]") != std::string::npos, code == 13)
-        << shown;
-  }
-}
-
 TEST_F(Program, MeasuresForPeople) {
   write("good.fq", kGoodRead);
   EXPECT_EQ(run({"qc", "--adapter", "NextEra", "good.fq", "."}).out,
