@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/utf8.h"
 
@@ -154,7 +155,7 @@ bool CommandScanner::Reader::skipGap() {
     } else if (isCommentAt(position_)) {
       const std::size_t end = commentEnd(position_);
       if (end == std::string_view::npos) {
-        fail("this comment is not closed", 2, "expected \"*/\" behind it");
+        fail(translated("this comment is not closed"), 2, translated("expected {1} behind it", {"\"*/\""}));
         return false;
       }
       const std::string_view comment = text_.substr(position_, end - position_);
@@ -220,8 +221,9 @@ void CommandScanner::Reader::readString() {
     }
     value += text_[i];
   }
-  fail("this quote is not closed on its line", 1,
-       std::string("expected ") + quote + " at the end of the text (inside the text it is written twice)");
+  fail(
+      translated("this quote is not closed on its line"), 1,
+      translated("expected {1} at the end of the text (inside the text it is written twice)", {{&quote, 1}}));
 }
 
 // A run of word characters is a number when all of it reads as one. Periods at its end belong
@@ -252,7 +254,7 @@ bool CommandScanner::Reader::readNumber(std::size_t end) {
   const auto [behind, fault] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (behind != digits.data() + digits.size()) return false;
   if (fault == std::errc::result_out_of_range) {
-    fail("this number is too large or too small", typed.size());
+    fail(translated("this number is too large or too small"), typed.size());
   } else {
     add(Token::Kind::Number, end, std::string(typed), value);
   }
@@ -274,8 +276,9 @@ std::size_t CommandScanner::Reader::runEnd(std::size_t position) {
 
 void CommandScanner::Reader::add(Token::Kind kind, std::size_t end, std::string text, double number) {
   if (tokens_.size() == kMaxTokens) {
-    return fail("this command is too long", 1,
-                "a command has at most " + std::to_string(kMaxTokens) + " words, numbers and signs");
+    return fail(
+        translated("this command is too long"), 1,
+        translated("a command has at most {1} words, numbers and signs", {std::to_string(kMaxTokens)}));
   }
   tokens_.push_back({kind, std::move(text), number, {source_, position_, end, line_}});
   position_ = end;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/printable_text.h"
 #include "standalone/syntax/utf8.h"
 
@@ -100,8 +101,10 @@ std::string renderDiagnostic(const Diagnostic& diagnostic) {
         printableText(source.name) + ":" + std::to_string(lineNumber) + ":" + std::to_string(column) + ": ";
     quotedLine = "\n" + excerpt(text, line, begin, diagnostic.range->end);
   }
-  rendered += diagnostic.severity == Diagnostic::Severity::Error ? "error: " : "warning: ";
-  rendered += printableText(diagnostic.message, LineBreaks::Keep) + quotedLine;
+  const bool isError = diagnostic.severity == Diagnostic::Severity::Error;
+  rendered += translated(isError ? "error: {1}" : "warning: {1}",
+                         {printableText(diagnostic.message, LineBreaks::Keep)}) +
+              quotedLine;
   if (!diagnostic.hint.empty())
     rendered += "\n" + std::string(kIndent) + printableText(diagnostic.hint, LineBreaks::Keep);
   return rendered;

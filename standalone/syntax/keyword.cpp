@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/nearest_word.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {
@@ -45,20 +46,26 @@ KeywordFault explainKeyword(std::string_view word, std::span<const std::string_v
   std::vector<std::string_view> meant;
   std::copy_if(keywords.begin(), keywords.end(), std::back_inserter(meant),
                [word](std::string_view keyword) { return !word.empty() && beginsWith(keyword, word); });
-  const std::string name = std::string(what) + " " + quoteForMessage(word);
-  if (meant.size() > 1) return {"ambiguous " + name, "it may mean " + joinAlternatives(meant)};
-  std::string hint = keywords.empty() ? std::string() : "expected " + joinAlternatives(keywords);
+  const std::string quoted = quoteForMessage(word);
+  if (meant.size() > 1) {
+    return {translated("ambiguous {1} {2}", {what, quoted}),
+            translated("it may mean {1}", {joinAlternatives(meant)})};
+  }
+  const std::string all = joinAlternatives(keywords);
   // One that begins with the word was meant, but the abbreviation is too short.
   const auto nearest = meant.empty() ? nearestKeyword(word, keywords) : meant.front();
-  if (nearest) hint += "; did you mean " + std::string(*nearest) + "?";
-  return {"unknown " + name, hint};
+  const std::string hint = keywords.empty() ? std::string()
+                           : nearest        ? translated("expected {1}; did you mean {2}?", {all, *nearest})
+                                            : translated("expected {1}", {all});
+  return {translated("unknown {1} {2}", {what, quoted}), hint};
 }
 
 std::string joinAlternatives(std::span<const std::string_view> keywords) {
   std::string joined;
   const std::size_t shown = std::min(keywords.size(), kAlternativesShown);
   for (std::size_t i = 0; i < shown; ++i) {
-    if (i > 0) joined += i + 1 == keywords.size() ? " or " : ", ";
+    if (i > 0 && i + 1 == keywords.size()) return translated("{1} or {2}", {joined, keywords[i]});
+    if (i > 0) joined += ", ";
     joined += keywords[i];
   }
   return shown < keywords.size() ? joined + ", ..." : joined;

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -18,8 +19,8 @@ bool beginsWithCurlyQuote(std::string_view text) {
 
 // What slips of the hand lead to a token that fits nowhere.
 std::string hintAt(const Token& token) {
-  if (token.isSymbol('.')) return "a period ends a command only at the end of a line";
-  if (beginsWithCurlyQuote(token.text)) return "texts stand between straight quotes, ' or \"";
+  if (token.isSymbol('.')) return translated("a period ends a command only at the end of a line");
+  if (beginsWithCurlyQuote(token.text)) return translated("texts stand between straight quotes, ' or \"");
   return {};
 }
 
@@ -57,6 +58,10 @@ void TokenCursor::expectSymbol(char symbol) {
   if (!acceptSymbol(symbol)) failExpected(quoteForMessage({&symbol, 1}));
 }
 
+std::size_t TokenCursor::expectKeyword(Keywords keywords) {
+  return expectKeyword(keywords, translated("keyword"));
+}
+
 std::size_t TokenCursor::expectKeyword(Keywords keywords, std::string_view what) {
   if (const auto index = acceptKeyword(keywords)) return *index;
   if (peek().kind != Token::Kind::Word) failExpected(joinAlternatives(keywords));
@@ -70,7 +75,7 @@ std::string TokenCursor::expectName(std::string_view what) {
 }
 
 std::string TokenCursor::expectString(std::string_view what) {
-  if (peek().kind != Token::Kind::String) failExpected(std::string(what) + " in quotes");
+  if (peek().kind != Token::Kind::String) failExpected(translated("{1} in quotes", {what}));
   return next().text;
 }
 
@@ -85,21 +90,22 @@ std::int32_t TokenCursor::expectInteger(std::string_view what) {
   const double number = expectNumber(what);
   using Limits = std::numeric_limits<std::int32_t>;
   if (number < Limits::min() || number > Limits::max()) {
-    fail("the number " + token.text + " is out of range", token,
-         "expected a number from " + std::to_string(Limits::min()) + " to " + std::to_string(Limits::max()));
+    fail(translated("the number {1} is out of range", {token.text}), token,
+         translated("expected a number from {1} to {2}",
+                    {std::to_string(Limits::min()), std::to_string(Limits::max())}));
   }
   return static_cast<std::int32_t>(number);
 }
 
 void TokenCursor::expectEnd() {
-  if (!atEnd()) failExpected("the end of the command");
+  if (!atEnd()) failExpected(translated("the end of the command"));
 }
 
 std::optional<std::size_t> TokenCursor::nextSubcommand(Keywords subcommands) {
   if (atEnd()) return std::nullopt;
-  if (!acceptSymbol('/') && subcommandSeen_) failExpected("\"/\" or the end of the command");
+  if (!acceptSymbol('/') && subcommandSeen_) failExpected(translated("\"/\" or the end of the command"));
   subcommandSeen_ = true;
-  const std::size_t index = expectKeyword(subcommands, "subcommand");
+  const std::size_t index = expectKeyword(subcommands, translated("subcommand"));
   acceptSymbol('=');
   return index;
 }
@@ -122,7 +128,7 @@ void TokenCursor::fail(std::string message, const Token& token, std::string hint
 }
 
 void TokenCursor::failExpected(std::string_view what) const {
-  fail("expected " + std::string(what) + ", found " + describeToken(peek()), peek(), hintAt(peek()));
+  fail(translated("expected {1}, found {2}", {what, describeToken(peek())}), peek(), hintAt(peek()));
 }
 
 std::string describeToken(const Token& token) {
@@ -131,13 +137,13 @@ std::string describeToken(const Token& token) {
     case Token::Kind::Symbol:
       return quoteForMessage(token.text);
     case Token::Kind::Number:
-      return "the number " + token.text;
+      return translated("the number {1}", {token.text});
     case Token::Kind::String:
-      return "the text " + quoteForMessage(token.text);
+      return translated("the text {1}", {quoteForMessage(token.text)});
     case Token::Kind::End:
       break;
   }
-  return "the end of the command";
+  return translated("the end of the command");
 }
 
 }  // namespace genostat::standalone

@@ -42,7 +42,8 @@ class TokenCursor {
 
   void expectSymbol(char symbol);
   // The error names the keywords and the nearest one. `what`: "keyword", "encoding".
-  std::size_t expectKeyword(Keywords keywords, std::string_view what = "keyword");
+  std::size_t expectKeyword(Keywords keywords, std::string_view what);
+  std::size_t expectKeyword(Keywords keywords);
   std::string expectName(std::string_view what);
   std::string expectString(std::string_view what);
   double expectNumber(std::string_view what);

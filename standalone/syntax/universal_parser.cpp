@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "host/syntax_parser.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/current.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
@@ -22,10 +23,12 @@
 
 using genostat::standalone::Command;
 using genostat::standalone::CommandError;
+using genostat::standalone::marked;
 using genostat::standalone::matchKeyword;
 using genostat::standalone::quoteForMessage;
 using genostat::standalone::Token;
 using genostat::standalone::TokenCursor;
+using genostat::standalone::translated;
 using enum UPSpecTypes::ParamSpec;
 
 namespace {
@@ -75,10 +78,10 @@ CommandSpec UniversalParser::Reader::read() {
   while (!cursor_.atEnd()) {
     cursor_.acceptSymbol('/');
     const Token& word = cursor_.peek();
-    const std::size_t index = cursor_.expectKeyword(subcommandNames_, "subcommand");
+    const std::size_t index = cursor_.expectKeyword(subcommandNames_, translated("subcommand"));
     const SubComDescriptor& descriptor = descriptor_.subcommands()[index];
     if (spec.getSubComObj(descriptor.name())) {
-      TokenCursor::fail("the subcommand " + descriptor.name() + " is given twice", word);
+      TokenCursor::fail(translated("the subcommand {1} is given twice", {descriptor.name()}), word);
     }
     auto subcommand = std::make_unique<SubComObj>();
     subcommand->name_ = descriptor.name();
@@ -93,7 +96,8 @@ void UniversalParser::Reader::readCommandName() {
   std::string_view rest = descriptor_.name();
   while (!rest.empty()) {
     const std::string_view word = rest.substr(0, rest.find(' '));
-    if (!cursor_.acceptKeyword(word)) cursor_.failExpected("the command " + descriptor_.name());
+    if (!cursor_.acceptKeyword(word))
+      cursor_.failExpected(translated("the command {1}", {descriptor_.name()}));
     rest.remove_prefix(std::min(word.size() + 1, rest.size()));
   }
 }
@@ -104,7 +108,7 @@ void UniversalParser::Reader::readSubcommand(const SubComDescriptor& descriptor,
     const Token& word = cursor_.peek();
     const ParamDescriptor& param = descriptor.params()[readParamKeyword(descriptor)];
     if (subcommand.getParamObj(param.name())) {
-      TokenCursor::fail(param.name() + " is given twice in " + descriptor.name(), word);
+      TokenCursor::fail(translated("{1} is given twice in {2}", {param.name(), descriptor.name()}), word);
     }
     auto object = std::make_unique<ParamObj>();
     readParam(param, *object);
@@ -114,15 +118,17 @@ void UniversalParser::Reader::readSubcommand(const SubComDescriptor& descriptor,
 
 std::size_t UniversalParser::Reader::readParamKeyword(const SubComDescriptor& descriptor) {
   const Token& word = cursor_.peek();
-  if (paramNames_.empty()) cursor_.failExpected("\"/\" or the end of the command");
+  if (paramNames_.empty()) cursor_.failExpected(translated("\"/\" or the end of the command"));
   // The commonest slip of all: the slash before a subcommand forgotten.
   if (word.kind == Token::Kind::Word && !matchKeyword(word.text, paramNames_)) {
     if (const auto index = matchKeyword(word.text, subcommandNames_)) {
-      TokenCursor::fail("unknown " + descriptor.name() + " keyword " + quoteForMessage(word.text), word,
-                        "a subcommand begins with a slash: /" + std::string(subcommandNames_[*index]));
+      TokenCursor::fail(
+          translated("unknown {1} {2}",
+                     {translated("{1} keyword", {descriptor.name()}), quoteForMessage(word.text)}),
+          word, translated("a subcommand begins with a slash: /{1}", {subcommandNames_[*index]}));
     }
   }
-  return cursor_.expectKeyword(paramNames_, descriptor.name() + " keyword");
+  return cursor_.expectKeyword(paramNames_, translated("{1} keyword", {descriptor.name()}));
 }
 
 void UniversalParser::Reader::readParam(const ParamDescriptor& descriptor, ParamObj& param) {
@@ -132,14 +138,16 @@ void UniversalParser::Reader::readParam(const ParamDescriptor& descriptor, Param
     cursor_.acceptSymbol('=');
     readValue(descriptor, param);
   } else if (cursor_.peek().isSymbol('=') || cursor_.peek().isSymbol('(')) {
-    TokenCursor::fail(descriptor.name() + " takes no value", cursor_.peek());
+    TokenCursor::fail(translated("{1} takes no value", {descriptor.name()}), cursor_.peek());
   }
 }
 
 void UniversalParser::Reader::readValue(const ParamDescriptor& descriptor, ParamObj& param) {
-  const auto what = [&](const char* value) { return std::string(value) + " for " + descriptor.name(); };
-  const auto readText = [&] { param.texts_.push_back(cursor_.expectString(what("a text"))); };
-  const auto readNumber = [&] { param.numbers_.push_back(cursor_.expectNumber(what("a number"))); };
+  const auto what = [&](const char* value) { return translated(value, {descriptor.name()}); };
+  const auto readText = [&] { param.texts_.push_back(cursor_.expectString(what(marked("a text for {1}")))); };
+  const auto readNumber = [&] {
+    param.numbers_.push_back(cursor_.expectNumber(what(marked("a number for {1}"))));
+  };
   switch (descriptor.spec()) {
     case PARAM_SWITCH:
       return;
@@ -152,7 +160,7 @@ void UniversalParser::Reader::readValue(const ParamDescriptor& descriptor, Param
     case PARAM_NUMBER_LIST:
       return readList(Token::Kind::Number, readNumber);
     case PARAM_INTEGER:
-      param.numbers_.push_back(cursor_.expectInteger(what("a whole number")));
+      param.numbers_.push_back(cursor_.expectInteger(what(marked("a whole number for {1}"))));
       return;
     case PARAM_NAMES:
       return readNames(descriptor, param);
@@ -175,7 +183,8 @@ void UniversalParser::Reader::readList(Token::Kind kind, ReadOne readOne) {
 void UniversalParser::Reader::readNames(const ParamDescriptor& descriptor, ParamObj& param) {
   if (!descriptor.stringValues().empty()) {
     const Names allowed(descriptor.stringValues().begin(), descriptor.stringValues().end());
-    param.texts_.emplace_back(allowed[cursor_.expectKeyword(allowed, descriptor.name() + " value")]);
+    param.texts_.emplace_back(
+        allowed[cursor_.expectKeyword(allowed, translated("{1} value", {descriptor.name()}))]);
     return;
   }
   const auto atName = [&] {
@@ -183,19 +192,21 @@ void UniversalParser::Reader::readNames(const ParamDescriptor& descriptor, Param
            !matchKeyword(cursor_.peek().text, paramNames_);
   };
   do {
-    if (!atName()) cursor_.failExpected("a name for " + descriptor.name());
+    if (!atName()) cursor_.failExpected(translated("a name for {1}", {descriptor.name()}));
     param.texts_.push_back(cursor_.next().text);
   } while (cursor_.acceptSymbol(',') || atName());
 }
 
 void UniversalParser::Reader::readQualifier(const ParamDescriptor& descriptor, ParamObj& param) {
   const Names names = namesOf(descriptor.qualifiers());
-  const auto& chosen = descriptor.qualifiers()[cursor_.expectKeyword(names, descriptor.name() + " value")];
+  const auto& chosen =
+      descriptor.qualifiers()[cursor_.expectKeyword(names, translated("{1} value", {descriptor.name()}))];
   param.qualifier_ = std::make_shared<ParamObj>();
   param.qualifier_->name_ = chosen.name();
   param.qualifier_->spec_ = chosen.spec();
   if (!cursor_.peek().isSymbol('(')) return;
-  if (!chosen.takesValue()) TokenCursor::fail(chosen.name() + " takes no value", cursor_.peek());
+  if (!chosen.takesValue())
+    TokenCursor::fail(translated("{1} takes no value", {chosen.name()}), cursor_.peek());
   cursor_.next();
   if (cursor_.acceptSymbol(')')) {
     param.qualifier_->texts_.emplace_back();
@@ -209,7 +220,7 @@ void UniversalParser::Reader::readQualifier(const ParamDescriptor& descriptor, P
 std::string UniversalParser::Reader::readQualifierText(const ParamDescriptor& descriptor) {
   const Token& token = cursor_.peek();
   if (token.kind == Token::Kind::End || token.kind == Token::Kind::Symbol) {
-    cursor_.failExpected("a value for " + descriptor.name());
+    cursor_.failExpected(translated("a value for {1}", {descriptor.name()}));
   }
   return cursor_.next().text;
 }
@@ -221,7 +232,7 @@ UniversalParser::UniversalParser(ZORV_TokenSequence* tokens, CommandSpec& spec,
 int UniversalParser::getCommandSpecifications() {
   const Command* command = tokens_ ? tokens_->contents().command : nullptr;
   try {
-    if (!command) throw CommandError(command_.name() + " was called while no command runs");
+    if (!command) throw CommandError(translated("{1} was called while no command runs", {command_.name()}));
     spec_ = Reader(*command, command_).read();
     return 0;
   } catch (const CommandError& error) {
