@@ -43,7 +43,7 @@ TEST(ProgressLines, SayWhatIsKnownAndFit) {
       {{"", 3'723.9, {}, 1}, {}, "(unnamed)  1:02:03|\n1 more job waits|\n"},
       {{"job", 4, one, 0},
        {80, 24, true},
-       "job  42 %  42 of 100 MB  81.9k reads  11 MB/s  0:06 left|\n"
+       "job  42 %  42 of 100 MB  81.9k reads  10 MB/s  0:06 left|\n"
        "  s1  ████████░░░░░░░░░░░░   42 %  81.9k reads|\n"},
       {{"job", 9, many, 2},
        {90, 6, false},
