@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -21,13 +22,13 @@ Name split(std::string_view name) {
   return {name.substr(0, blank), name.substr(blank + 1)};
 }
 
-std::string_view matchOrFail(const Token& token, std::vector<std::string_view> words,
-                             const std::string& what) {
+// `what` is the kind of word that is looked for.
+std::string_view matchOrFail(const Token& token, std::vector<std::string_view> words, std::string_view what) {
   std::sort(words.begin(), words.end());
   words.erase(std::unique(words.begin(), words.end()), words.end());
   if (token.kind != Token::Kind::Word) {
-    TokenCursor::fail("expected a " + what + ", found " + describeToken(token), token,
-                      "expected " + joinAlternatives(words));
+    TokenCursor::fail(translated("expected a {1}, found {2}", {what, describeToken(token)}), token,
+                      translated("expected {1}", {joinAlternatives(words)}));
   }
   const auto index = matchKeyword(token.text, words);
   if (index) return words[*index];
@@ -44,7 +45,8 @@ const CommandHandler& Dispatcher::find(const Command& command) const {
   for (const CommandHandler& handler : handlers_) {
     firstWords.push_back(split(handler.name).first);
   }
-  const std::string_view first = matchOrFail(command.tokens.front(), std::move(firstWords), "command");
+  const std::string_view first =
+      matchOrFail(command.tokens.front(), std::move(firstWords), translated("command"));
   std::vector<std::string_view> secondWords;
   for (const CommandHandler& handler : handlers_) {
     const Name name = split(handler.name);
@@ -53,7 +55,7 @@ const CommandHandler& Dispatcher::find(const Command& command) const {
     secondWords.push_back(name.second);
   }
   const std::string_view second =
-      matchOrFail(command.tokens[1], std::move(secondWords), std::string(first) + " command");
+      matchOrFail(command.tokens[1], std::move(secondWords), translated("{1} command", {first}));
   return *std::find_if(handlers_.begin(), handlers_.end(), [&](const CommandHandler& handler) {
     const Name name = split(handler.name);
     return name.first == first && name.second == second;

@@ -11,6 +11,7 @@
 
 #include "platform/part_file.h"
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
 #include "standalone/session/job_progress.h"
 #include "standalone/session/text_file.h"
@@ -107,9 +108,9 @@ std::string failureOf(const ClientMessage& ended) {
   }
   std::string sentence = readFailureSentence(platform::pathFromNarrow(ended.csvFilePath));
   if (!sentence.empty()) return sentence;
-  if (!code || *code == kNoResultFile) return "the analysis wrote no results";
+  if (!code || *code == kNoResultFile) return translated("the analysis wrote no results");
   const auto exitCode = static_cast<std::int32_t>(static_cast<std::uint32_t>(*code) - kExitCodeOffset);
-  return "the analysis ended with exit code " + std::to_string(exitCode);
+  return translated("the analysis ended with exit code {1}", {std::to_string(exitCode)});
 }
 
 void removeLeftovers(const std::filesystem::path& csv) {

@@ -1,6 +1,7 @@
 #include "standalone/session/module.h"
 
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 
 namespace genostat::standalone {
 
@@ -9,7 +10,7 @@ namespace {
 constexpr const char* kModuleName = "zorvwgnm";
 
 std::string describe(const std::filesystem::path& file) {
-  return "the module \"" + platform::pathToUtf8(file) + "\"";
+  return translated("the module {1}", {"\"" + platform::pathToUtf8(file) + "\""});
 }
 
 }  // namespace
@@ -17,7 +18,7 @@ std::string describe(const std::filesystem::path& file) {
 template <typename Function>
 Function Module::find(const char* symbol) const {
   void* address = library_->symbol(symbol);
-  if (address == nullptr) throw ModuleError(describe(file_) + " does not export " + symbol);
+  if (address == nullptr) throw ModuleError(translated("{1} does not export {2}", {describe(file_), symbol}));
   return reinterpret_cast<Function>(address);
 }
 
@@ -25,7 +26,7 @@ Module::Module(const std::filesystem::path& folder)
     : file_(folder / (std::string(kModuleName) + platform::kLibrarySuffix)) {
   std::string reason;
   library_ = platform::DynamicLibrary::open(file_, reason);
-  if (!library_) throw ModuleError("cannot load " + describe(file_) + ": " + reason);
+  if (!library_) throw ModuleError(translated("cannot load {1}: {2}", {describe(file_), reason}));
   entry_ = find<Entry>("GENOSTAT");
   getManager_ = find<GetManager>("getGenoManagerInstance");
   cancelJob_ = find<CancelJob>("cancelGenoJob");

@@ -8,6 +8,8 @@
 
 #include "platform/process.h"
 #include "platform/program.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -29,7 +31,8 @@ std::string whyNotWritable(const std::filesystem::path& folder) {
   std::error_code ignored;
   std::filesystem::remove(probe, ignored);
   if (written) return {};
-  return code != 0 ? std::generic_category().message(code) : "no file can be written";
+  return code != 0 ? translatedReason(std::generic_category().message(code))
+                   : translated("no file can be written");
 }
 
 }  // namespace
@@ -53,25 +56,27 @@ std::string missingRequirement(const HostFolders& folders) {
   const std::filesystem::path launcher =
       folders.installation / (std::string(kLauncherName) + platform::kLauncherSuffix);
   if (!std::filesystem::is_regular_file(launcher, ignored)) {
-    return "the analysis cannot be started: the launcher " + quoted(launcher) + " is missing";
+    return translated("the analysis cannot be started: the launcher {1} is missing", {quoted(launcher)});
   }
   constexpr auto kAnyoneExecutes = std::filesystem::perms::owner_exec | std::filesystem::perms::group_exec |
                                    std::filesystem::perms::others_exec;
   if ((std::filesystem::status(launcher, ignored).permissions() & kAnyoneExecutes) ==
       std::filesystem::perms::none) {
-    return "the analysis cannot be started: the launcher " + quoted(launcher) + " is not executable";
+    return translated("the analysis cannot be started: the launcher {1} is not executable",
+                      {quoted(launcher)});
   }
   if (std::filesystem::is_regular_file(folders.temporary, ignored)) {
-    return "the analysis cannot be started: the temporary folder " + quoted(folders.temporary) + " is a file";
+    return translated("the analysis cannot be started: the temporary folder {1} is a file",
+                      {quoted(folders.temporary)});
   }
   if (!std::filesystem::is_directory(folders.temporary, ignored)) {
-    return "the analysis cannot be started: the temporary folder " + quoted(folders.temporary) +
-           " does not exist";
+    return translated("the analysis cannot be started: the temporary folder {1} does not exist",
+                      {quoted(folders.temporary)});
   }
   const std::string reason = whyNotWritable(folders.temporary);
   if (reason.empty()) return {};
-  return "the analysis cannot be started: cannot write to the temporary folder " + quoted(folders.temporary) +
-         ": " + reason;
+  return translated("the analysis cannot be started: cannot write to the temporary folder {1}: {2}",
+                    {quoted(folders.temporary), reason});
 }
 
 }  // namespace genostat::standalone

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/installed_language.h"
 #include "standalone/session/job_metadata.h"
 #include "standalone/session/requirements.h"
@@ -107,9 +108,9 @@ void Session::execute(const Command& command) {
     if (!diagnostic.range) diagnostic.range = command.tokens.front().range;
     report(diagnostic);
   } catch (const std::bad_alloc&) {
-    report({{}, "there is not enough memory for this command", command.tokens.front().range, {}});
+    report({{}, translated("there is not enough memory for this command"), command.tokens.front().range, {}});
   } catch (const std::exception& error) {
-    report({{}, std::string("the command failed: ") + error.what(), command.tokens.front().range, {}});
+    report({{}, translated("the command failed: {1}", {error.what()}), command.tokens.front().range, {}});
   }
 }
 

@@ -26,8 +26,8 @@ constexpr auto kCommandPatience = 2s;
 constexpr auto kNoticePatience = 300ms;
 constexpr int kInterruptedStatus = 130;
 
-std::string jobLabel(const std::string& name) {
-  return "job '" + (name.empty() ? "(unnamed)" : printableText(name)) + "'";
+std::string shownJobName(const std::string& name) {
+  return name.empty() ? translated("(unnamed)") : printableText(name);
 }
 
 }  // namespace
@@ -38,7 +38,8 @@ void Session::showMessages() {
   }
   if (!eventsFailureShown_ && adapter_.eventsFailed()) {
     eventsFailureShown_ = true;
-    reportError("cannot write the event file \"" + platform::pathToUtf8(options_.eventsFile) + "\"");
+    reportError(translated("cannot write the event file {1}",
+                           {"\"" + platform::pathToUtf8(options_.eventsFile) + "\""}));
   }
 }
 
@@ -59,22 +60,22 @@ void Session::tellJobs() {
 }
 
 void Session::showJobEvent(const JobEvent& event) {
-  const std::string label = jobLabel(event.jobName);
+  const std::string name = shownJobName(event.jobName);
   switch (event.kind) {
     case JobEvent::Kind::Queued:
-      return view_.showNotice(label + " queued");
+      return view_.showNotice(translated("job '{1}' queued", {name}));
     case JobEvent::Kind::Running:
-      return view_.showNotice(label + " running");
+      return view_.showNotice(translated("job '{1}' running", {name}));
     case JobEvent::Kind::Ended:
-      return view_.showNotice(label + " finished");
+      return view_.showNotice(translated("job '{1}' finished", {name}));
     case JobEvent::Kind::Cancelled:
       cancelled_ = true;
-      return view_.showNotice(label + " cancelled");
+      return view_.showNotice(translated("job '{1}' cancelled", {name}));
     case JobEvent::Kind::Lost:
       return reportError(
-          label +
-          " could not be started: its launcher did not start, its command line is too long, or "
-          "the temporary folder is gone");
+          translated("job '{1}' could not be started: its launcher did not start, its command line is too "
+                     "long, or the temporary folder is gone",
+                     {name}));
   }
 }
 
@@ -82,7 +83,7 @@ void Session::onEnded(const ClientMessage& message) {
   if (message.failure.empty()) {
     showJobEvent({JobEvent::Kind::Ended, message.jobName});
   } else {
-    reportError(jobLabel(message.jobName) + " failed: " + message.failure);
+    reportError(translated("job '{1}' failed: {2}", {shownJobName(message.jobName), message.failure}));
   }
   ended_.push_back(message);
 }
@@ -138,8 +139,8 @@ bool Session::moduleHoldsJobs() const {
 }
 
 void Session::runEndSyntax(const ClientMessage& message) {
-  const auto syntax =
-      std::make_shared<const SourceText>(SourceText{"<" + jobLabel(message.jobName) + ">", message.syntax});
+  const auto syntax = std::make_shared<const SourceText>(
+      SourceText{"<job '" + shownJobName(message.jobName) + "'>", message.syntax});
   // A failed job has no results, and its file's name may be that of a later job.
   if (!message.failure.empty()) return runCommands(syntax);
   const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
@@ -176,8 +177,9 @@ void Session::copyResults(const ClientMessage& message, const std::filesystem::p
     std::filesystem::copy_file(csv, copy, std::filesystem::copy_options::overwrite_existing, error);
   }
   if (!error) return;
-  reportError("cannot copy the results of " + jobLabel(message.jobName) + " to \"" +
-              platform::pathToUtf8(copy) + "\": " + error.message());
+  reportError(translated("cannot copy the results of job '{1}' to {2}: {3}",
+                         {shownJobName(message.jobName), "\"" + platform::pathToUtf8(copy) + "\"",
+                          translatedReason(error.message())}));
 }
 
 void Session::asCommand(const std::function<void()>& work) {
@@ -196,7 +198,7 @@ void Session::interrupt() {
   if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterruptedStatus);
   // The program is about to end, by itself or on the first interrupt's thread.
   if (answer != CommandGate::Answer::First) return;
-  if (!adapter_.jobNames().empty()) view_.showNotice("interrupted: cancelling all jobs");
+  if (!adapter_.jobNames().empty()) view_.showNotice(translated("interrupted: cancelling all jobs"));
   cancelJobs();
   for (const std::string& file : adapter_.resultFiles()) {
     std::error_code ignored;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/text_file.h"
 
 namespace genostat::standalone {
@@ -15,7 +16,7 @@ namespace {
 
 Diagnostic warningAt(const SourcePtr& source, std::size_t begin, std::size_t end, std::size_t line) {
   return {Diagnostic::Severity::Warning,
-          "a line of a string table needs a tab between key and text; it is skipped",
+          translated("a line of a string table needs a tab between key and text; it is skipped"),
           SourceRange{source, begin, end, line},
           {}};
 }

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "platform/program.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
@@ -14,7 +16,7 @@ namespace genostat::standalone {
 namespace {
 
 std::string cannotRead(const std::string& name, const std::string& reason) {
-  return "cannot read \"" + name + "\": " + reason;
+  return translated("cannot read {1}: {2}", {"\"" + name + "\"", reason});
 }
 
 }  // namespace
@@ -23,13 +25,17 @@ TextFile readTextFile(const std::filesystem::path& file) {
   const std::string name = platform::pathToUtf8(file);
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
-  if (status.type() == std::filesystem::file_type::not_found) return {{}, cannotRead(name, "no such file")};
-  if (status.type() == std::filesystem::file_type::directory) return {{}, cannotRead(name, "it is a folder")};
+  if (status.type() == std::filesystem::file_type::not_found)
+    return {{}, cannotRead(name, translated("no such file"))};
+  if (status.type() == std::filesystem::file_type::directory)
+    return {{}, cannotRead(name, translated("it is a folder"))};
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
   if (!stream) {
     const int code = errno;
-    return {{}, cannotRead(name, code != 0 ? std::generic_category().message(code) : "it cannot be opened")};
+    return {{},
+            cannotRead(name, code != 0 ? translatedReason(std::generic_category().message(code))
+                                       : translated("it cannot be opened"))};
   }
   return readTextStream(stream, name);
 }
@@ -40,7 +46,7 @@ TextFile readTextStream(std::istream& stream, const std::string& name) {
   while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), stream.gcount() > 0) {
     file.text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
   }
-  if (stream.bad()) return {{}, cannotRead(name, "reading failed")};
+  if (stream.bad()) return {{}, cannotRead(name, translated("reading failed"))};
   if (file.text.starts_with(kByteOrderMark)) file.text.erase(0, kByteOrderMark.size());
   return file;
 }
