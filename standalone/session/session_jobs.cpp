@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/display_text.h"
 #include "standalone/session/session.h"
 
