@@ -20,14 +20,14 @@ TEST(ProgressLine, FitsItsTerminal) {
     std::string line;
   };
   const std::vector<Case> cases = {
-      {{1'000, 500, 1, 0, {{"a.fq"}}}, 0, 80, "50 %  0 MB/s  a.fq"},
-      {{2'000'000, 2'500'000, 1, 0, {{"a.fq"}}}, 0.5, 80, "100 %  5 MB/s  a.fq"},
-      {{0, 7'000'000, 1, 0, {{"stdin"}}}, 2, 80, "7 MB  4 MB/s  stdin"},
-      {{10, 0, 96, 3, {{"a"}, {"b\x1b[2J"}}}, 1, 80, "0 %  0 MB/s  3 of 96 files  a, b?[2J"},
-      {{10, 0, 1, 0, {{"abcdef"}}}, 1, 16, "0 %  0 MB/s  abc"},
+      {{1'000, 500, 0, 1, 0, {{"a.fq"}}}, 0, 80, "50 %  0 MB/s  a.fq"},
+      {{2'000'000, 2'500'000, 0, 1, 0, {{"a.fq"}}}, 0.5, 80, "100 %  5 MB/s  a.fq"},
+      {{0, 7'000'000, 0, 1, 0, {{"stdin"}}}, 2, 80, "7 MB  4 MB/s  stdin"},
+      {{10, 0, 0, 96, 3, {{"a"}, {"b\x1b[2J"}}}, 1, 80, "0 %  0 MB/s  3 of 96 files  a, b?[2J"},
+      {{10, 0, 0, 1, 0, {{"abcdef"}}}, 1, 16, "0 %  0 MB/s  abc"},
       // A wide character is not cut in half, nor does it reach over the edge.
-      {{10, 0, 1, 0, {{"\xC3\xA9\xE6\xA2\x9D\xE6\xA2\x9D"}}}, 1, 17, "0 %  0 MB/s  \xC3\xA9\xE6\xA2\x9D"},
-      {{10, 0, 1, 0, {{"a"}}}, 1, 0, ""},
+      {{10, 0, 0, 1, 0, {{"\xC3\xA9\xE6\xA2\x9D\xE6\xA2\x9D"}}}, 1, 17, "0 %  0 MB/s  \xC3\xA9\xE6\xA2\x9D"},
+      {{10, 0, 0, 1, 0, {{"a"}}}, 1, 0, ""},
   };
   for (const Case& one : cases) {
     EXPECT_EQ(progressLine(one.state, one.seconds, one.width), one.line);
