@@ -128,25 +128,46 @@ class Pairs {
   std::map<std::string, std::vector<std::size_t>> byKey_;
 };
 
-// Shows more of names that are equal, as long as that is so and there is more.
+// Whether samples differ in more than the number of their read.
+bool areDifferent(const std::vector<std::size_t>& members, const std::vector<SampleNameParts>& parts,
+                  const std::vector<std::string>& names) {
+  const auto fragments = [&](std::size_t i) {
+    return parts[i].read > 0 ? pairKey(names[i], parts[i].mark) : names[i];
+  };
+  return std::any_of(members.begin(), members.end(),
+                     [&](std::size_t i) { return fragments(i) != fragments(members.front()); });
+}
+
+// Shows more of names that are equal, as long as that is so and there is more. Samples whose short names are
+// the same show as much as each other.
 void tellApart(std::vector<CleanSample>& samples, const std::vector<SampleNameParts>& parts,
                const std::vector<std::string>& names) {
-  std::vector<Shown> shown(samples.size(), Shown::Name);
+  std::map<std::string, Shown> shown;  // by the short name
   for (bool changed = true; changed;) {
     changed = false;
     std::map<std::string, std::vector<std::size_t>> byName;
     for (std::size_t i = 0; i < samples.size(); ++i) {
       byName[samples[i].name].push_back(i);
     }
+    std::set<std::string> unclear;
     for (const auto& [name, members] : byName) {
-      const bool isPair = members.size() == 2 && samples[members[0]].partner == members[1];
-      if (members.size() == 1 || isPair) continue;
+      if (!areDifferent(members, parts, names)) continue;
       for (const std::size_t i : members) {
-        if (shown[i] == Shown::All) continue;
-        shown[i] = static_cast<Shown>(static_cast<int>(shown[i]) + 1);
-        samples[i].name = shownName(parts[i], names[i], shown[i]);
-        changed = true;
+        if (shown[parts[i].name] != Shown::All) unclear.insert(parts[i].name);
       }
+    }
+    for (const std::string& name : unclear) {
+      shown[name] = static_cast<Shown>(static_cast<int>(shown[name]) + 1);
+      changed = true;
+    }
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      if (!unclear.contains(parts[i].name)) continue;
+      const Shown part = shown[parts[i].name];
+      samples[i].name = shownName(parts[i], names[i], part);
+      if (part != Shown::All) continue;
+      // The whole name tells the read, and that of the other read is another one.
+      samples[i].read = 0;
+      samples[i].partner.reset();
     }
   }
 }

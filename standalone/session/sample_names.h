@@ -38,9 +38,9 @@ struct CleanSample {
 };
 
 // In the order of `names`. Different samples get different names unless `names` repeats one: where less would
-// make them equal, lane, number or the whole name stay. Endings without "_001" count as reads only where both
-// exist; those of one digit not where others continue them ("x_3"), and, if `reads` tells the number of reads
-// of each sample, not where the two differ in it.
+// make them equal, lane, number or the whole name stay, and a whole name has no read beside it. Endings
+// without "_001" count as reads only where both exist; those of one digit not where others continue them
+// ("x_3"), and, if `reads` tells the number of reads of each sample, not where the two differ in it.
 std::vector<CleanSample> cleanSampleNames(const std::vector<std::string>& names,
                                           const std::vector<std::uint64_t>& reads = {});
 
