@@ -40,7 +40,9 @@ void printLine(const char* kind, std::string line) {
   // A line break can only come from a name.
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  std::cerr << std::string("genostat-analysis: ") + kind + ": " + line + "\n" << std::flush;
+  // Below the cursor a host may show progress, which must not run into the line.
+  const char* const eraseBelow = platform::standardErrorTerminal().movesCursor ? "\x1B[J" : "";
+  std::cerr << eraseBelow + std::string("genostat-analysis: ") + kind + ": " + line + "\n" << std::flush;
 }
 
 // Runs a step that writes to `target`; a failure of it becomes one of the output.
@@ -139,12 +141,13 @@ ExitCode runGuarded(const std::function<void()>& job, const std::function<void(c
   }
 }
 
-void writeErrorDetails(const std::string& csvPath, const Failure& failure) {
+// False where that is impossible: where the result cannot be written, this file usually cannot either.
+bool writeErrorDetails(const std::string& csvPath, const Failure& failure) {
   try {
     writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure));
+    return true;
   } catch (const std::exception&) {
-    // Where the result cannot be written, this file usually cannot either; exit code and standard error
-    // remain.
+    return false;
   }
 }
 
@@ -241,8 +244,8 @@ ExitCode runRequest(std::string_view payload) {
         writeFastqcDataIfAsked(rows, samples);
       },
       [&](const Failure& failure) {
-        printFailure(failure);
-        if (csvPath) writeErrorDetails(*csvPath, failure);
+        // Whoever waits for the job tells what the file says; two voices would be one too many.
+        if (!csvPath || !writeErrorDetails(*csvPath, failure)) printFailure(failure);
       });
 }
 
