@@ -23,13 +23,14 @@ struct ShownColumn {
   std::string header;
   std::vector<std::string> cells;
   bool marks = false;
+  int width = 0;
 
-  int width() const {
-    int width = standalone::displayWidth(header);
+  // When all cells are there.
+  void measure() {
+    width = standalone::displayWidth(header);
     for (const std::string& cell : cells) {
       width = std::max(width, standalone::displayWidth(cell));
     }
-    return width;
   }
 };
 
@@ -76,6 +77,9 @@ std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool
       columns[i].cells.push_back(cells[i]);
     }
   }
+  for (ShownColumn& column : columns) {
+    column.measure();
+  }
   return columns;
 }
 
@@ -94,17 +98,17 @@ std::string emphasised(const std::string& text, const standalone::TextStyle& sty
 // The lines of one block: names and some of the columns.
 std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> columns,
                       const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
-  const int nameWidth = names.width();
+  const int nameWidth = names.width;
   std::string header = names.header + blanks(nameWidth - standalone::displayWidth(names.header));
   for (const ShownColumn& column : columns) {
-    header += blanks(kGap + column.width() - standalone::displayWidth(column.header)) + column.header;
+    header += blanks(kGap + column.width - standalone::displayWidth(column.header)) + column.header;
   }
   std::string text = emphasised(header, style) + '\n';
   for (std::size_t row = 0; row < samples.size(); ++row) {
     text += names.cells[row] + blanks(nameWidth - standalone::displayWidth(names.cells[row]));
     for (const ShownColumn& column : columns) {
       const std::string& cell = column.cells[row];
-      text += blanks(kGap + column.width() - standalone::displayWidth(cell));
+      text += blanks(kGap + column.width - standalone::displayWidth(cell));
       text += column.marks ? paintedMarks(samples[row], style) : cell;
     }
     text += '\n';
@@ -119,6 +123,7 @@ ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool uni
     const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
     names.cells.push_back(shortenedName(name, width - static_cast<int>(read.size()), unicode) + read);
   }
+  names.measure();
   return names;
 }
 
@@ -177,17 +182,17 @@ std::string renderQcTable(const std::vector<QcSample>& samples, const standalone
   const std::vector<ShownColumn> columns = valueColumns(samples, style.unicode);
   int all = 0;
   for (const ShownColumn& column : columns) {
-    all += kGap + column.width();
+    all += kGap + column.width;
   }
   const int room = style.width - all;
   const int nameWidth = room >= kLeastNameWidth ? room : std::max(kLeastNameWidth, style.width / 3);
   const ShownColumn names = nameColumn(samples, nameWidth, style.unicode);
   std::string text = "\n" + emphasised("Samples", style) + '\n';
   for (std::size_t begin = 0; begin < columns.size();) {
-    int used = names.width();
+    int used = names.width;
     std::size_t end = begin;
-    while (end < columns.size() && (end == begin || used + kGap + columns[end].width() <= style.width)) {
-      used += kGap + columns[end++].width();
+    while (end < columns.size() && (end == begin || used + kGap + columns[end].width <= style.width)) {
+      used += kGap + columns[end++].width;
     }
     if (begin > 0) text += '\n';
     text += drawBlock(names, std::span(columns).subspan(begin, end - begin), samples, style);
