@@ -1,6 +1,7 @@
 // How a host names the folder of the launcher to the module.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -10,5 +11,9 @@ namespace genostat::platform {
 // byte of it on as one character, which only ASCII survives. A folder of another name goes in front of the
 // process's search path instead, and the prefix is empty. Call it before other threads start.
 std::string launcherPrefix(const std::filesystem::path& folder);
+
+// How many characters of parameters the system hands to a launcher in this folder, and the launcher to an
+// analysis beside it.
+std::size_t longestParameters(const std::filesystem::path& folder);
 
 }  // namespace genostat::platform

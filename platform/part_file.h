@@ -34,6 +34,10 @@ class PartFile {
   std::intptr_t handle_ = -1;   // as the system knows it; -1 is none
 };
 
+// Makes sure that a file could be written in this folder or, when it is missing, where it would be made.
+// Throws as above.
+void tryFolder(const std::filesystem::path& folder);
+
 // Removes the part files in a folder whose writers are no longer alive. Does what it can and tells no
 // failure.
 void removeAbandonedParts(const std::filesystem::path& folder);

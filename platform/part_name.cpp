@@ -1,9 +1,13 @@
 #include "platform/part_name.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
+
+#include "platform/part_file.h"
 
 namespace genostat::platform {
 
@@ -20,7 +24,27 @@ bool isPartName(const std::filesystem::path& name) {
                      [](auto c) { return c >= '0' && c <= '9'; });
 }
 
+// The last folder on the way that is there.
+std::filesystem::path existingPlace(const std::filesystem::path& folder) {
+  std::error_code unknown;
+  std::filesystem::path place = folder;
+  while (!place.empty() && !std::filesystem::exists(place, unknown)) {
+    const std::filesystem::path parent = place.parent_path();
+    if (parent == place) break;
+    place = parent;
+  }
+  return place.empty() ? std::filesystem::path(".") : place;
+}
+
 }  // namespace
+
+void tryFolder(const std::filesystem::path& folder) {
+  const std::filesystem::path place = existingPlace(folder);
+  std::error_code unknown;
+  if (!std::filesystem::is_directory(place, unknown))
+    throw std::runtime_error(std::generic_category().message(ENOTDIR));
+  const PartFile trial(place);
+}
 
 std::string partName(unsigned number) {
   return std::to_string(number).append(kSuffix);

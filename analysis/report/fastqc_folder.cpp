@@ -1,7 +1,6 @@
 #include "analysis/report/fastqc_folder.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <iterator>
 #include <set>
@@ -46,18 +45,6 @@ std::string folderKey(std::string name) {
   throw Failure(ExitCode::OutputFailed, path, path + ": writing failed: " + reason);
 }
 
-// The last folder on the way that is there.
-fs::path existingFolder(const fs::path& folder) {
-  std::error_code unknown;
-  fs::path place = folder;
-  while (!place.empty() && !fs::exists(place, unknown)) {
-    const fs::path parent = place.parent_path();
-    if (parent == place) break;
-    place = parent;
-  }
-  return place.empty() ? fs::path(".") : place;
-}
-
 }  // namespace
 
 std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
@@ -84,11 +71,8 @@ std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
 }
 
 FastqcFolder::FastqcFolder(fs::path folder) : folder_(std::move(folder)) {
-  const fs::path place = existingFolder(folder_);
-  std::error_code unknown;
-  if (!fs::is_directory(place, unknown)) failAt(folder_, std::generic_category().message(ENOTDIR));
   try {
-    const platform::PartFile trial(place);
+    platform::tryFolder(folder_);
   } catch (const std::runtime_error& error) {
     failAt(folder_, error.what());
   }

@@ -9,4 +9,9 @@ std::string launcherPrefix(const std::filesystem::path& folder) {
   return pathToNarrow(folder / "");
 }
 
+std::size_t longestParameters(const std::filesystem::path& /*folder*/) {
+  // Of one argument, with its end; all of them together may be longer.
+  return 32 * 4096 - 1;
+}
+
 }  // namespace genostat::platform

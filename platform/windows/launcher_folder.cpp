@@ -31,4 +31,12 @@ std::string launcherPrefix(const std::filesystem::path& folder) {
   return {};
 }
 
+std::size_t longestParameters(const std::filesystem::path& folder) {
+  // Of a line in a command file. It also names the command interpreter, or the analysis, and a script.
+  constexpr std::size_t kLine = 8191;
+  constexpr std::size_t kOtherWords = 120;
+  const std::size_t paths = 2 * folder.native().size() + kOtherWords;
+  return kLine - std::min(kLine, paths);
+}
+
 }  // namespace genostat::platform

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -10,6 +9,7 @@
 #include "standalone/console/session_options.h"
 #include "standalone/output/display_text.h"
 #include "standalone/syntax/diagnostic.h"
+#include "standalone/syntax/keyword.h"
 
 namespace genostat::console {
 
@@ -43,7 +43,7 @@ const CLI::Validator& methodName() {
   static const CLI::Validator validator(
       [](std::string& value) {
         for (const std::string_view method : kMethods) {
-          if (value == method) return std::string();
+          if (standalone::equalsIgnoreCase(value, method)) return std::string();
         }
         return "expected enter, stepwise, backward or forward, found " + standalone::quoteForMessage(value);
       },
@@ -52,18 +52,29 @@ const CLI::Validator& methodName() {
 }
 
 // Not CLI11's, whose text is for programmers.
-CLI::Validator numberBetween(double least, double most, const std::string& what, bool whole = false) {
+template <typename Number>
+CLI::Validator numberBetween(Number least, Number most, const std::string& what) {
   return CLI::Validator(
       [=](std::string& value) {
-        double number = 0;
+        Number number = 0;
         const char* end = value.data() + value.size();
         const auto result = std::from_chars(value.data(), end, number);
-        if (result.ec == std::errc() && result.ptr == end && number >= least && number <= most &&
-            (!whole || number == std::trunc(number)))
+        if (result.ec == std::errc() && result.ptr == end && number >= least && number <= most)
           return std::string();
         return "expected " + what + ", found " + standalone::quoteForMessage(value);
       },
       "");
+}
+
+// "5, 95" is as good as "5,95".
+const CLI::Validator& withoutBlanks() {
+  static const CLI::Validator validator(
+      [](std::string& value) {
+        std::erase(value, ' ');
+        return std::string();
+      },
+      "");
+  return validator;
 }
 
 // The columns of the result in lines for the help.
@@ -108,14 +119,15 @@ void addAnalyses(CLI::App& qc, QcOptions& options) {
   qc.add_option("--ntiles", options.tiles, "cut points of this many equal groups")
       ->type_name("N")
       ->take_last()
-      ->check(numberBetween(2, 1000, "a whole number from 2 to 1000", true))
+      ->check(numberBetween(2, 1000, "a whole number from 2 to 1000"))
       ->needs(frequencies);
   qc.add_option("--percentiles", options.percentiles, "percentiles such as 5,95.5")
       ->type_name("LIST")
       ->delimiter(',')
       ->expected(1)
       ->take_all()
-      ->check(numberBetween(0, 100, "numbers from 0 to 100"))
+      ->transform(withoutBlanks())
+      ->check(numberBetween(0.0, 100.0, "numbers from 0 to 100"))
       ->needs(frequencies);
   flag("--quartiles", options.quartiles, "quartiles", frequencies);
   flag("--histogram", options.histogram, "histograms with the normal curve, in HTML", frequencies);

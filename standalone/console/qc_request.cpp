@@ -5,7 +5,9 @@
 #include <fstream>
 #include <system_error>
 
+#include "platform/launcher_folder.h"
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
 
@@ -26,11 +28,9 @@ bool namesFastqFile(const std::string& name) {
 }
 
 // The files that an analysis of this folder takes, in its order.
-std::vector<std::string> fastqFilesIn(const std::string& folder) {
+std::vector<std::string> fastqFilesIn(const fs::path& folder, std::error_code& error) {
   std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(platform::pathFromUtf8(folder), error), end; !error && entry != end;
-       entry.increment(error)) {
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     std::error_code ignored;
     std::string name = platform::pathToUtf8(entry->path().filename());
     if (namesFastqFile(name) && !entry->is_directory(ignored)) names.push_back(std::move(name));
@@ -40,7 +40,10 @@ std::vector<std::string> fastqFilesIn(const std::string& folder) {
 }
 
 // Empty when the file can be analysed, else why not.
-std::string faultOfFile(const fs::path& file) {
+std::string faultOfFile(const std::string& name) {
+  // No string of the command language can hold them.
+  if (name.find_first_of("\r\n") != std::string::npos) return "its name holds a line break";
+  const fs::path file = platform::pathFromUtf8(name);
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (!fs::exists(status)) return "no such file or folder";
@@ -50,38 +53,53 @@ std::string faultOfFile(const fs::path& file) {
   return !error && size == 0 ? "it is empty" : "";
 }
 
-// All that is wrong with the inputs at once, one line each.
-void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
-  std::string faults;
-  const auto addFault = [&faults](const std::string& input, const std::string& reason) {
-    if (!faults.empty()) faults += '\n';
-    faults += "error: cannot read " + standalone::quoteForMessage(input) + ": " + reason;
-  };
-  for (const std::string& input : inputs) {
-    const fs::path path = platform::pathFromUtf8(input);
-    // No string of the command language can hold them.
-    if (input.find_first_of("\r\n") != std::string::npos) {
-      addFault(input, "its name holds a line break");
-      continue;
-    }
+// Collects what is wrong with the inputs, one line each.
+class InputCheck {
+ public:
+  explicit InputCheck(QcRequest& request) : request_(request) {}
+
+  void addFile(const std::string& file) {
+    const std::string fault = faultOfFile(file);
+    if (!fault.empty()) addFault(file, fault);
+    request_.files.push_back(file);
+  }
+
+  void addFolder(const std::string& folder) {
     std::error_code error;
-    if (!fs::is_directory(path, error)) {
-      const std::string fault = faultOfFile(path);
-      if (!fault.empty()) addFault(input, fault);
-      request.files.push_back(input);
-      continue;
-    }
-    const std::vector<std::string> names = fastqFilesIn(input);
-    if (names.empty()) addFault(input, "no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
-    if (inputs.size() == 1) request.folder = input;
+    const std::vector<std::string> names = fastqFilesIn(platform::pathFromUtf8(folder), error);
+    if (error) return addFault(folder, error.message());
+    if (names.empty()) addFault(folder, "no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
     const bool ended =
-        input.ends_with('/') || input.ends_with(static_cast<char>(fs::path::preferred_separator));
+        folder.ends_with('/') || folder.ends_with(static_cast<char>(fs::path::preferred_separator));
     for (const std::string& name : names) {
-      if (name.find_first_of("\r\n") != std::string::npos) addFault(name, "its name holds a line break");
-      request.files.push_back(std::string(input).append(ended ? "" : "/").append(name));
+      addFile(std::string(folder).append(ended ? "" : "/").append(name));
     }
   }
-  if (!faults.empty()) throw QcRequestError(faults);
+
+  const std::string& faults() const { return faults_; }
+
+ private:
+  void addFault(const std::string& input, const std::string& reason) {
+    if (!faults_.empty()) faults_ += '\n';
+    faults_ += "error: cannot read " + standalone::quoteForMessage(input) + ": " + reason;
+  }
+
+  QcRequest& request_;
+  std::string faults_;
+};
+
+void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
+  InputCheck check(request);
+  for (const std::string& input : inputs) {
+    std::error_code error;
+    if (!fs::is_directory(platform::pathFromUtf8(input), error)) {
+      check.addFile(input);
+    } else {
+      if (inputs.size() == 1) request.folder = input;
+      check.addFolder(input);
+    }
+  }
+  if (!check.faults().empty()) throw QcRequestError(check.faults());
 }
 
 std::string adapterKeyword(const std::string& adapter) {
@@ -96,9 +114,52 @@ std::string adapterKeyword(const std::string& adapter) {
            standalone::quoteForMessage(adapter));
 }
 
+// An unquoted *.fastq behind such an option would otherwise cost the first of the reads.
+void checkOutputName(const char* option, const std::string& name) {
+  if (namesFastqFile(platform::pathToUtf8(platform::pathFromUtf8(name).filename())))
+    refuseQc(standalone::translated("{1}: {2} is named like reads, which it would replace",
+                                    {option, standalone::quoteForMessage(name)}));
+}
+
+// As text of JSON, in quotes.
+std::size_t jsonSize(const std::string& text) {
+  constexpr std::size_t kLongestEscape = 6;
+  std::size_t size = 2;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    size += byte < 0x20 ? kLongestEscape : c == '"' || c == '\\' ? 2 : 1;
+  }
+  return size;
+}
+
+// The module hands all names to the launcher as one argument, JSON in base64. Where that is too long, it
+// could only say that the job did not start.
+void checkLengthOfNames(const QcRequest& request, const RunOptions& session) {
+  // The result's path and the names of the members.
+  constexpr std::size_t kOtherMembers = 500;
+  std::size_t size = kOtherMembers + request.adapter.size();
+  for (const std::string& file : request.files) {
+    size += jsonSize(file) + 1;
+  }
+  const std::filesystem::path folder =
+      session.homeFolder.empty() ? platform::programFolder() : platform::pathFromUtf8(session.homeFolder);
+  if (size / 3 * 4 <= platform::longestParameters(folder)) return;
+  refuseQc(
+      standalone::translated("the names of {1} files are too long for one job; give it the folder they are "
+                             "in, or fewer of them",
+                             {std::to_string(request.files.size())}));
+}
+
 // The name stands in the syntax that the job sends back, in quotes and without.
 std::string checkedName(const std::string& name) {
   if (name.empty()) return "AUTO";
+  constexpr std::size_t kLongestJobName = 255;
+  if (name.size() > kLongestJobName)
+    refuseQc(standalone::translated("--name: a job's name has at most {1} bytes",
+                                    {std::to_string(kLongestJobName)}));
+  for (const std::string_view word : {"ALL", "LT", "WITH"}) {
+    if (name == word) refuseQc(standalone::translated("--name: {1} cannot be the name of a job", {name}));
+  }
   const bool fits = std::ranges::all_of(name, [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 0x20 && byte != 0x7F && std::string_view("'\"/*").find(c) == std::string_view::npos;
@@ -131,7 +192,12 @@ QcRequest checkQcOptions(const QcOptions& options) {
     request.dependent = std::move(formula.dependent);
     request.predictors = std::move(formula.predictors);
   }
+  checkOutputName("--csv", options.csvFile);
+  checkOutputName("--to", options.session.outputFile);
+  checkOutputName("--html", options.session.htmlFile);
+  checkOutputName("--events", options.session.eventsFile);
   checkInputs(options.inputs, request);
+  if (request.folder.empty()) checkLengthOfNames(request, options.session);
   return request;
 }
 

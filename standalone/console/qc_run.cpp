@@ -9,12 +9,15 @@
 #include <string>
 #include <utility>
 
+#include "platform/part_file.h"
 #include "platform/program.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/qc_command.h"
 #include "standalone/console/qc_request.h"
 #include "standalone/console/qc_view.h"
+#include "standalone/language/translation.h"
+#include "standalone/syntax/diagnostic.h"
 
 namespace genostat::console {
 
@@ -28,8 +31,9 @@ int refuseQcRun(const std::string& message, int status) {
 // No output may replace the reads or another output.
 void checkOutputNames(const QcRequest& request, const QcOptions& options,
                       const std::optional<OutputFile>& csv) {
-  const std::array<std::pair<const char*, const std::string*>, 3> outputs = {
+  const std::array<std::pair<const char*, const std::string*>, 4> outputs = {
       {{"--csv", &options.csvFile},
+       {"--events", &options.session.eventsFile},
        {"--to", &options.session.outputFile},
        {"--html", &options.session.htmlFile}}};
   for (const auto& [option, name] : outputs) {
@@ -45,12 +49,18 @@ void checkOutputNames(const QcRequest& request, const QcOptions& options,
   }
 }
 
-// Analyses inherit it.
+// Analyses inherit it. Throws std::runtime_error when they could write nothing there.
 void askForFastqcData(const std::string& folder) {
   if (folder.empty()) return;
   std::error_code error;
-  std::filesystem::path path = platform::pathFromUtf8(folder);
+  const std::filesystem::path path = platform::pathFromUtf8(folder);
   const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  try {
+    platform::tryFolder(path);
+  } catch (const std::runtime_error& reason) {
+    throw std::runtime_error(standalone::translated("cannot write into {1}: {2}",
+                                                    {standalone::quoteForMessage(folder), reason.what()}));
+  }
   platform::setEnvironmentPath("GENOSTAT_FASTQC_DATA", error ? path : absolute);
 }
 
@@ -69,13 +79,13 @@ int runQc(const QcOptions& options) {
     std::optional<OutputFile> csv;
     if (!options.csvFile.empty()) csv.emplace(options.csvFile);
     checkOutputNames(request, options, csv);
+    askForFastqcData(options.fastqcFolder);
     view = std::make_unique<QcView>(options.session, std::move(csv));
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {
     return refuseQcRun(std::string("error: ") + error.what(), kFailure);
   }
-  askForFastqcData(options.fastqcFolder);
   const auto text =
       std::make_shared<const standalone::SourceText>(standalone::SourceText{"<qc>", std::move(command)});
   return runText(options.session, text, std::move(view),

@@ -26,7 +26,6 @@ class QcConsole : public testing::Test {
   QcConsole() {
     fs::create_directory(at("temp"));
     write("good.fq", kQcReads);
-    write("empty.fq", "");
   }
 
   fs::path at(const std::string& name) const { return folder_.path() / platform::pathFromUtf8(name); }
@@ -78,7 +77,7 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
         "--ntiles",
         "10",
         "--percentiles",
-        "5,95.5",
+        "5, 95.5",
         "--quartiles",
         "--histogram",
         "--correlations",
@@ -89,7 +88,7 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
         "--regression",
         "qc_score~ GC+mean_phred_all_reads",
         "--method",
-        "backward",
+        "Backward",
         "--ci",
         "90",
         "--normal-plot"},
@@ -116,13 +115,28 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.status, 0);
   }
-  // Odd names reach the analysis and come back.
+  // Odd names reach the analysis and come back, and so does the reason of a failure, once.
   const ProgramResult shown = run({hostile + "/b.fastq", hostile + "/a'.FQ.GZ", "--name", "my run"});
   EXPECT_EQ(shown.err, "job 'my run' queued\njob 'my run' running\njob 'my run' finished\n");
   EXPECT_THAT(shown.out, testing::AllOf(HasSubstr("\na' "), HasSubstr("\nb ")));
+  write(hostile + "/c.fq", "@r1\nACGT\n");
+  const ProgramResult failed = run({hostile + "/c.fq", "--name", "my run"});
+  EXPECT_EQ(failed.err,
+            "job 'my run' queued\njob 'my run' running\nerror: job 'my run' failed: " + hostile +
+                "/c.fq: record 1, line 3: the file ends inside the record, before its '+' line\n");
+  EXPECT_EQ(failed.status, 1);
 }
 
 TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
+  write("reads.txt", kQcReads);
+  fs::create_directory(at("empties"));
+  write("empties/empty.fq", "");
+  // Many long names without a long command line.
+  fs::create_directory(at("long"));
+  for (int i = 0; i < 20; ++i) {
+    write("long/" + std::string(100, 'x') + std::to_string(i) + ".fq", kQcReads);
+  }
+  const Arguments manyFolders(70, "long");
   const std::string help = "\nTry \"genostat qc --help\".\n";
   const auto place = [](const std::string& option, int column, const std::string& text,
                         const std::string& message, const std::string& mark, const std::string& hint) {
@@ -134,10 +148,10 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
     Arguments arguments;
     std::string err;
   } rows[] = {
-      {{"missing.fq", "temp", "empty.fq"},
+      {{"missing.fq", "temp", "empties/"},
        "error: cannot read \"missing.fq\": no such file or folder\n"
        "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"
-       "error: cannot read \"empty.fq\": it is empty\n"},
+       "error: cannot read \"empties/empty.fq\": it is empty\n"},
       {{"--descriptives", "GC, qc_scor"},
        place("--descriptives", 5, "GC, qc_scor", "no column is called \"qc_scor\"", "^~~~~~~",
              "did you mean qc_score?")},
@@ -163,13 +177,20 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
        "\"it's\"\n"},
       {{"--correlations", "GC qc_score", "--no-pearson"},
        "error: --no-pearson leaves no coefficient; add --spearman or --kendall\n"},
-      {{"--csv", "good.fq"}, "error: --csv names a file of reads\n"},
+      {{"--name", std::string(256, 'x')}, "error: --name: a job's name has at most 255 bytes\n"},
+      {{"--name", "ALL"}, "error: --name: ALL cannot be the name of a job\n"},
+      {{"reads.txt", "--csv", "reads.txt"}, "error: --csv names a file of reads\n"},
+      {{"reads.txt", "--events", "reads.txt"}, "error: --events names a file of reads\n"},
+      {{"--html", "new.fq.GZ"}, "error: --html: \"new.fq.GZ\" is named like reads, which it would replace\n"},
+      {manyFolders,
+       "error: the names of 1401 files are too long for one job; give it the folder they are in, or fewer of "
+       "them\n"},
       {{"--csv", "a", "--html", "./a"}, "error: --csv and --html name the same file\n"},
       {{"--histogram"}, "error: --histogram requires --frequencies" + help},
       {{"--frequencies", "GC", "--percentiles", "5,105"},
        "error: --percentiles: expected numbers from 0 to 100, found \"105\"" + help},
-      {{"--frequencies", "GC", "--ntiles", "5.5"},
-       "error: --ntiles: expected a whole number from 2 to 1000, found \"5.5\"" + help},
+      {{"--frequencies", "GC", "--ntiles", "1e1"},
+       "error: --ntiles: expected a whole number from 2 to 1000, found \"1e1\"" + help},
       {{"--freqencies", "GC"}, "error: unknown option \"--freqencies\"; did you mean --frequencies?" + help},
   };
   for (const auto& row : rows) {
@@ -180,6 +201,9 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
     EXPECT_EQ(result.out, "") << row.err;
     EXPECT_EQ(result.status, 2) << row.err;
   }
+  const ProgramResult unwritable = run({"good.fq", "--fastqc-data", "good.fq/data"});
+  EXPECT_EQ(unwritable.err, "error: cannot write into \"good.fq/data\": Not a directory\n");
+  EXPECT_EQ(unwritable.status, 1);
   EXPECT_EQ(readWholeFile(at("good.fq")), kQcReads);
 }
 
