@@ -1,0 +1,199 @@
+#!/usr/bin/env python3
+"""What people see: sessions in a terminal, played and looked at through tmux.
+
+terminal_sessions.py BIN_DIR SOURCE_DIR [CASE...]; the status is 77 where there is no tmux.
+"""
+import concurrent.futures
+import pathlib
+import re
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import traceback
+
+sys.dont_write_bytecode = True  # the tree stays as it is
+
+from terminal import Terminal, framed, processes_naming
+
+BAR = "[█░]"
+CASES = []
+
+
+def case(function):
+    CASES.append(function)
+    return function
+
+
+def check(condition, what, screen=""):
+    if not condition:
+        raise AssertionError(what + ("\n" + framed(screen) if screen else ""))
+
+
+class Place:
+    """A folder with reads, the programs, and a launcher whose analysis goes on only when told."""
+
+    def __init__(self, folder, programs, source):
+        self.folder = folder
+        self.programs = programs
+        self.temporary = folder / "tmp"
+        self.held = folder / "held"
+        self.temporary.mkdir()
+        self.held.mkdir()
+        for name in ("control.fastq", "treated.fastq.gz"):
+            shutil.copy(source / "examples" / name, folder)
+        launcher = self.held / "statisticspython3.sh"
+        script = pathlib.Path(__file__).with_name("held_analysis.py")
+        launcher.write_text(
+            f"#!/bin/sh\nexport GENOSTAT_HELD='{self.held}'\n"
+            f"exec '{sys.executable}' '{script}' '{programs}/genostat-analysis' \"$@\"\n")
+        launcher.chmod(launcher.stat().st_mode | stat.S_IXUSR)
+
+    def terminal(self, columns=80, rows=24, **environment):
+        path = f"{self.programs}:/usr/bin:/bin"
+        return Terminal(self.folder, columns, rows, {"PATH": path, "TMPDIR": str(self.temporary), **environment})
+
+    def go_on(self):
+        (self.held / "go").touch()
+
+    def check_nothing_is_left(self):
+        files = sorted(str(path) for path in self.temporary.rglob("*"))
+        check(not files, f"left in the temporary folder: {files}")
+        check(not processes_naming(self.held), f"still running: {processes_naming(self.held)}")
+
+
+QC = "genostat qc control.fastq treated.fastq.gz"
+
+
+@case
+def progress_appears_and_is_gone(place):
+    with place.terminal() as terminal:
+        terminal.type(f'{QC} --home held; echo "[status $?]"')
+        screen = terminal.wait_for(r"0 of 2 samples +\d+ % .* left")
+        lines = screen.split("\n")
+        check(any(re.match(rf"  control +{BAR}+ +\d+ %", line) for line in lines), "a line of the sample", screen)
+        check(any(re.match(rf"  treated +{BAR}+ +\d+ %", line) for line in lines), "a line of the other", screen)
+        place.go_on()
+        check(terminal.wait_for_status() == 0, "the job succeeds")
+        everything = terminal.everything()
+        check(not re.search(rf"{BAR}| left|samples  ", everything), "nothing of it remains", everything)
+        check("job 'Genomic_analysis_job_1' finished" in everything, "notices stay", everything)
+        place.check_nothing_is_left()
+
+
+@case
+def progress_follows_the_width(place):
+    with place.terminal(columns=60) as terminal:
+        terminal.type(f'{QC} --home held; echo "[status $?]"')
+        for columns in (60, 100, 40, 72):
+            terminal.resize(columns, 24)
+            screen = terminal.wait_until(
+                lambda screen: len(re.findall(r"^Genomic\S* .*\d+ %", screen, re.MULTILINE)) == 1 and
+                len(re.findall(r"^  control .*\d+ %", screen, re.MULTILINE)) == 1 and
+                len(re.findall(r"^  treated .*\d+ %", screen, re.MULTILINE)) == 1,
+                f"one line of the job and of each sample in {columns} columns")
+            check(max(map(len, screen.split("\n"))) <= columns, "lines fit", screen)
+        place.go_on()
+        check(terminal.wait_for_status() == 0, "the job succeeds")
+        screen = terminal.everything()
+        check(not re.search(rf"{BAR}|\d %", screen.split("finished")[0]), "nothing of it remains", screen)
+
+
+@case
+def cancelled_in_the_middle(place):
+    with place.terminal() as terminal:
+        terminal.type(f'{QC} --home held --csv qc.csv --html qc.html; echo "[status $?]"')
+        terminal.wait_for(r"0 of 2 samples")
+        check(len(processes_naming(place.held)) > 0, "it runs")
+        terminal.keys("C-c")
+        check(terminal.wait_for_status() == 130, "the status of an interrupted program")
+        screen = terminal.everything()
+        check(not re.search(rf"{BAR}|of 2 samples", screen), "the progress is gone", screen)
+        check("cancelled" in screen, "it says so", screen)
+        place.check_nothing_is_left()
+        check(not list(place.folder.glob("qc.*")), "no output is left")
+
+
+@case
+def nothing_lively_without_a_terminal(place):
+    command = [f"{place.programs}/genostat", "qc", "control.fastq", "treated.fastq.gz", "--home", "held"]
+    job = subprocess.Popen(command, cwd=place.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                           env={"TMPDIR": str(place.temporary), "LC_ALL": "C.UTF-8", "TERM": "xterm"})
+    try:
+        while not list(place.temporary.rglob("*.progress")):
+            check(job.poll() is None, "the job runs")
+        place.go_on()
+        out, err = job.communicate(timeout=60)
+    finally:
+        job.kill()
+    check(err == "".join(f"job 'Genomic_analysis_job_1' {state}\n" for state in ("queued", "running", "finished")),
+          "notices only", err)
+    check("\x1b" not in out and "\r" not in out, "no escape sequences", out)
+
+
+@case
+def colours_only_where_they_are_wanted(place):
+    for environment, coloured in (({}, True), ({"NO_COLOR": "1"}, False), ({"TERM": "dumb"}, False)):
+        with place.terminal(**environment) as terminal:
+            terminal.run("clear; genostat qc treated.fastq.gz --adapter illumina")
+            screen = terminal.screen(escapes=True)
+            check(("\x1b[3" in screen) == coloured, f"colours with {environment}", screen)
+
+
+@case
+def lines_fit_sixty_columns(place):
+    with place.terminal(columns=60, rows=200) as terminal:
+        for command in (f"{QC} --adapter illumina --descriptives GC,qc_score --no-such-option", "genostat qc --help",
+                        f"{QC} --adapter illumina --descriptives GC,qc_score", "genostat run --help",
+                        "genostat-analysis qc --help", "genostat --help"):
+            terminal.type("clear")
+            terminal.run(command)
+            # All but the command itself, which is longer.
+            whole, seen = ([line.rstrip() for line in text.split("\n")]
+                           for text in (terminal.everything(), terminal.screen()))
+            check(whole[1:] == seen[1 - len(whole):], "the terminal breaks none of the lines of " + command, terminal.screen())
+
+
+@case
+def analyser_tells_its_progress(place):
+    with place.terminal(columns=50) as terminal:
+        terminal.type("(cat control.fastq; while [ ! -e held/go ]; do sleep 0.1; done; cat control.fastq) | "
+                      'genostat-analysis qc --csv qc.csv -; echo "[status $?]"')
+        terminal.wait_for(r"MB/s +stdin")
+        place.go_on()
+        check(terminal.wait_for_status() == 0, "it succeeds")
+        screen = terminal.everything()
+        check(not re.search(r"MB/s +stdin", screen), "the line is gone", screen)
+        check("stdin,NONE,500," in (place.folder / "qc.csv").read_text(), "the table")
+
+
+def play(function, programs, source):
+    with tempfile.TemporaryDirectory(prefix="genostat-") as name:
+        try:
+            function(Place(pathlib.Path(name), programs, source))
+            return None
+        except Exception as error:
+            return "".join(traceback.format_exception(error))
+
+
+def main():
+    if not shutil.which("tmux"):
+        print("skipped: there is no tmux; scripts/setup test installs it")
+        return 77
+    programs, source = (pathlib.Path(path).resolve() for path in sys.argv[1:3])
+    chosen = [function for function in CASES if not sys.argv[3:] or function.__name__ in sys.argv[3:]]
+    failed = 0
+    # They mostly wait.
+    with concurrent.futures.ThreadPoolExecutor(4) as pool:
+        results = {pool.submit(play, function, programs, source): function.__name__ for function in chosen}
+        for result in concurrent.futures.as_completed(results):
+            problem = result.result()
+            failed += problem is not None
+            print(f"{'FAILED' if problem else 'ok'}  {results[result]}" + (f"\n{problem}" if problem else ""), flush=True)
+    print(f"{len(chosen) - failed} of {len(chosen)} sessions went well")
+    return 1 if failed or not chosen else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
