@@ -6,6 +6,7 @@
 
 #include "platform/memory.h"
 #include "standalone/data/short_number.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {
@@ -140,15 +141,18 @@ Column ColumnLoader::take(bool numeric) {
 std::string ColumnLoader::note(bool numeric) const {
   const Loss& loss = numeric ? notNumbers_ : cut_;
   if (loss.count == 0) return {};
-  const std::string first = (loss.count == 1 ? ": " : "; the first is ") + quoteForMessage(loss.value) +
-                            " in line " + std::to_string(loss.line);
-  const std::string values = loss.count == 1 ? "1 value of " : std::to_string(loss.count) + " values of ";
-  const bool one = loss.count == 1;
-  if (numeric)
-    return values + column_.name +
-           (one ? " is not a number and became missing" : " are not numbers and became missing") + first;
-  return values + column_.name + (one ? " is" : " are") + " longer than " + std::to_string(longestText_) +
-         " bytes and " + (one ? "was" : "were") + " cut" + first;
+  const std::string first = quoteForMessage(loss.value);
+  const std::string line = std::to_string(loss.line);
+  if (numeric) {
+    return translatedCount(
+        loss.count, "{1} value of {2} is not a number and became missing: {3} in line {4}",
+        "{1} values of {2} are not numbers and became missing; the first is {3} in line {4}",
+        {column_.name, first, line});
+  }
+  return translatedCount(
+      loss.count, "{1} value of {2} is longer than {5} bytes and was cut: {3} in line {4}",
+      "{1} values of {2} are longer than {5} bytes and were cut; the first is {3} in line {4}",
+      {column_.name, first, line, std::to_string(longestText_)});
 }
 
 }  // namespace genostat::standalone

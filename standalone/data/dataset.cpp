@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
 
@@ -24,7 +25,7 @@ Dataset& DatasetStore::add(Dataset dataset) {
 
 void DatasetStore::nameActive(const std::string& name) {
   if (active_ == nullptr)
-    throw CommandError("no dataset is active that could be named " + quoteForMessage(name));
+    throw CommandError(translated("no dataset is active that could be named {1}", {quoteForMessage(name)}));
   std::erase_if(datasets_, [&](const std::unique_ptr<Dataset>& other) {
     return other.get() != active_ && equalsIgnoreCase(other->name, name);
   });
@@ -59,9 +60,10 @@ Dataset& DatasetStore::named(std::string_view name) const {
     if (equalsIgnoreCase(dataset->name, name)) return *dataset;
     names.push_back(dataset->name);
   }
-  const std::string hint =
-      names.empty() ? "no dataset has a name" : explainKeyword(name, names, "dataset").hint;
-  throw CommandError(Diagnostic{{}, "no open dataset is named " + quoteForMessage(name), {}, hint});
+  const std::string hint = names.empty() ? translated("no dataset has a name")
+                                         : explainKeyword(name, names, translated("dataset")).hint;
+  throw CommandError(
+      Diagnostic{{}, translated("no open dataset is named {1}", {quoteForMessage(name)}), {}, hint});
 }
 
 void DatasetStore::remove(const Dataset* dataset) {

@@ -4,6 +4,7 @@
 // a bounded number of times, and only records longer than a chunk cost memory.
 
 #include "standalone/data/record_reader.h"
+#include "standalone/language/translation.h"
 
 #include <algorithm>
 #include <cstring>
@@ -35,8 +36,8 @@ const char* fieldEnd(const char* begin, const char* stop) {
   return *stop == '\n' && stop > begin && stop[-1] == '\r' ? stop - 1 : stop;
 }
 
-std::string inLine(std::size_t line) {
-  return "line " + std::to_string(line) + ": ";
+ImportError faultIn(std::size_t line, const std::string& fault) {
+  return ImportError(translated("line {1}: {2}", {std::to_string(line), fault}));
 }
 
 }  // namespace
@@ -128,7 +129,7 @@ const char* RecordReader::scanQuotedField(const char* qualifier) {
     quote = static_cast<const char*>(
         std::memchr(position, *qualifier_, static_cast<std::size_t>(textEnd - position)));
     if (quote == nullptr) {
-      if (atEnd_) throw ImportError(inLine(line_ + lineFeedsInQuotes_) + "a quoted value is not closed");
+      if (atEnd_) throw faultIn(line_ + lineFeedsInQuotes_, translated("a quoted value is not closed"));
       return nullptr;
     }
     if (quote + 1 == textEnd || quote[1] != *qualifier_) break;
@@ -154,7 +155,7 @@ bool RecordReader::readMore() {
   if (atEnd_) return false;
   const std::size_t kept = size_ - position_;
   if (kept >= kLongestRecord)
-    throw ImportError(inLine(line_) + "a line or a quoted value is longer than 64 MiB");
+    throw faultIn(line_, translated("a line or a quoted value is longer than 64 MiB"));
   if (kept > 0) std::memmove(buffer_.data(), buffer_.data() + position_, kept);
   discarded_ += position_;
   position_ = 0;
@@ -164,7 +165,7 @@ bool RecordReader::readMore() {
   const auto count = static_cast<std::size_t>(input_.gcount());
   size_ = kept + count;
   std::fill_n(buffer_.begin() + static_cast<std::ptrdiff_t>(size_), kPadding, '\n');
-  if (input_.bad() || (count == 0 && !input_.eof())) throw ImportError(inLine(line_) + "reading failed");
+  if (input_.bad() || (count == 0 && !input_.eof())) throw faultIn(line_, translated("reading failed"));
   atEnd_ = input_.eof();
   stops_.seek(buffer_.data());
   return count > 0;
@@ -177,7 +178,7 @@ void RecordReader::checkByteOrderMark() {
     stops_.skipTo(buffer_.data() + position_);
   }
   if (begin.starts_with("\xFF\xFE") || begin.starts_with("\xFE\xFF")) {
-    throw ImportError("line 1: the text is UTF-16, not UTF-8");
+    throw faultIn(1, translated("the text is UTF-16, not UTF-8"));
   }
 }
 

@@ -7,6 +7,9 @@
 #include <system_error>
 #include <utility>
 
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
+
 namespace genostat::standalone {
 
 namespace {
@@ -23,25 +26,26 @@ struct RaggedLines {
     firstValues = values;
   }
 
-  std::string warning(std::size_t columns, const char* consequence) const {
-    const std::string values = std::to_string(firstValues) + (firstValues == 1 ? " value" : " values");
-    std::string text = "line " + std::to_string(firstLine) + " has " + values + " for " +
-                       std::to_string(columns) + (columns == 1 ? " variable; " : " variables; ") +
-                       consequence;
-    if (count > 1) text += " (" + std::to_string(count) + " such lines)";
-    return text;
+  std::string warning(std::size_t columns, const std::string& consequence) const {
+    const std::string text =
+        translated("line {1} has {2} for {3}; {4}",
+                   {std::to_string(firstLine), translatedCount(firstValues, "{1} value", "{1} values"),
+                    translatedCount(columns, "{1} variable", "{1} variables"), consequence});
+    if (count == 1) return text;
+    return translated("{1} ({2} such lines)", {text, std::to_string(count)});
   }
 };
 
 std::ifstream openFile(const std::filesystem::path& file) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(file, ignored)) throw ImportError("it is a folder");
+  if (std::filesystem::is_directory(file, ignored)) throw ImportError(translated("it is a folder"));
   errno = 0;
   std::ifstream input(file, std::ios::binary);
   if (!input) {
     const int code = errno;
-    throw ImportError("it cannot be opened" +
-                      (code != 0 ? ": " + std::generic_category().message(code) : std::string()));
+    if (code == 0) throw ImportError(translated("it cannot be opened"));
+    throw ImportError(
+        translated("it cannot be opened: {1}", {translatedReason(std::generic_category().message(code))}));
   }
   return input;
 }
@@ -75,9 +79,11 @@ class ImportPass {
   std::size_t caseCount() const { return caseCount_; }
 
   void appendWarnings(std::vector<std::string>& warnings) const {
-    if (caseCount_ == 0) warnings.emplace_back("it holds no cases");
-    if (short_.count > 0) warnings.push_back(short_.warning(columnCount_, "the others are missing"));
-    if (long_.count > 0) warnings.push_back(long_.warning(columnCount_, "the values beyond are left out"));
+    if (caseCount_ == 0) warnings.push_back(translated("it holds no cases"));
+    if (short_.count > 0)
+      warnings.push_back(short_.warning(columnCount_, translated("the others are missing")));
+    if (long_.count > 0)
+      warnings.push_back(long_.warning(columnCount_, translated("the values beyond are left out")));
   }
 
  private:
@@ -147,9 +153,10 @@ void reload(const ImportRequest& request, std::size_t caseCount,
   // Opening a pipe again would wait for ever.
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(request.file, ignored))
-    throw ImportError("a variable of texts and numbers is read twice, which takes a regular file");
+    throw ImportError(
+        translated("a variable of texts and numbers is read twice, which takes a regular file"));
   const ImportPass pass(request, pointersTo(again));
-  if (pass.caseCount() != caseCount) throw ImportError("it was changed while it was read");
+  if (pass.caseCount() != caseCount) throw ImportError(translated("it was changed while it was read"));
   for (std::size_t i = 0; i < loaders.size(); ++i) {
     if (again[i]) loaders[i] = std::move(again[i]);
   }
@@ -164,7 +171,7 @@ ImportResult importText(const ImportRequest& request) {
   }
   ImportResult result;
   const ImportPass pass(request, pointersTo(loaders));
-  if (pass.fileIsEmpty()) throw ImportError("it is empty");
+  if (pass.fileIsEmpty()) throw ImportError(translated("it is empty"));
   pass.appendWarnings(result.warnings);
   reload(request, pass.caseCount(), loaders);
 

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "standalone/language/translation.h"
+
 namespace genostat::standalone {
 
 namespace {
@@ -44,14 +46,14 @@ std::optional<Chart> correlationChart(const CorrelationList& list, Deletion dele
   std::vector<std::size_t> cases = casesToDraw(list, drawn, deletion);
   if (cases.empty()) return std::nullopt;
   Chart chart;
-  chart.title = "Scatter-plot matrix";
+  chart.title = translated("Scatter-plot matrix");
   if (drawn < list.variables.size()) {
-    chart.notes.push_back("Drawn are the first " + std::to_string(drawn) + " of " +
-                          std::to_string(list.variables.size()) + " variables.");
+    chart.notes.push_back(translated("Drawn are the first {1} of {2} variables.",
+                                     {std::to_string(drawn), std::to_string(list.variables.size())}));
   }
   if (cases.size() > kMostCases) {
-    chart.notes.push_back("Drawn are " + std::to_string(kMostCases) + " of " + std::to_string(cases.size()) +
-                          " cases, evenly chosen.");
+    chart.notes.push_back(translated("Drawn are {1} of {2} cases, evenly chosen.",
+                                     {std::to_string(kMostCases), std::to_string(cases.size())}));
     cases = chooseEvenly(cases);
   }
   ScatterMatrix matrix;

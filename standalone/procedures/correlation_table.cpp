@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "standalone/language/translation.h"
+
 namespace genostat::standalone {
 
 namespace {
@@ -13,11 +15,11 @@ std::string obstacleNote(Correlation::Obstacle obstacle) {
     case Correlation::Obstacle::None:
       break;
     case Correlation::Obstacle::TooFewCases:
-      return "Cannot be computed because fewer than two cases are valid.";
+      return translated("Cannot be computed because fewer than two cases are valid.");
     case Correlation::Obstacle::Constant:
-      return "Cannot be computed because at least one of the variables is constant.";
+      return translated("Cannot be computed because at least one of the variables is constant.");
     case Correlation::Obstacle::BeyondRange:
-      return "Cannot be computed because a value is infinite.";
+      return translated("Cannot be computed because a value is infinite.");
   }
   return {};
 }
@@ -31,10 +33,6 @@ CellValue blankWithMark(std::string mark) {
 
 CellValue productCell(const std::optional<double>& product) {
   return product ? numberCell(*product, 3) : CellValue{};
-}
-
-std::string tailLabel(bool twoTailed) {
-  return twoTailed ? "(2-tailed)" : "(1-tailed)";
 }
 
 std::string letterMark(std::size_t index) {
@@ -54,7 +52,7 @@ CorrelationTable::CorrelationTable(std::string title, const CorrelationList& lis
 
 void CorrelationTable::add(const Kind& kind, const CorrelationMatrix& matrix) {
   if (deletion_ == Deletion::Listwise && table_.footnotes.empty()) {
-    table_.footnotes.push_back("Listwise N = " + std::to_string(matrix.at(0, 0).caseCount));
+    table_.footnotes.push_back(translated("Listwise N = {1}", {std::to_string(matrix.at(0, 0).caseCount)}));
   }
   const std::vector<Row> rows = rowsFor(kind);
   std::vector<Category> variables;
@@ -85,16 +83,16 @@ std::vector<CorrelationTable::Row> CorrelationTable::rowsFor(const Kind& kind) {
        }}};
   for (const bool twoTailed : {true, false}) {
     if (twoTailed ? !print_.showsTwoTailed() : !print_.oneTailed) continue;
-    rows.push_back(
-        {"Sig. " + tailLabel(twoTailed), [this, twoTailed](const Correlation& correlation, bool self) {
-           return significanceCell(correlation, twoTailed, self);
-         }});
+    rows.push_back({translated(twoTailed ? "Sig. (2-tailed)" : "Sig. (1-tailed)"),
+                    [this, twoTailed](const Correlation& correlation, bool self) {
+                      return significanceCell(correlation, twoTailed, self);
+                    }});
   }
   if (kind.products) {
-    rows.push_back({"Sum of Squares and Cross-products", [](const Correlation& correlation, bool) {
-                      return productCell(correlation.crossProduct);
-                    }});
-    rows.push_back({"Covariance", [](const Correlation& correlation, bool) {
+    rows.push_back(
+        {translated("Sum of Squares and Cross-products"),
+         [](const Correlation& correlation, bool) { return productCell(correlation.crossProduct); }});
+    rows.push_back({translated("Covariance"), [](const Correlation& correlation, bool) {
                       return productCell(correlation.covariance);
                     }});
   }
@@ -119,7 +117,8 @@ CellValue CorrelationTable::significanceCell(const Correlation& correlation, boo
   const std::optional<double> significance = twoTailed ? correlation.twoTailed() : correlation.oneTailed;
   if (significance) return fractionCell(*significance);
   if (self || !correlation.coefficient) return {};
-  return blankWithMark(footnote("Cannot be computed because two cases leave no degrees of freedom."));
+  return blankWithMark(
+      footnote(translated("Cannot be computed because two cases leave no degrees of freedom.")));
 }
 
 std::string CorrelationTable::flagFor(const Correlation& correlation) {
@@ -139,12 +138,16 @@ std::string CorrelationTable::footnote(const std::string& text) {
 }
 
 PivotTable CorrelationTable::finish() {
-  const std::string tail = tailLabel(print_.showsTwoTailed());
+  const bool twoTailed = print_.showsTwoTailed();
   if (usedTwoStars_) {
-    table_.footnotes.push_back("**. Correlation is significant at the 0.01 level " + tail + ".");
+    table_.footnotes.push_back(
+        "**. " + translated(twoTailed ? "Correlation is significant at the 0.01 level (2-tailed)."
+                                      : "Correlation is significant at the 0.01 level (1-tailed)."));
   }
   if (usedOneStar_) {
-    table_.footnotes.push_back("*. Correlation is significant at the 0.05 level " + tail + ".");
+    table_.footnotes.push_back(
+        "*. " + translated(twoTailed ? "Correlation is significant at the 0.05 level (2-tailed)."
+                                     : "Correlation is significant at the 0.05 level (1-tailed)."));
   }
   for (std::size_t i = 0; i < notes_.size(); ++i) {
     table_.footnotes.push_back(letterMark(i) + ". " + notes_[i]);

@@ -12,6 +12,7 @@
 #include <array>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/complete_cases.h"
@@ -40,7 +41,7 @@ void parsePearsonStatistics(TokenCursor& cursor, PearsonRequest& request) {
   enum : std::size_t { Descriptives, Products };
   static constexpr std::array<std::string_view, 3> kPearsonStatistics = {"DESCRIPTIVES", "XPROD", "ALL"};
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kPearsonStatistics, "statistic");
+    const std::size_t keyword = cursor.expectKeyword(kPearsonStatistics, translated("statistic"));
     if (keyword != Products) request.descriptives = true;
     if (keyword != Descriptives) request.products = true;
   }
@@ -77,14 +78,14 @@ PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& datas
         break;
     }
   }
-  if (request.lists.empty()) TokenCursor::fail("CORRELATIONS names no variable", name);
+  if (request.lists.empty()) TokenCursor::fail(translated("{1} names no variable", {"CORRELATIONS"}), name);
   return request;
 }
 
 PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
   PivotTable table;
-  table.title = "Descriptive Statistics";
-  table.columns = {{"Mean", {}}, {"Std. Deviation", {}}, {"N", {}}};
+  table.title = translated("Descriptive Statistics");
+  table.columns = {{translated("Mean"), {}}, {translated("Std. Deviation"), {}}, {"N", {}}};
   const bool listwise = deletion == Deletion::Listwise;
   const std::vector<bool> complete =
       listwise ? completeCases(list.variables, list.variables.front()->numbers.size()) : std::vector<bool>();
@@ -107,8 +108,9 @@ void runCorrelations(CommandContext& context) {
   const PearsonRequest request = parsePearsonRequest(context, dataset);
   for (const CorrelationList& list : request.lists) {
     if (request.descriptives) context.output.addTable(kProcedure, momentsTable(list, request.deletion));
-    CorrelationTable table("Correlations", list, request.print, request.deletion);
-    table.add({"", "Pearson Correlation", request.products}, pearsonMatrix(list.values(), request.deletion));
+    CorrelationTable table(translated("Correlations"), list, request.print, request.deletion);
+    table.add({"", translated("Pearson Correlation"), request.products},
+              pearsonMatrix(list.values(), request.deletion));
     context.output.addTable(kProcedure, table.finish());
     if (const auto chart = correlationChart(list, request.deletion)) {
       context.output.addChart(kProcedure, *chart);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "standalone/data/dataset.h"
+#include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
@@ -60,7 +61,7 @@ void runDatasetName(CommandContext& context) {
   const GivenName name = readNameOf(context.command);
   if (name.text.empty()) {
     context.warn({Diagnostic::Severity::Warning,
-                  "DATASET NAME gives no name; the dataset stays without one",
+                  translated("{1} gives no name; the dataset stays without one", {"DATASET NAME"}),
                   name.range,
                   {}});
     return;
@@ -79,11 +80,16 @@ void runDatasetClose(CommandContext& context) {
   const GivenName name = readNameOf(context.command);
   if (name.text.empty()) {
     throw CommandError(Diagnostic{
-        {}, "expected the name of a dataset, ALL or *, found the end of the command", name.range, {}});
+        {},
+        translated("expected {1}, found {2}",
+                   {translated("the name of a dataset, ALL or *"), translated("the end of the command")}),
+        name.range,
+        {}});
   }
   if (name.text == "*") {
     const Dataset* active = context.datasets.active();
-    if (active == nullptr) throw CommandError(Diagnostic{{}, "no dataset is active", name.range, {}});
+    if (active == nullptr)
+      throw CommandError(Diagnostic{{}, translated("no dataset is active"), name.range, {}});
     if (active->name.empty()) return context.datasets.deactivate();
     return context.datasets.close(active->name);
   }
@@ -96,7 +102,7 @@ void runCacheOrExecute(CommandContext& context) {
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
   cursor.expectEnd();
-  if (context.datasets.active() == nullptr) TokenCursor::fail("no dataset is active", name);
+  if (context.datasets.active() == nullptr) TokenCursor::fail(translated("no dataset is active"), name);
 }
 
 }  // namespace genostat::standalone

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/complete_cases.h"
@@ -62,7 +63,7 @@ struct Request {
 Statistics parseStatistics(TokenCursor& cursor) {
   Statistics statistics;
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kDescriptivesWords, "statistic");
+    const std::size_t keyword = cursor.expectKeyword(kDescriptivesWords, translated("statistic"));
     if (keyword == kAllKeyword) {
       statistics.set();
     } else if (keyword == kDefaultKeyword) {
@@ -86,7 +87,8 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
     request.variables = parseNumericVariables(context, dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
     if (*subcommand == VariablesSubcommand) {
-      if (!request.variables.empty()) TokenCursor::fail("the variables are listed twice", cursor.peek());
+      if (!request.variables.empty())
+        TokenCursor::fail(translated("the variables are listed twice"), cursor.peek());
       request.variables = parseNumericVariables(context, dataset, cursor);
     } else if (*subcommand == StatisticsSubcommand) {
       request.statistics = parseStatistics(cursor);
@@ -94,7 +96,8 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
       request.listwise = cursor.expectKeyword(kMissing) == 1;
     }
   }
-  if (request.variables.empty()) TokenCursor::fail("DESCRIPTIVES names no variable", name);
+  if (request.variables.empty())
+    TokenCursor::fail(translated("{1} names no variable", {"DESCRIPTIVES"}), name);
   return request;
 }
 
@@ -134,16 +137,16 @@ struct Shown {
 };
 
 constexpr std::array<Shown, StatisticCount> kShown = {{
-    {"Range", &Moments::range, nullptr, 0, true},
-    {"Minimum", &Moments::minimum, nullptr, 0, true},
-    {"Maximum", &Moments::maximum, nullptr, 0, true},
-    {"Sum", &Moments::sum, nullptr, 0, true},
-    {"Mean", &Moments::mean, nullptr, 2, true},
-    {"Std. Error of Mean", &Moments::meanError, nullptr, 3, true},
-    {"Std. Deviation", &Moments::standardDeviation, nullptr, 3, true},
-    {"Variance", &Moments::variance, nullptr, 3, true},
-    {"Skewness", &Moments::skewness, &Moments::skewnessError, 3, false},
-    {"Kurtosis", &Moments::kurtosis, &Moments::kurtosisError, 3, false},
+    {marked("Range"), &Moments::range, nullptr, 0, true},
+    {marked("Minimum"), &Moments::minimum, nullptr, 0, true},
+    {marked("Maximum"), &Moments::maximum, nullptr, 0, true},
+    {marked("Sum"), &Moments::sum, nullptr, 0, true},
+    {marked("Mean"), &Moments::mean, nullptr, 2, true},
+    {marked("Std. Error of Mean"), &Moments::meanError, nullptr, 3, true},
+    {marked("Std. Deviation"), &Moments::standardDeviation, nullptr, 3, true},
+    {marked("Variance"), &Moments::variance, nullptr, 3, true},
+    {marked("Skewness"), &Moments::skewness, &Moments::skewnessError, 3, false},
+    {marked("Kurtosis"), &Moments::kurtosis, &Moments::kurtosisError, 3, false},
 }};
 
 CellValue toCell(const Shown& shown, const Column& column, const std::optional<double>& value) {
@@ -155,15 +158,16 @@ std::vector<Category> columnLabels(const Statistics& statistics) {
   std::vector<Category> labels = {{"N", {}}};
   for (std::size_t i = 0; i < StatisticCount; ++i) {
     if (!statistics.test(i)) continue;
-    labels.push_back({std::string(kShown[i].label), {}});
-    if (kShown[i].error != nullptr) labels.back().children = {{"Statistic", {}}, {"Std. Error", {}}};
+    labels.push_back({translated(kShown[i].label), {}});
+    if (kShown[i].error != nullptr)
+      labels.back().children = {{translated("Statistic"), {}}, {translated("Std. Error"), {}}};
   }
   return labels;
 }
 
 PivotTable buildTable(const Request& request, const Descriptions& results) {
   PivotTable table;
-  table.title = "Descriptive Statistics";
+  table.title = translated("Descriptive Statistics");
   table.columns = columnLabels(request.statistics);
   for (std::size_t variable = 0; variable < request.variables.size(); ++variable) {
     const Column& column = *request.variables[variable];
@@ -178,7 +182,7 @@ PivotTable buildTable(const Request& request, const Descriptions& results) {
       if (shown.error != nullptr) cells.push_back(toCell(shown, column, moments.*shown.error));
     }
   }
-  table.rows.push_back({"Valid N (listwise)", {}});
+  table.rows.push_back({translated("Valid N (listwise)"), {}});
   table.cells.emplace_back().push_back(numberCell(static_cast<double>(results.completeCount), 0));
   return table;
 }

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/frequencies_output.h"
 #include "standalone/procedures/frequencies_request.h"
@@ -42,7 +43,7 @@ FrequenciesRequest::Statistics parseStatisticWords(TokenCursor& cursor) {
   if (cursor.atSubcommandEnd()) return usual;
   FrequenciesRequest::Statistics statistics;
   while (!cursor.atSubcommandEnd()) {
-    const std::size_t word = cursor.expectKeyword(kStatisticWords, "statistic");
+    const std::size_t word = cursor.expectKeyword(kStatisticWords, translated("statistic"));
     if (word == kAllWord) {
       statistics.set();
     } else if (word == kNoneWord) {
@@ -61,10 +62,10 @@ using Shares = std::map<double, Share>;  // by percent
 // A whole number of at least `least` and at most `most`.
 int expectCount(TokenCursor& cursor, std::string_view what, int least, int most) {
   const Token& token = cursor.peek();
-  const int count = cursor.expectInteger("a whole number for " + std::string(what));
+  const int count = cursor.expectInteger(translated("a whole number for {1}", {what}));
   if (count < least || count > most) {
     TokenCursor::fail(
-        std::string(what) + " takes a number from " + std::to_string(least) + " to " + std::to_string(most),
+        translated("{1} takes a number from {2} to {3}", {what, std::to_string(least), std::to_string(most)}),
         token);
   }
   return count;
@@ -82,8 +83,9 @@ void parseTiles(TokenCursor& cursor, Shares& shares) {
 void parsePercentiles(TokenCursor& cursor, Shares& shares) {
   do {
     const Token& token = cursor.peek();
-    const double percent = cursor.expectNumber("a percentile");
-    if (!(percent >= 0 && percent <= 100)) TokenCursor::fail("a percentile lies between 0 and 100", token);
+    const double percent = cursor.expectNumber(translated("a percentile"));
+    if (!(percent >= 0 && percent <= 100))
+      TokenCursor::fail(translated("a percentile lies between 0 and 100"), token);
     shares.emplace(percent, shareOfPercent(percent));
     cursor.acceptSymbol(',');
   } while (!cursor.atSubcommandEnd());
@@ -141,7 +143,8 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
     switch (*subcommand) {
       case Variables:
-        if (!request.variables.empty()) TokenCursor::fail("the variables are listed twice", cursor.peek());
+        if (!request.variables.empty())
+          TokenCursor::fail(translated("the variables are listed twice"), cursor.peek());
         request.variables = parseVariables(dataset, cursor);
         break;
       case Format:
@@ -169,7 +172,8 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
         break;
     }
   }
-  if (request.variables.empty()) TokenCursor::fail("FREQUENCIES names no variable", name);
+  if (request.variables.empty())
+    TokenCursor::fail(translated("{1} names no variable", {"FREQUENCIES"}), name);
   for (const auto& [percent, share] : shares) {
     request.percentiles.push_back(share);
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/chart.h"
 #include "standalone/output/pivot_table.h"
 #include "standalone/procedures/statistic_cell.h"
@@ -25,21 +26,21 @@ struct StatisticRow {
 };
 
 constexpr std::array<StatisticRow, FrequenciesRequest::StatisticCount> kStatisticRows = {{
-    {"Mean", 2, true},
-    {"Std. Error of Mean", 3, true},
-    {"Median", 2, true},
-    {"Mode", 0, true},
-    {"Std. Deviation", 3, true},
-    {"Coefficient of Variation (%)", 3, false},
-    {"Variance", 3, true},
-    {"Skewness", 3, false},
-    {"Std. Error of Skewness", 3, false},
-    {"Kurtosis", 3, false},
-    {"Std. Error of Kurtosis", 3, false},
-    {"Range", 0, true},
-    {"Minimum", 0, true},
-    {"Maximum", 0, true},
-    {"Sum", 0, true},
+    {marked("Mean"), 2, true},
+    {marked("Std. Error of Mean"), 3, true},
+    {marked("Median"), 2, true},
+    {marked("Mode"), 0, true},
+    {marked("Std. Deviation"), 3, true},
+    {marked("Coefficient of Variation (%)"), 3, false},
+    {marked("Variance"), 3, true},
+    {marked("Skewness"), 3, false},
+    {marked("Std. Error of Skewness"), 3, false},
+    {marked("Kurtosis"), 3, false},
+    {marked("Std. Error of Kurtosis"), 3, false},
+    {marked("Range"), 0, true},
+    {marked("Minimum"), 0, true},
+    {marked("Maximum"), 0, true},
+    {marked("Sum"), 0, true},
 }};
 
 CellValue frequencyCell(std::size_t count) {
@@ -66,12 +67,12 @@ std::string withoutTrailingZeros(std::string text) {
 class StatisticsTable {
  public:
   explicit StatisticsTable(const FrequenciesRequest& request) : request_(request) {
-    table_.title = "Statistics";
-    table_.rows.push_back({"N", {{"Valid", {}}, {"Missing", {}}}});
+    table_.title = translated("Statistics");
+    table_.rows.push_back({"N", {{translated("Valid"), {}}, {translated("Missing"), {}}}});
     for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
-      if (request.statistics.test(i)) table_.rows.push_back({std::string(kStatisticRows[i].label), {}});
+      if (request.statistics.test(i)) table_.rows.push_back({translated(kStatisticRows[i].label), {}});
     }
-    if (!request.percentiles.empty()) table_.rows.push_back({"Percentiles", percentileLabels()});
+    if (!request.percentiles.empty()) table_.rows.push_back({translated("Percentiles"), percentileLabels()});
     table_.cells.resize(leafCount(table_.rows));
   }
 
@@ -112,30 +113,30 @@ class StatisticsTable {
     CellValue cell = row.ownDecimals ? statisticCell(*summary.variable, value, row.extraDecimals)
                                      : shapeCell(value, row.extraDecimals);
     if (statistic == FrequenciesRequest::Mode && summary.severalModes)
-      cell.mark = markOf("Multiple modes exist. The smallest value is shown.");
+      cell.mark = markOf(translated("Multiple modes exist. The smallest value is shown."));
     if (statistic == FrequenciesRequest::Variation && summary.statistics[FrequenciesRequest::Mean] == 0.0)
-      rowLabel(statistic).mark = markOf("There is none where the mean is 0.");
+      rowLabel(statistic).mark = markOf(translated("There is none where the mean is 0."));
     return cell;
   }
 
   Category& rowLabel(std::size_t statistic) {
-    return *std::ranges::find(table_.rows, kStatisticRows[statistic].label, &Category::label);
+    return *std::ranges::find(table_.rows, translated(kStatisticRows[statistic].label), &Category::label);
   }
 
   // The letter of a footnote, which is added when it is new.
-  std::string markOf(std::string_view text) {
+  std::string markOf(const std::string& text) {
     const auto known = std::ranges::find(notes_, text);
     std::string mark(1, static_cast<char>('a' + (known - notes_.begin())));
     if (known == notes_.end()) {
       notes_.push_back(text);
-      table_.footnotes.push_back(mark + ". " + std::string(text));
+      table_.footnotes.push_back(mark + ". " + text);
     }
     return mark;
   }
 
   const FrequenciesRequest& request_;
   PivotTable table_;
-  std::vector<std::string_view> notes_;
+  std::vector<std::string> notes_;
 };
 
 void sortRows(std::vector<ValueRow>& rows, FrequenciesRequest::RowOrder order) {
@@ -159,10 +160,13 @@ PivotTable valuesTable(const VariableSummary& summary, FrequenciesRequest::RowOr
   const std::size_t all = valid + summary.missingCount;
   PivotTable table;
   table.title = summary.variable->name;
-  table.columns = {{"Frequency", {}}, {"Percent", {}}, {"Valid Percent", {}}, {"Cumulative Percent", {}}};
+  table.columns = {{translated("Frequency"), {}},
+                   {translated("Percent"), {}},
+                   {translated("Valid Percent"), {}},
+                   {translated("Cumulative Percent"), {}}};
   std::vector<ValueRow> rows = summary.values;
   sortRows(rows, order);
-  if (!rows.empty()) table.rows.push_back({"Valid", {}});
+  if (!rows.empty()) table.rows.push_back({translated("Valid"), {}});
   std::size_t cumulative = 0;
   for (ValueRow& row : rows) {
     cumulative += row.count;
@@ -171,17 +175,17 @@ PivotTable valuesTable(const VariableSummary& summary, FrequenciesRequest::RowOr
                            frequencyPercentCell(row.count, valid), frequencyPercentCell(cumulative, valid)});
   }
   if (!rows.empty()) {
-    table.rows.front().children.push_back({"Total", {}});
+    table.rows.front().children.push_back({translated("Total"), {}});
     table.cells.push_back(
         {frequencyCell(valid), frequencyPercentCell(valid, all), frequencyPercentCell(valid, valid), {}});
   }
   if (summary.missingCount > 0) {
-    table.rows.push_back({"Missing", {{"System", {}}}});
+    table.rows.push_back({translated("Missing"), {{translated("System"), {}}}});
     table.cells.push_back(
         {frequencyCell(summary.missingCount), frequencyPercentCell(summary.missingCount, all), {}, {}});
   }
   if (rows.empty() || summary.missingCount > 0) {
-    table.rows.push_back({"Total", {}});
+    table.rows.push_back({translated("Total"), {}});
     table.cells.push_back({frequencyCell(all), frequencyPercentCell(all, all), {}, {}});
   }
   return table;
@@ -197,10 +201,11 @@ Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
   histogram.validCount = summary.validCount;
   histogram.mean = summary.statistics[FrequenciesRequest::Mean];
   histogram.deviation = deviation;
-  Chart chart{"Histogram of " + histogram.variable, {}, {}};
+  Chart chart{translated("Histogram of {1}", {histogram.variable}), {}, {}};
   if (normalCurve) {
     histogram.normalCurve = histogram.mean && deviation && *deviation > 0;
-    if (!histogram.normalCurve) chart.notes.emplace_back("No normal curve: the values have no spread.");
+    if (!histogram.normalCurve)
+      chart.notes.push_back(translated("No normal curve: the values have no spread."));
   }
   chart.data = std::move(histogram);
   return chart;
@@ -209,11 +214,10 @@ Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
 void addValuesTable(const VariableSummary& summary, const FrequenciesRequest& request,
                     OutputDocument& output) {
   if (summary.distinctCount > request.mostRows) {
-    output.addText("note",
-                   summary.variable->name + " has " + std::to_string(summary.distinctCount) +
-                       " distinct values; the table of them is left out (/FORMAT=LIMIT(n) shows up to n, "
-                       "now " +
-                       std::to_string(request.mostRows) + ")");
+    output.addText("note", translated("{1} has {2} distinct values; the table of them is left out "
+                                      "(/FORMAT=LIMIT(n) shows up to n, now {3})",
+                                      {summary.variable->name, std::to_string(summary.distinctCount),
+                                       std::to_string(request.mostRows)}));
     return;
   }
   output.addTable(kFrequencies, valuesTable(summary, request.rowOrder));
@@ -223,10 +227,11 @@ void addHistogram(const VariableSummary& summary, const FrequenciesRequest& requ
   if (summary.bins) {
     output.addChart(kFrequencies, histogramOf(summary, request.normalCurves));
   } else if (summary.variable->type == Column::Type::Numeric) {
-    output.addText("note",
-                   summary.variable->name + " has no histogram: " +
-                       (summary.validCount == 0 ? "it has no values"
-                                                : "its values lie too far apart or too close together"));
+    output.addText(
+        "note", translated(summary.validCount == 0
+                               ? "{1} has no histogram: it has no values"
+                               : "{1} has no histogram: its values lie too far apart or too close together",
+                           {summary.variable->name}));
   }
 }
 
@@ -238,7 +243,7 @@ void addStringNote(const FrequenciesRequest& request, OutputDocument& output) {
     if (variable->type == Column::Type::String) names += (names.empty() ? "" : ", ") + variable->name;
   }
   if (!names.empty())
-    output.addText("note", "string variables have no statistics and no histogram: " + names);
+    output.addText("note", translated("string variables have no statistics and no histogram: {1}", {names}));
 }
 
 }  // namespace

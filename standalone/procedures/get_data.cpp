@@ -19,6 +19,7 @@
 #include "platform/program.h"
 #include "standalone/data/dataset.h"
 #include "standalone/data/text_import.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/imported_data.h"
@@ -58,9 +59,9 @@ bool isDigits(std::string_view text) {
 // AUTO, Fw, Fw.d, A or Aw.
 ImportColumn parseColumn(TokenCursor& cursor) {
   ImportColumn column;
-  column.name = cursor.expectName("the name of a variable");
+  column.name = cursor.expectName(translated("the name of a variable"));
   const Token& token = cursor.peek();
-  const std::string type = toUpperAscii(cursor.expectName("the type of " + column.name));
+  const std::string type = toUpperAscii(cursor.expectName(translated("the type of {1}", {column.name})));
   if (type == "AUTO") return column;
   const std::string_view width = std::string_view(type).substr(1, type.find('.') - 1);
   if (type.front() == 'A' && (type.size() == 1 || (isDigits(width) && width.size() + 1 == type.size()))) {
@@ -75,8 +76,9 @@ ImportColumn parseColumn(TokenCursor& cursor) {
     column.decimals = std::stoi(decimals);
     return column;
   }
-  TokenCursor::fail("unknown type " + quoteForMessage(token.text) + " of " + column.name, token,
-                    "expected AUTO, a number format such as F8.2, or a text format such as A20");
+  TokenCursor::fail(translated("unknown type {1} of {2}", {quoteForMessage(token.text), column.name}), token,
+                    translated("expected {1}, a number format such as {2}, or a text format such as {3}",
+                               {"AUTO", "F8.2", "A20"}));
 }
 
 std::vector<ImportColumn> parseVariables(TokenCursor& cursor) {
@@ -86,10 +88,11 @@ std::vector<ImportColumn> parseVariables(TokenCursor& cursor) {
     const Token& name = cursor.peek();
     columns.push_back(parseColumn(cursor));
     if (!names.insert(toUpperAscii(columns.back().name)).second) {
-      TokenCursor::fail("the variable " + quoteForMessage(columns.back().name) + " is named twice", name);
+      TokenCursor::fail(translated("the variable {1} is named twice", {quoteForMessage(columns.back().name)}),
+                        name);
     }
   }
-  if (columns.empty()) cursor.failExpected("the name of a variable");
+  if (columns.empty()) cursor.failExpected(translated("the name of a variable"));
   return columns;
 }
 
@@ -99,42 +102,42 @@ bool isPlainCharacter(char c) {
 
 std::string parseDelimiters(TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::string text = cursor.expectString("the delimiters");
+  const std::string text = cursor.expectString(translated("the delimiters"));
   std::string delimiters;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool escape = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == 't' || text[i + 1] == '\\');
     if (escape) ++i;
     delimiters += escape && text[i] == 't' ? '\t' : text[i];
     if (!isPlainCharacter(text[i]))
-      TokenCursor::fail("a delimiter is one ASCII character, or \\t for a tab", token);
+      TokenCursor::fail(translated("a delimiter is one ASCII character, or \\t for a tab"), token);
   }
-  if (delimiters.empty()) TokenCursor::fail("the delimiters are empty", token);
+  if (delimiters.empty()) TokenCursor::fail(translated("the delimiters are empty"), token);
   return delimiters;
 }
 
 std::optional<char> parseQualifier(TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::string text = cursor.expectString("the qualifier");
+  const std::string text = cursor.expectString(translated("the qualifier"));
   if (text.empty()) return std::nullopt;
   if (text.size() != 1 || !isPlainCharacter(text[0])) {
-    TokenCursor::fail("the qualifier is one ASCII character, or empty for none", token);
+    TokenCursor::fail(translated("the qualifier is one ASCII character, or empty for none"), token);
   }
   return text[0];
 }
 
 void parseEncoding(TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::string encoding = toUpperAscii(cursor.expectString("the encoding"));
+  const std::string encoding = toUpperAscii(cursor.expectString(translated("the encoding")));
   if (encoding != "UTF8" && encoding != "UTF-8") {
-    TokenCursor::fail("the encoding " + quoteForMessage(token.text) + " is not supported", token,
-                      "expected 'UTF8'");
+    TokenCursor::fail(translated("the encoding {1} is not supported", {quoteForMessage(token.text)}), token,
+                      translated("expected {1}", {"'UTF8'"}));
   }
 }
 
 std::size_t parseFirstCase(TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::int32_t line = cursor.expectInteger("the line of the first case");
-  if (line < 1) TokenCursor::fail("the lines of a file count from 1", token);
+  const std::int32_t line = cursor.expectInteger(translated("the line of the first case"));
+  if (line < 1) TokenCursor::fail(translated("the lines of a file count from 1"), token);
   return static_cast<std::size_t>(line);
 }
 
@@ -143,8 +146,9 @@ double parsePercentage(TokenCursor& cursor) {
   cursor.expectKeyword(kPercentageKeyword);
   cursor.expectSymbol('=');
   const Token& token = cursor.peek();
-  const double percentage = cursor.expectNumber("a percentage");
-  if (percentage < 0 || percentage > 100) TokenCursor::fail("a percentage lies between 0 and 100", token);
+  const double percentage = cursor.expectNumber(translated("a percentage"));
+  if (percentage < 0 || percentage > 100)
+    TokenCursor::fail(translated("a percentage lies between 0 and 100"), token);
   return percentage;
 }
 
@@ -177,16 +181,16 @@ ParsedGetData parseGetData(const Command& command) {
     const auto subcommand = cursor.nextSubcommand(kGetDataSubcommands);
     if (!subcommand) break;
     if (seen.test(*subcommand)) {
-      TokenCursor::fail("/" + std::string(kGetDataSubcommands[*subcommand]) + " is given twice", keyword);
+      TokenCursor::fail(translated("/{1} is given twice", {kGetDataSubcommands[*subcommand]}), keyword);
     }
     seen.set(*subcommand);
     switch (*subcommand) {
       case Type:
-        cursor.expectKeyword(kTypes, "type of file");
+        cursor.expectKeyword(kTypes, translated("type of file"));
         break;
       case File:
         parsed.file = cursor.peek();
-        request.file = resolveFile(cursor.expectString("the name of a file"));
+        request.file = resolveFile(cursor.expectString(translated("the name of a file")));
         break;
       case Encoding:
         parseEncoding(cursor);
@@ -198,7 +202,7 @@ ParsedGetData parseGetData(const Command& command) {
         request.format.qualifier = parseQualifier(cursor);
         break;
       case Arrangement:
-        cursor.expectKeyword(kArrangements, "arrangement");
+        cursor.expectKeyword(kArrangements, translated("arrangement"));
         break;
       case FirstCase:
         request.firstCase = parseFirstCase(cursor);
@@ -215,7 +219,7 @@ ParsedGetData parseGetData(const Command& command) {
   }
   for (const GetDataSubcommand required : {Type, File, Variables}) {
     if (!seen.test(required))
-      TokenCursor::fail("GET DATA needs /" + std::string(kGetDataSubcommands[required]), get);
+      TokenCursor::fail(translated("{1} needs /{2}", {"GET DATA", kGetDataSubcommands[required]}), get);
   }
   parsed.map = seen.test(Map);
   return parsed;
@@ -230,7 +234,7 @@ void showWarnings(CommandContext& context, const std::string& file,
     warn(warnings[i]);
   }
   if (warnings.size() > kMostWarnings)
-    warn(std::to_string(warnings.size() - kMostWarnings) + " more warnings");
+    warn(translated("{1} more warnings", {std::to_string(warnings.size() - kMostWarnings)}));
 }
 
 }  // namespace
@@ -244,7 +248,8 @@ void runGetData(CommandContext& context) {
   try {
     result = importText(parsed.request);
   } catch (const ImportError& error) {
-    TokenCursor::fail("cannot import " + quoteForMessage(file) + ": " + error.what(), parsed.file);
+    TokenCursor::fail(translated("cannot import {1}: {2}", {quoteForMessage(file), error.what()}),
+                      parsed.file);
   }
   showWarnings(context, file, result.warnings);
   const Dataset& dataset = context.datasets.add(std::move(result.dataset));

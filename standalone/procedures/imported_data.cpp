@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
@@ -28,30 +29,28 @@ CellValue valueOf(const Column& column, std::size_t row) {
   return numberCell(column.numbers[row], std::min(column.decimals, kMostDecimals));
 }
 
-std::string counted(std::size_t count, const std::string& singular) {
-  return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
-}
-
 }  // namespace
 
 PivotTable importedDataTable(const Dataset& dataset, const std::string& fileName) {
   const std::size_t cases = std::min(dataset.caseCount, kShownCases);
   PivotTable table;
-  table.title = "Imported Data";
-  table.columns.push_back({"Type", {}});
+  table.title = translated("Imported Data");
+  table.columns.push_back({translated("Type"), {}});
   for (std::size_t row = 0; row < cases; ++row) {
-    table.columns.push_back({"Case " + std::to_string(row + 1), {}});
+    table.columns.push_back({translated("Case {1}", {std::to_string(row + 1)}), {}});
   }
   for (const Column& column : dataset.columns) {
     table.rows.push_back({column.name, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
-    cells.push_back(textCell(column.type == Column::Type::Numeric ? "Numeric" : "String"));
+    cells.push_back(textCell(translated(column.type == Column::Type::Numeric ? "Numeric" : "String")));
     for (std::size_t row = 0; row < cases; ++row) {
       cells.push_back(valueOf(column, row));
     }
   }
-  table.footnotes.push_back(counted(dataset.caseCount, "case") + ", " +
-                            counted(dataset.columns.size(), "variable") + ", from " + fileName);
+  table.footnotes.push_back(
+      translated("{1}, {2}, from {3}",
+                 {translatedCount(dataset.caseCount, "{1} case", "{1} cases"),
+                  translatedCount(dataset.columns.size(), "{1} variable", "{1} variables"), fileName}));
   return table;
 }
 

@@ -11,6 +11,7 @@
 #include <span>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/correlation_command.h"
@@ -78,7 +79,7 @@ RankRequest parseRankRequest(CommandContext& context, const Dataset& dataset) {
         break;
     }
   }
-  if (request.lists.empty()) TokenCursor::fail("NONPAR CORR names no variable", name);
+  if (request.lists.empty()) TokenCursor::fail(translated("{1} names no variable", {"NONPAR CORR"}), name);
   if (!request.kendall) request.spearman = true;
   return request;
 }
@@ -90,9 +91,11 @@ void runNonparCorr(CommandContext& context) {
   const RankRequest request = parseRankRequest(context, dataset);
   for (const CorrelationList& list : request.lists) {
     const RankCorrelation ranks(list.values(), request.deletion);
-    CorrelationTable table("Nonparametric Correlations", list, request.print, request.deletion);
-    if (request.kendall) table.add({"Kendall's tau_b", "Correlation Coefficient"}, ranks.kendall());
-    if (request.spearman) table.add({"Spearman's rho", "Correlation Coefficient"}, ranks.spearman());
+    CorrelationTable table(translated("Nonparametric Correlations"), list, request.print, request.deletion);
+    if (request.kendall)
+      table.add({translated("Kendall's tau_b"), translated("Correlation Coefficient")}, ranks.kendall());
+    if (request.spearman)
+      table.add({translated("Spearman's rho"), translated("Correlation Coefficient")}, ranks.spearman());
     context.output.addTable("NONPAR CORR", table.finish());
   }
 }

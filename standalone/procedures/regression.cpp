@@ -21,6 +21,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/regression_request.h"
@@ -46,8 +47,9 @@ void warnOfNoCase(CommandContext& context, const RegressionRequest& request) {
     const bool valueless = std::ranges::all_of(column->numbers, [](double x) { return std::isnan(x); });
     if (valueless) empty += (empty.empty() ? "" : ", ") + column->name;
   }
-  context.warn({Diagnostic::Severity::Warning, "no case has a value in all variables of the regression",
-                request.methodPlace, empty.empty() ? empty : "without any value: " + empty});
+  context.warn({Diagnostic::Severity::Warning,
+                translated("no case has a value in all variables of the regression"), request.methodPlace,
+                empty.empty() ? empty : translated("without any value: {1}", {empty})});
 }
 
 // Whether the dependent can be explained at all.
@@ -55,11 +57,11 @@ bool checkDependent(CommandContext& context, const RegressionRequest& request, c
                     const Column& dependent, std::size_t number) {
   std::string message;
   if (system.isOutOfRange(number)) {
-    message = "the values of " + dependent.name + " are too large for a regression";
+    message = translated("the values of {1} are too large for a regression", {dependent.name});
   } else if (system.caseCount() == 1) {
-    message = "one case is not enough for a regression of " + dependent.name;
+    message = translated("one case is not enough for a regression of {1}", {dependent.name});
   } else if (system.isConstant(number)) {
-    message = dependent.name + " is constant: there is nothing for a regression to explain";
+    message = translated("{1} is constant: there is nothing for a regression to explain", {dependent.name});
   }
   if (message.empty()) return true;
   context.warn({Diagnostic::Severity::Warning, message, request.dependentPlace, {}});
@@ -77,7 +79,7 @@ void showResiduals(CommandContext& context, const RegressionResult& result, std:
   if (!request.normalPlot) return;
   if (residuals.standardized.empty()) {
     context.warn({Diagnostic::Severity::Warning,
-                  "no normal plot for " + result.dependent.name + ": its residuals are all zero",
+                  translated("no normal plot for {1}: its residuals are all zero", {result.dependent.name}),
                   request.methodPlace,
                   {}});
     return;
@@ -109,8 +111,9 @@ void regress(CommandContext& context, const RegressionResult& result, std::size_
   } else {
     const std::string refused = describeRefusals(result);
     context.warn({Diagnostic::Severity::Warning,
-                  "no variables were entered into the equation for " + result.dependent.name,
-                  request.methodPlace, refused.empty() ? refused : "not entered: " + refused});
+                  translated("no variables were entered into the equation for {1}", {result.dependent.name}),
+                  request.methodPlace,
+                  refused.empty() ? refused : translated("not entered: {1}", {refused})});
   }
   if (request.statistics.test(kRegressionExcluded)) {
     const PivotTable excluded = buildExcludedTable(result);

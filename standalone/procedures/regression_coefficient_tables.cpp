@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/number_format.h"
 #include "standalone/procedures/regression_cells.h"
 #include "standalone/procedures/regression_labels.h"
@@ -80,7 +81,7 @@ std::string confidenceLabel(double level) {
   while (percent.ends_with('0') && !percent.ends_with(".0")) {
     percent.pop_back();
   }
-  return percent + "% Confidence Interval for B";
+  return translated("{1}% Confidence Interval for B", {percent});
 }
 
 }  // namespace
@@ -89,22 +90,25 @@ PivotTable buildCoefficients(const RegressionResult& result) {
   const auto& statistics = result.request.statistics;
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Coefficients";
+  table.title = translated("Coefficients");
   table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = "Model";
-  table.columns = {{"Unstandardized Coefficients", {{"B", {}}, {"Std. Error", {}}}},
-                   {"Standardized Coefficients", {{"Beta", {}}}},
+  table.rowLabel = translated("Model");
+  table.columns = {{translated("Unstandardized Coefficients"), {{"B", {}}, {translated("Std. Error"), {}}}},
+                   {translated("Standardized Coefficients"), {{translated("Beta"), {}}}},
                    {"t", {}},
-                   {"Sig.", {}}};
+                   {translated("Sig."), {}}};
   if (statistics.test(kRegressionInterval)) {
-    table.columns.push_back(
-        {confidenceLabel(result.request.confidenceLevel), {{"Lower Bound", {}}, {"Upper Bound", {}}}});
+    table.columns.push_back({confidenceLabel(result.request.confidenceLevel),
+                             {{translated("Lower Bound"), {}}, {translated("Upper Bound"), {}}}});
   }
   if (statistics.test(kRegressionCorrelations)) {
-    table.columns.push_back({"Correlations", {{"Zero-order", {}}, {"Partial", {}}, {"Part", {}}}});
+    table.columns.push_back(
+        {translated("Correlations"),
+         {{translated("Zero-order"), {}}, {translated("Partial"), {}}, {translated("Part"), {}}}});
   }
   if (statistics.test(kRegressionTolerance)) {
-    table.columns.push_back({"Collinearity Statistics", {{"Tolerance", {}}, {"VIF", {}}}});
+    table.columns.push_back(
+        {translated("Collinearity Statistics"), {{translated("Tolerance"), {}}, {"VIF", {}}}});
   }
   for (std::size_t i = 0; i < result.selection.steps.size(); ++i) {
     const LinearFit& fit = result.selection.steps[i].fit;
@@ -114,7 +118,7 @@ PivotTable buildCoefficients(const RegressionResult& result) {
     const std::string missing = missingTestsNote(fit);
     if (!missing.empty()) model.mark = notes.mark(missing);
     if (fit.constant) {
-      model.children.push_back({std::string(kConstantName), {}});
+      model.children.push_back({translated(kConstantName), {}});
       table.cells.push_back(coefficientRow(result, fit, std::nullopt));
     }
     for (std::size_t j = 0; j < fit.predictors.size(); ++j) {
@@ -128,9 +132,9 @@ PivotTable buildCoefficients(const RegressionResult& result) {
 PivotTable buildCollinearityDiagnostics(const RegressionResult& result) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Collinearity Diagnostics";
+  table.title = translated("Collinearity Diagnostics");
   table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = "Model, Dimension";
+  table.rowLabel = translated("Model, Dimension");
   // A column for each predictor that some model has.
   std::vector<std::size_t> shown;
   for (const SelectionStep& step : result.selection.steps) {
@@ -138,13 +142,14 @@ PivotTable buildCollinearityDiagnostics(const RegressionResult& result) {
       if (std::ranges::find(shown, predictor) == shown.end()) shown.push_back(predictor);
     }
   }
-  Category proportions{"Variance Proportions", {}};
+  Category proportions{translated("Variance Proportions"), {}};
   const std::size_t constants = result.request.throughOrigin ? 0 : 1;
-  if (constants == 1) proportions.children.push_back({std::string(kConstantName), {}});
+  if (constants == 1) proportions.children.push_back({translated(kConstantName), {}});
   for (const std::size_t predictor : shown) {
     proportions.children.push_back({result.request.predictors[predictor]->name, {}});
   }
-  table.columns = {{"Eigenvalue", {}}, {"Condition Index", {}}, std::move(proportions)};
+  table.columns = {
+      {translated("Eigenvalue"), {}}, {translated("Condition Index"), {}}, std::move(proportions)};
   for (std::size_t i = 0; i < result.selection.steps.size(); ++i) {
     const LinearFit& fit = result.selection.steps[i].fit;
     const std::vector<CollinearityDimension> dimensions = computeCollinearity(result.products, fit);

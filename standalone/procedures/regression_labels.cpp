@@ -1,5 +1,7 @@
 #include "standalone/procedures/regression_labels.h"
 
+#include "standalone/language/translation.h"
+
 namespace genostat::standalone {
 
 std::string predictorNames(const RegressionResult& result, const std::vector<std::size_t>& predictors) {
@@ -12,21 +14,23 @@ std::string predictorNames(const RegressionResult& result, const std::vector<std
 
 std::string predictorsNote(const RegressionResult& result, const LinearFit& fit) {
   const std::string names = predictorNames(result, fit.predictors);
-  std::string text = "Predictors: ";
-  if (!fit.constant && names.empty()) text += "none";
-  if (fit.constant) text += kConstantName;
-  if (fit.constant && !names.empty()) text += ", ";
-  return text + names;
+  std::string all = fit.constant ? translated(kConstantName) : std::string();
+  if (fit.constant && !names.empty()) all += ", ";
+  all += names;
+  return translated("Predictors: {1}", {all.empty() ? translated("none") : all});
 }
 
 std::string dependentNote(const RegressionResult& result) {
-  return "Dependent variable: " + result.dependent.name +
-         (result.request.throughOrigin ? "; regression through the origin" : "");
+  return translated(result.request.throughOrigin ? "Dependent variable: {1}; regression through the origin"
+                                                 : "Dependent variable: {1}",
+                    {result.dependent.name});
 }
 
 std::string missingTestsNote(const LinearFit& fit) {
-  if (fit.residualFreedom == 0) return "As many coefficients as cases: nothing is left to test them by";
-  if (fit.exact) return "The predictors determine the dependent variable exactly: nothing is left to test by";
+  if (fit.residualFreedom == 0)
+    return translated("As many coefficients as cases: nothing is left to test them by");
+  if (fit.exact)
+    return translated("The predictors determine the dependent variable exactly: nothing is left to test by");
   return {};
 }
 

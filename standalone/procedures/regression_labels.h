@@ -5,11 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "standalone/language/translation.h"
 #include "standalone/procedures/regression_tables.h"
 
 namespace genostat::standalone {
 
-inline constexpr std::string_view kConstantName = "(Constant)";
+inline constexpr std::string_view kConstantName = marked("(Constant)");
 
 // "x4, x1"; `predictors` are indices into those of the request.
 std::string predictorNames(const RegressionResult& result, const std::vector<std::size_t>& predictors);

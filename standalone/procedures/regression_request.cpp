@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
@@ -72,11 +73,12 @@ RegressionRequest RegressionParser::parse() {
   while (const auto subcommand = cursor_.nextSubcommand(kSubcommands)) {
     parseSubcommand(*subcommand);
   }
-  if (request_.dependents.empty()) TokenCursor::fail("REGRESSION needs /DEPENDENT", name);
-  if (blocks_.empty()) TokenCursor::fail("REGRESSION needs /METHOD", name);
+  if (request_.dependents.empty())
+    TokenCursor::fail(translated("{1} needs /{2}", {"REGRESSION", "DEPENDENT"}), name);
+  if (blocks_.empty()) TokenCursor::fail(translated("{1} needs /{2}", {"REGRESSION", "METHOD"}), name);
   if (request_.criteria.enter >= request_.criteria.remove) {
-    TokenCursor::fail("PIN must be smaller than POUT, or a selection might not end", *criteriaPlace_,
-                      "without a value PIN is .05 and POUT .10");
+    TokenCursor::fail(translated("PIN must be smaller than POUT, or a selection might not end"),
+                      *criteriaPlace_, translated("without a value PIN is .05 and POUT .10"));
   }
   if (request_.statistics.none()) {
     for (const RegressionStatistic statistic :
@@ -120,21 +122,22 @@ void RegressionParser::parseSubcommand(std::size_t subcommand) {
 
 void RegressionParser::parseDependents() {
   const Token& first = cursor_.peek();
-  if (!request_.dependents.empty()) TokenCursor::fail("the dependent variable is named twice", first);
-  if (cursor_.atSubcommandEnd()) TokenCursor::fail("DEPENDENT names no variable", first);
+  if (!request_.dependents.empty())
+    TokenCursor::fail(translated("the dependent variable is named twice"), first);
+  if (cursor_.atSubcommandEnd()) TokenCursor::fail(translated("{1} names no variable", {"DEPENDENT"}), first);
   request_.dependents = parseVariables(dataset_, cursor_);
   request_.dependentPlace = first.range;
   for (const Column* column : request_.dependents) {
     if (column->type == Column::Type::Numeric) continue;
-    TokenCursor::fail("the dependent variable " + column->name + " is a string variable",
-                      tokenNaming(first, *column), "a regression needs a numeric one");
+    TokenCursor::fail(translated("the dependent variable {1} is a string variable", {column->name}),
+                      tokenNaming(first, *column), translated("a regression needs a numeric one"));
   }
 }
 
 void RegressionParser::parseMethod() {
   static constexpr std::array<std::string_view, 4> kMethods = {"ENTER", "STEPWISE", "FORWARD", "BACKWARD"};
   const Token& place = cursor_.peek();
-  const auto method = static_cast<SelectionMethod>(cursor_.expectKeyword(kMethods, "method"));
+  const auto method = static_cast<SelectionMethod>(cursor_.expectKeyword(kMethods, translated("method")));
   const Token& first = cursor_.peek();
   const Token& second = cursor_.peek(1);
   Block block{method, {}, &place, &first, true};
@@ -153,7 +156,7 @@ void RegressionParser::parseStatistics() {
       "COEFF", "OUTS", "R", "ANOVA", "CHANGE", "COLLIN", "TOL", "CI", "ZPP", "DEFAULTS", "ALL"};
   auto& statistics = request_.statistics;
   while (!cursor_.atSubcommandEnd()) {
-    const std::size_t keyword = cursor_.expectKeyword(kKeywords, "statistic");
+    const std::size_t keyword = cursor_.expectKeyword(kKeywords, translated("statistic"));
     if (keyword < kRegressionStatisticCount) {
       statistics.set(keyword);
     } else if (keyword == kDefaults) {
@@ -164,9 +167,10 @@ void RegressionParser::parseStatistics() {
       statistics.set();
     }
     if (keyword == kRegressionInterval && cursor_.peek().isSymbol('(')) {
-      request_.confidenceLevel = parseInParentheses("a confidence level", 0, std::nextafter(100.0, 0.0),
-                                                    "above 0 and below 100 percent") /
-                                 100;
+      request_.confidenceLevel =
+          parseInParentheses(translated("a confidence level"), 0, std::nextafter(100.0, 0.0),
+                             translated("a confidence level lies above 0 and below 100 percent")) /
+          100;
     }
     if (keyword == kRegressionDiagnostics) statistics.set(kRegressionTolerance);
   }
@@ -176,12 +180,14 @@ void RegressionParser::parseCriteria() {
   static constexpr std::array<std::string_view, 3> kKeywords = {"PIN", "POUT", "TOLERANCE"};
   criteriaPlace_ = &cursor_.peek();
   while (!cursor_.atSubcommandEnd()) {
-    const std::size_t keyword = cursor_.expectKeyword(kKeywords, "criterion");
+    const std::size_t keyword = cursor_.expectKeyword(kKeywords, translated("criterion"));
     if (keyword == 2) {
-      request_.criteria.tolerance = parseInParentheses("a tolerance", -1e-300, 1, "from 0 to 1");
+      request_.criteria.tolerance = parseInParentheses(translated("a tolerance"), -1e-300, 1,
+                                                       translated("a tolerance lies from 0 to 1"));
     } else {
       double& criterion = keyword == 0 ? request_.criteria.enter : request_.criteria.remove;
-      criterion = parseInParentheses("a probability", 0, 1, "above 0 and up to 1");
+      criterion = parseInParentheses(translated("a probability"), 0, 1,
+                                     translated("a probability lies above 0 and up to 1"));
     }
   }
 }
@@ -191,13 +197,13 @@ void RegressionParser::parseResiduals() {
   static constexpr std::array<std::string_view, 1> kPlotted = {"ZRESID"};
   request_.residuals = true;
   while (!cursor_.atSubcommandEnd()) {
-    if (cursor_.expectKeyword(kKeywords, "keyword in RESIDUALS") == 0) {
+    if (cursor_.expectKeyword(kKeywords, translated("{1} keyword", {"RESIDUALS"})) == 0) {
       request_.press = true;
       continue;
     }
     request_.normalPlot = true;
     if (!cursor_.acceptSymbol('(')) continue;
-    cursor_.expectKeyword(kPlotted, "residual");
+    cursor_.expectKeyword(kPlotted, translated("residual"));
     cursor_.expectSymbol(')');
   }
 }
@@ -209,8 +215,7 @@ double RegressionParser::parseInParentheses(std::string_view what, double above,
   const Token& token = cursor_.peek();
   const double number = cursor_.expectNumber(what);
   if (!(number > above && number <= upTo)) {
-    TokenCursor::fail("the number " + token.text + " is out of range", token,
-                      std::string(what) + " lies " + std::string(range));
+    TokenCursor::fail(translated("the number {1} is out of range", {token.text}), token, std::string(range));
   }
   cursor_.expectSymbol(')');
   return number;
@@ -225,14 +230,15 @@ void RegressionParser::resolveBlocks() {
     if (block.variables.empty()) block.variables = variables_;
     if (block.all) std::erase_if(block.variables, isDependent);
     if (block.variables.empty()) {
-      TokenCursor::fail("METHOD names no variable", *block.first,
-                        "expected the predictors behind the method");
+      TokenCursor::fail(translated("{1} names no variable", {"METHOD"}), *block.first,
+                        translated("expected the predictors behind the method"));
     }
     SelectionBlock& resolved = request_.blocks.emplace_back(SelectionBlock{block.method, {}});
     for (const Column* column : block.variables) {
       if (isDependent(column)) {
-        TokenCursor::fail("the dependent variable " + column->name + " cannot be a predictor as well",
-                          tokenNaming(*block.first, *column));
+        TokenCursor::fail(
+            translated("the dependent variable {1} cannot be a predictor as well", {column->name}),
+            tokenNaming(*block.first, *column));
       }
       const auto found = std::ranges::find(request_.predictors, column);
       resolved.variables.push_back(static_cast<std::size_t>(found - request_.predictors.begin()));

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "standalone/language/translation.h"
 #include "standalone/procedures/regression_cells.h"
 #include "standalone/procedures/regression_labels.h"
 #include "standalone/procedures/regression_tables.h"
@@ -23,9 +24,13 @@ const LinearFit& lastFit(const RegressionResult& result) {
 PivotTable buildResidualStatistics(const RegressionResult& result, const ResidualSummary& residuals) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Residuals Statistics";
+  table.title = translated("Residuals Statistics");
   table.titleMark = notes.mark(dependentNote(result));
-  table.columns = {{"Minimum", {}}, {"Maximum", {}}, {"Mean", {}}, {"Std. Deviation", {}}, {"N", {}}};
+  table.columns = {{translated("Minimum"), {}},
+                   {translated("Maximum"), {}},
+                   {translated("Mean"), {}},
+                   {translated("Std. Deviation"), {}},
+                   {"N", {}}};
   const auto addRow = [&](const std::string& label, const Spread* spread) {
     table.rows.push_back({label, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back(4);
@@ -37,12 +42,12 @@ PivotTable buildResidualStatistics(const RegressionResult& result, const Residua
     cells.push_back(countCell(result.system.caseCount()));
   };
   const auto addressOf = [](const std::optional<Spread>& spread) { return spread ? &*spread : nullptr; };
-  addRow("Predicted Value", &residuals.predicted);
-  addRow("Residual", &residuals.residual);
-  addRow("Std. Predicted Value", addressOf(residuals.standardizedPredicted));
-  addRow("Std. Residual", addressOf(residuals.standardizedResidual));
+  addRow(translated("Predicted Value"), &residuals.predicted);
+  addRow(translated("Residual"), &residuals.residual);
+  addRow(translated("Std. Predicted Value"), addressOf(residuals.standardizedPredicted));
+  addRow(translated("Std. Residual"), addressOf(residuals.standardizedResidual));
   if (!residuals.standardizedResidual) {
-    table.rows.back().mark = notes.mark("All residuals are zero");
+    table.rows.back().mark = notes.mark(translated("All residuals are zero"));
   }
   return table;
 }
@@ -51,17 +56,18 @@ PivotTable buildPressTable(const RegressionResult& result, const ResidualSummary
   const LinearFit& fit = lastFit(result);
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Prediction Sum of Squares";
-  table.titleMark = notes.mark(
+  table.title = translated("Prediction Sum of Squares");
+  table.titleMark = notes.mark(translated(
       "PRESS: the squared errors when each case is predicted by the regression on all other cases; its share "
-      "of the total sum of squares, taken from 1, is the predicted R Square");
-  table.columns = {{"PRESS", {}}, {"Residual Sum of Squares", {}}, {"Predicted R Square", {}}};
+      "of the total sum of squares, taken from 1, is the predicted R Square"));
+  table.columns = {
+      {"PRESS", {}}, {translated("Residual Sum of Squares"), {}}, {translated("Predicted R Square"), {}}};
   table.rows.push_back({result.dependent.name, {}});
   const int decimals = decimalsForSizes({fit.residualSquares});
   CellValue press = cellOf(residuals.press, decimals);
   if (!residuals.press) {
-    table.rows.back().mark =
-        notes.mark("Without one of the cases the others do not determine the regression (a leverage of 1)");
+    table.rows.back().mark = notes.mark(
+        translated("Without one of the cases the others do not determine the regression (a leverage of 1)"));
   }
   std::optional<double> predicted;
   if (residuals.press) predicted = 1 - *residuals.press / fit.totalSquares;
@@ -74,7 +80,7 @@ Chart buildNormalPlot(const RegressionResult& result, std::vector<double> standa
   const std::size_t cases = standardized.size();
   const std::size_t shown = std::min(cases, kMostResidualPoints);
   ProbabilityPlot plot;
-  plot.variable = "Regression Standardized Residual";
+  plot.variable = translated("Regression Standardized Residual");
   for (std::size_t i = 0; i < shown; ++i) {
     // The first, the last, and evenly between them.
     const std::size_t rank = shown < 2 ? 0 : i * (cases - 1) / (shown - 1);
@@ -82,10 +88,12 @@ Chart buildNormalPlot(const RegressionResult& result, std::vector<double> standa
     plot.points.push_back({observed, normalProbability(standardized[rank])});
   }
   Chart chart;
-  chart.title = "Normal P-P Plot of Regression Standardized Residual: " + result.dependent.name;
+  chart.title =
+      translated("Normal P-P Plot of Regression Standardized Residual: {1}", {result.dependent.name});
   if (shown < cases) {
-    chart.notes.push_back(std::to_string(shown) + " of " + std::to_string(cases) +
-                          " cases are shown, evenly from the smallest residual to the largest.");
+    chart.notes.push_back(
+        translated("{1} of {2} cases are shown, evenly from the smallest residual to the largest.",
+                   {std::to_string(shown), std::to_string(cases)}));
   }
   chart.data = std::move(plot);
   return chart;

@@ -1,6 +1,7 @@
 // One group of rows for each model, as far as the table is about models.
 
 #include "standalone/procedures/regression_tables.h"
+#include "standalone/language/translation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,20 +26,20 @@ std::string fractionText(double number) {
 
 std::string methodText(const RegressionResult& result, const SelectionStep& step) {
   const SelectionCriteria& criteria = result.request.criteria;
-  const std::string enters = "enters with p <= " + fractionText(criteria.enter);
-  const std::string leaves = "is removed with p >= " + fractionText(criteria.remove);
+  const std::string enter = fractionText(criteria.enter);
+  const std::string remove = fractionText(criteria.remove);
   switch (result.request.blocks[step.block].method) {
     case SelectionMethod::Stepwise:
-      return "Stepwise (" + enters + ", " + leaves + ")";
+      return translated("Stepwise (enters with p <= {1}, is removed with p >= {2})", {enter, remove});
     case SelectionMethod::Forward:
-      return "Forward (" + enters + ")";
+      return translated("Forward (enters with p <= {1})", {enter});
     case SelectionMethod::Backward:
-      if (step.entered.empty()) return "Backward (" + leaves + ")";
+      if (step.entered.empty()) return translated("Backward (is removed with p >= {1})", {remove});
       break;
     case SelectionMethod::Enter:
       break;
   }
-  return "Enter";
+  return translated("Enter");
 }
 
 std::optional<FTest> changeTest(const RegressionResult& result, std::size_t step) {
@@ -64,17 +65,17 @@ void addChange(const RegressionResult& result, std::size_t step, std::vector<Cel
 std::string refusalReason(const RegressionResult& result, Refusal::Reason reason) {
   switch (reason) {
     case Refusal::Reason::Constant:
-      return result.request.throughOrigin ? "always zero" : "constant";
+      return translated(result.request.throughOrigin ? "always zero" : "constant");
     case Refusal::Reason::OutOfRange:
-      return "values too large";
+      return translated("values too large");
     case Refusal::Reason::Freedom:
-      return "no more cases than coefficients";
+      return translated("no more cases than coefficients");
     case Refusal::Reason::Tolerance:
       break;
   }
   const double tolerance = result.request.criteria.tolerance;
-  if (tolerance < 0.0001) return "tolerance too small";
-  return "tolerance below " + fractionText(tolerance);
+  if (tolerance < 0.0001) return translated("tolerance too small");
+  return translated("tolerance below {1}", {fractionText(tolerance)});
 }
 
 }  // namespace
@@ -91,10 +92,12 @@ std::string describeRefusals(const RegressionResult& result) {
 PivotTable buildEnteredTable(const RegressionResult& result) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Variables Entered/Removed";
+  table.title = translated("Variables Entered/Removed");
   table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = "Model";
-  table.columns = {{"Variables Entered", {}}, {"Variables Removed", {}}, {"Method", {}}};
+  table.rowLabel = translated("Model");
+  table.columns = {{translated("Variables Entered"), {}},
+                   {translated("Variables Removed"), {}},
+                   {translated("Method"), {}}};
   const std::string refused = describeRefusals(result);
   for (std::size_t i = 0; i < result.selection.steps.size(); ++i) {
     const SelectionStep& step = result.selection.steps[i];
@@ -104,12 +107,13 @@ PivotTable buildEnteredTable(const RegressionResult& result) {
       cells.push_back(list->empty() ? CellValue() : textCell(predictorNames(result, *list)));
     }
     cells.push_back(textCell(methodText(result, step)));
-    if (i == 0 && !refused.empty()) table.rows.back().mark = notes.mark("Not entered: " + refused);
+    if (i == 0 && !refused.empty())
+      table.rows.back().mark = notes.mark(translated("Not entered: {1}", {refused}));
   }
   if (result.system.caseCount() != result.datasetCases) {
-    const std::string note = std::to_string(result.system.caseCount()) + " of " +
-                             std::to_string(result.datasetCases) +
-                             " cases; the others have a missing value in one of the variables";
+    const std::string note =
+        translated("{1} of {2} cases; the others have a missing value in one of the variables",
+                   {std::to_string(result.system.caseCount()), std::to_string(result.datasetCases)});
     table.titleMark += "," + notes.mark(note);
   }
   return table;
@@ -118,20 +122,25 @@ PivotTable buildEnteredTable(const RegressionResult& result) {
 PivotTable buildModelSummary(const RegressionResult& result) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Model Summary";
+  table.title = translated("Model Summary");
   if (result.request.throughOrigin) {
-    table.titleMark = notes.mark(
+    table.titleMark = notes.mark(translated(
         "Through the origin R Square is the share of the squares about zero, not about the mean, and not "
-        "comparable with that of a model with a constant");
+        "comparable with that of a model with a constant"));
   }
-  table.rowLabel = "Model";
-  table.columns = {
-      {"R", {}}, {"R Square", {}}, {"Adjusted R Square", {}}, {"Std. Error of the Estimate", {}}};
+  table.rowLabel = translated("Model");
+  table.columns = {{"R", {}},
+                   {translated("R Square"), {}},
+                   {translated("Adjusted R Square"), {}},
+                   {translated("Std. Error of the Estimate"), {}}};
   const bool change = result.request.statistics.test(kRegressionChange);
   if (change) {
-    table.columns.push_back(
-        {"Change Statistics",
-         {{"R Square Change", {}}, {"F Change", {}}, {"df1", {}}, {"df2", {}}, {"Sig. F Change", {}}}});
+    table.columns.push_back({"Change Statistics",
+                             {{translated("R Square Change"), {}},
+                              {translated("F Change"), {}},
+                              {"df1", {}},
+                              {"df2", {}},
+                              {translated("Sig. F Change"), {}}}});
   }
   for (std::size_t i = 0; i < result.selection.steps.size(); ++i) {
     const LinearFit& fit = result.selection.steps[i].fit;
@@ -151,14 +160,19 @@ PivotTable buildModelSummary(const RegressionResult& result) {
 PivotTable buildRegressionAnova(const RegressionResult& result) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "ANOVA";
+  table.title = translated("ANOVA");
   table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = "Model";
-  table.columns = {{"Sum of Squares", {}}, {"df", {}}, {"Mean Square", {}}, {"F", {}}, {"Sig.", {}}};
+  table.rowLabel = translated("Model");
+  table.columns = {{translated("Sum of Squares"), {}},
+                   {"df", {}},
+                   {translated("Mean Square"), {}},
+                   {"F", {}},
+                   {translated("Sig."), {}}};
   for (std::size_t i = 0; i < result.selection.steps.size(); ++i) {
     const LinearFit& fit = result.selection.steps[i].fit;
     Category& model = table.rows.emplace_back(Category{modelLabel(i), {}});
-    model.children = {{"Regression", {}}, {"Residual", {}}, {"Total", {}}};
+    model.children = {
+        {translated("Regression"), {}}, {translated("Residual"), {}}, {translated("Total"), {}}};
     model.mark = notes.mark(predictorsNote(result, fit));
     const std::string missing = missingTestsNote(fit);
     if (!missing.empty()) model.mark += "," + notes.mark(missing);
@@ -188,15 +202,18 @@ PivotTable buildRegressionAnova(const RegressionResult& result) {
 PivotTable buildExcludedTable(const RegressionResult& result) {
   PivotTable table;
   FootnoteList notes(table);
-  table.title = "Excluded Variables";
+  table.title = translated("Excluded Variables");
   table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = "Model";
-  table.columns = {{"Beta In", {}}, {"t", {}}, {"Sig.", {}}, {"Partial Correlation", {}}};
+  table.rowLabel = translated("Model");
+  table.columns = {{translated("Beta In"), {}},
+                   {"t", {}},
+                   {translated("Sig."), {}},
+                   {translated("Partial Correlation"), {}}};
   const bool collinearity = result.request.statistics.test(kRegressionTolerance);
-  table.columns.push_back({"Collinearity Statistics", {{"Tolerance", {}}}});
+  table.columns.push_back({translated("Collinearity Statistics"), {{translated("Tolerance"), {}}}});
   if (collinearity) {
     table.columns.back().children.push_back({"VIF", {}});
-    table.columns.back().children.push_back({"Minimum Tolerance", {}});
+    table.columns.back().children.push_back({translated("Minimum Tolerance"), {}});
   }
   const auto addModel = [&](const std::string& label, const LinearFit& fit) {
     if (fit.excluded.empty()) return;

@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -19,7 +20,8 @@ void runRestore(CommandContext& context) {
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
   cursor.expectEnd();
-  if (context.settings.preserved.empty()) TokenCursor::fail("RESTORE has no PRESERVE before it", name);
+  if (context.settings.preserved.empty())
+    TokenCursor::fail(translated("{1} has no {2} before it", {"RESTORE", "PRESERVE"}), name);
   static_cast<SettingValues&>(context.settings) = context.settings.preserved.back();
   context.settings.preserved.pop_back();
 }
@@ -33,7 +35,7 @@ void runSet(CommandContext& context) {
   SettingValues values = context.settings;
   do {
     cursor.acceptSymbol('/');
-    cursor.expectKeyword(kSettings, "setting");
+    cursor.expectKeyword(kSettings, translated("setting"));
     cursor.acceptSymbol('=');
     values.decimal = cursor.expectKeyword(kSigns) == 0 ? '.' : ',';
   } while (!cursor.atEnd());

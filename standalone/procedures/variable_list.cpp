@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -12,15 +13,15 @@ namespace {
 
 const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::string name = cursor.expectName("the name of a variable");
+  const std::string name = cursor.expectName(translated("the name of a variable"));
   if (const Column* column = dataset.find(name)) return *column;
   std::vector<std::string_view> names;
   for (const Column& column : dataset.columns) {
     names.push_back(column.name);
   }
   const auto nearest = nearestKeyword(name, names);
-  TokenCursor::fail("the dataset has no variable " + quoteForMessage(name), token,
-                    nearest ? "did you mean " + std::string(*nearest) + "?" : std::string());
+  TokenCursor::fail(translated("the dataset has no variable {1}", {quoteForMessage(name)}), token,
+                    nearest ? translated("did you mean {1}?", {*nearest}) : std::string());
 }
 
 // Collects variables, each once.
@@ -44,8 +45,9 @@ class VariableSelection {
     for (const Column* column : strings_) {
       names += (names.empty() ? "" : ", ") + column->name;
     }
-    return (strings_.size() == 1 ? "a string variable is left out: " : "string variables are left out: ") +
-           names;
+    return translated(
+        strings_.size() == 1 ? "a string variable is left out: {1}" : "string variables are left out: {1}",
+        {names});
   }
 
  private:
@@ -63,7 +65,7 @@ void addVariables(const Dataset& dataset, TokenCursor& cursor, VariableSelection
     const Token& token = cursor.peek();
     last = &expectVariable(dataset, cursor);
     if (last < first)
-      TokenCursor::fail(last->name + " stands before " + first->name + " in the dataset", token);
+      TokenCursor::fail(translated("{1} stands before {2} in the dataset", {last->name, first->name}), token);
   }
   for (const Column* column = first; column <= last; ++column) {
     selection.add(*column, true);
@@ -76,7 +78,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
     return cursor.atSubcommandEnd() ||
            (!stop.empty() && token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, stop));
   };
-  if (atListEnd()) TokenCursor::fail("the list names no variable", cursor.peek());
+  if (atListEnd()) TokenCursor::fail(translated("the list names no variable"), cursor.peek());
   VariableSelection selection;
   while (!atListEnd()) {
     const Token& token = cursor.peek();
@@ -90,7 +92,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
     } else {
       addVariables(dataset, cursor, selection);
     }
-    if (cursor.acceptSymbol(',') && atListEnd()) cursor.failExpected("the name of a variable");
+    if (cursor.acceptSymbol(',') && atListEnd()) cursor.failExpected(translated("the name of a variable"));
   }
   return selection;
 }
@@ -99,14 +101,14 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
 
 const Dataset& requireActiveDataset(const CommandContext& context) {
   if (const Dataset* dataset = context.datasets.active()) return *dataset;
-  TokenCursor::fail("no dataset is active", context.command.tokens.front());
+  TokenCursor::fail(translated("no dataset is active"), context.command.tokens.front());
 }
 
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
                                                  TokenCursor& cursor, std::string_view stop) {
   const Token& begin = cursor.peek();
   const VariableSelection selection = parseSelection(dataset, cursor, stop);
-  if (selection.numeric().empty()) TokenCursor::fail("the list names no numeric variable", begin);
+  if (selection.numeric().empty()) TokenCursor::fail(translated("the list names no numeric variable"), begin);
   if (!selection.strings().empty()) {
     const Token& place = tokenNaming(begin, *selection.strings().front());
     context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), place.range, {}});

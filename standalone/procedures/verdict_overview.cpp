@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -115,16 +116,17 @@ std::optional<Chart> verdictOverview(const Dataset& dataset) {
   DistinctNames distinct;
   for (const RankedCase& ranked : worstCases(checks, dataset.caseCount)) {
     const std::string name = names != nullptr ? names->texts[ranked.row] : std::string();
-    map.samples.push_back(distinct.add(name.empty() ? "Case " + std::to_string(ranked.row + 1) : name));
+    map.samples.push_back(
+        distinct.add(name.empty() ? translated("Case {1}", {std::to_string(ranked.row + 1)}) : name));
     std::vector<Verdict>& verdicts = map.verdicts.emplace_back();
     for (const Column* check : checks) {
       verdicts.push_back(verdictOf(check->texts[ranked.row]).value_or(Verdict::None));
     }
   }
-  Chart chart{"Quality Overview", {}, {}};
+  Chart chart{translated("Quality Overview"), {}, {}};
   if (dataset.caseCount > kMostSamples) {
-    chart.notes.push_back("The " + std::to_string(kMostSamples) + " worst of " +
-                          std::to_string(dataset.caseCount) + " samples are shown.");
+    chart.notes.push_back(translated("The {1} worst of {2} samples are shown.",
+                                     {std::to_string(kMostSamples), std::to_string(dataset.caseCount)}));
   }
   chart.data = std::move(map);
   return chart;
