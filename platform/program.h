@@ -69,11 +69,11 @@ Terminal standardErrorTerminal();
 std::filesystem::path environmentPath(const char* name);
 void setEnvironmentPath(const char* name, const std::filesystem::path& value);
 
-// The id of the running process.
-int processId();
-
 // The languages in which the system speaks to the user, the most wanted first: "de-DE". Empty where only
 // variables of the environment tell.
 std::vector<std::string> systemLanguages();
+
+// The id of the running process.
+int processId();
 
 }  // namespace genostat::platform

@@ -133,12 +133,12 @@ void setEnvironmentPath(const char* name, const std::filesystem::path& value) {
   setenv(name, value.c_str(), 1);
 }
 
+std::vector<std::string> systemLanguages() {
+  return {};
+}
+
 int processId() {
   return getpid();
 }
 
 }  // namespace genostat::platform
-std::vector<std::string> systemLanguages() {
-  return {};
-}
-

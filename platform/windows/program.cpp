@@ -153,8 +153,6 @@ void setEnvironmentPath(const char* name, const std::filesystem::path& value) {
   _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());
 }
 
-int processId() {
-  return static_cast<int>(GetCurrentProcessId());
 std::vector<std::string> systemLanguages() {
   ULONG count = 0;
   ULONG size = 0;
@@ -171,6 +169,8 @@ std::vector<std::string> systemLanguages() {
   return languages;
 }
 
+int processId() {
+  return static_cast<int>(GetCurrentProcessId());
 }
 
 }  // namespace genostat::platform
