@@ -20,6 +20,12 @@ QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy)
   if (tablesOnly) document().leaveOut("chart", "GET DATA");
 }
 
+void QcView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
+  standalone::Diagnostic placeless = diagnostic;
+  placeless.range.reset();
+  ConsoleView::showDiagnostic(placeless);
+}
+
 void QcView::showResults(const std::filesystem::path& csv) {
   std::vector<QcSample> samples;
   try {

@@ -16,6 +16,8 @@ class QcView : public ConsoleView {
   QcView(const RunOptions& options, std::optional<OutputFile> csvCopy);
 
   void showResults(const std::filesystem::path& csv) override;
+  // Without the place: the syntax that it lies in is nobody's own.
+  void showDiagnostic(const standalone::Diagnostic& diagnostic) override;
 
  private:
   std::optional<OutputFile> csvCopy_;

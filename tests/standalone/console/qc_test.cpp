@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "platform/program.h"
@@ -201,9 +202,14 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
     EXPECT_EQ(result.out, "") << row.err;
     EXPECT_EQ(result.status, 2) << row.err;
   }
-  const ProgramResult unwritable = run({"good.fq", "--fastqc-data", "good.fq/data"});
-  EXPECT_EQ(unwritable.err, "error: cannot write into \"good.fq/data\": Not a directory\n");
-  EXPECT_EQ(unwritable.status, 1);
+  for (const auto& [option, err] :
+       {std::pair("--fastqc-data", "error: cannot write into \"good.fq\": Not a directory\n"),
+        std::pair("--temp", "error: the analysis cannot be started: the temporary folder")}) {
+    const ProgramResult refused = run({"good.fq", option, "good.fq"});
+    EXPECT_THAT(refused.err, testing::StartsWith(err));
+    EXPECT_EQ(std::ranges::count(refused.err, '\n'), 1) << refused.err;
+    EXPECT_EQ(refused.status, 1) << err;
+  }
   EXPECT_EQ(readWholeFile(at("good.fq")), kQcReads);
 }
 
