@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "standalone/language/translation.h"
+
 namespace genostat::standalone {
 
 namespace {
@@ -18,10 +20,6 @@ std::string shortNumber(double value, int digits = kUsualDigits) {
   const auto result =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, digits);
   return std::string(buffer.data(), result.ptr);
-}
-
-std::string counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
 }
 
 double edgeOf(const Histogram& histogram, std::size_t bin) {
@@ -39,19 +37,20 @@ int digitsOfEdges(const Histogram& histogram) {
 
 std::string binName(const Histogram& histogram, std::size_t bin) {
   const int digits = digitsOfEdges(histogram);
-  return shortNumber(edgeOf(histogram, bin), digits) + " to " +
-         shortNumber(edgeOf(histogram, bin + 1), digits);
+  return translated("{1} to {2}", {shortNumber(edgeOf(histogram, bin), digits),
+                                   shortNumber(edgeOf(histogram, bin + 1), digits)});
 }
 
 std::string summaryOf(const Histogram& histogram) {
-  std::string text = counted(histogram.validCount, "value");
-  if (histogram.mean) text += ", mean " + shortNumber(*histogram.mean);
-  if (histogram.deviation) text += ", standard deviation " + shortNumber(*histogram.deviation);
+  std::string text = translatedCount(histogram.validCount, "{1} value", "{1} values");
+  if (histogram.mean) text += ", " + translated("mean {1}", {shortNumber(*histogram.mean)});
+  if (histogram.deviation)
+    text += ", " + translated("standard deviation {1}", {shortNumber(*histogram.deviation)});
   const auto tallest = std::max_element(histogram.counts.begin(), histogram.counts.end());
   if (tallest != histogram.counts.end()) {
-    text += "; the tallest bar, " +
-            binName(histogram, static_cast<std::size_t>(tallest - histogram.counts.begin())) + ", counts " +
-            std::to_string(*tallest);
+    const auto bin = static_cast<std::size_t>(tallest - histogram.counts.begin());
+    text = translated("{1}; the tallest bar, {2}, counts {3}",
+                      {text, binName(histogram, bin), std::to_string(*tallest)});
   }
   return text + '.';
 }
@@ -62,13 +61,16 @@ std::string summaryOf(const ProbabilityPlot& plot) {
     const double distance = std::abs(point.observed - point.expected);
     if (distance > farthest) farthest = distance;
   }
-  return plot.variable + ", " + counted(plot.points.size(), "point") + "; the farthest lies " +
-         shortNumber(farthest) + " from the diagonal of a normal distribution.";
+  return translated(
+      "{1}, {2}; the farthest lies {3} from the diagonal of a normal distribution.",
+      {plot.variable, translatedCount(plot.points.size(), "{1} point", "{1} points"), shortNumber(farthest)});
 }
 
 std::string summaryOf(const ScatterMatrix& matrix) {
   const std::size_t cases = matrix.values.empty() ? 0 : matrix.values.front().size();
-  return "Each pair of " + counted(matrix.variables.size(), "variable") + ", " + counted(cases, "case") + '.';
+  return translatedCount(matrix.variables.size(), "Each pair of {1} variable, {2}.",
+                         "Each pair of {1} variables, {2}.",
+                         {translatedCount(cases, "{1} case", "{1} cases")});
 }
 
 std::string summaryOf(const VerdictMap& map) {
@@ -78,15 +80,16 @@ std::string summaryOf(const VerdictMap& map) {
       ++counts.at(static_cast<std::size_t>(verdict));
     }
   }
-  return counted(map.samples.size(), "sample") + " by " + counted(map.checks.size(), "check") + ": " +
-         std::to_string(counts[1]) + " passed, " + counted(counts[2], "warning") + ", " +
-         std::to_string(counts[3]) + " failed.";
+  return translated("{1} by {2}: {3} passed, {4}, {5} failed.",
+                    {translatedCount(map.samples.size(), "{1} sample", "{1} samples"),
+                     translatedCount(map.checks.size(), "{1} check", "{1} checks"), std::to_string(counts[1]),
+                     translatedCount(counts[2], "{1} warning", "{1} warnings"), std::to_string(counts[3])});
 }
 
 std::optional<PivotTable> tableOf(const Histogram& histogram) {
   PivotTable table;
   table.rowLabel = histogram.variable;
-  table.columns = {{"Frequency", {}}};
+  table.columns = {{translated("Frequency"), {}}};
   for (std::size_t bin = 0; bin < histogram.counts.size(); ++bin) {
     table.rows.push_back({binName(histogram, bin), {}});
     table.cells.push_back({numberCell(static_cast<double>(histogram.counts[bin]), 0)});
@@ -95,9 +98,9 @@ std::optional<PivotTable> tableOf(const Histogram& histogram) {
 }
 
 std::optional<PivotTable> tableOf(const VerdictMap& map) {
-  static constexpr std::array<const char*, 4> kWords = {"", "pass", "warn", "fail"};
+  static constexpr std::array<const char*, 4> kWords = {"", marked("pass"), marked("warn"), marked("fail")};
   PivotTable table;
-  table.rowLabel = "Sample";
+  table.rowLabel = translated("Sample");
   for (const std::string& check : map.checks) {
     table.columns.push_back({check, {}});
   }
@@ -105,7 +108,9 @@ std::optional<PivotTable> tableOf(const VerdictMap& map) {
     table.rows.push_back({map.samples[i], {}});
     std::vector<CellValue>& row = table.cells.emplace_back();
     for (const VerdictMap::Verdict verdict : map.verdicts[i]) {
-      row.push_back(textCell(kWords.at(static_cast<std::size_t>(verdict))));
+      row.push_back(textCell(verdict == VerdictMap::Verdict::None
+                                 ? std::string()
+                                 : translated(kWords.at(static_cast<std::size_t>(verdict)))));
     }
   }
   return table;

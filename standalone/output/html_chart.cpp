@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/chart_json.h"
 #include "standalone/output/chart_summary.h"
 #include "standalone/output/html_table.h"
@@ -98,14 +99,14 @@ std::string legendHtml(const Chart& chart) {
     const char* sign;
     const char* meaning;
   };
-  static constexpr std::array<Entry, 4> kEntries = {{{"pass", "\xE2\x9C\x93", "pass"},
-                                                     {"warn", "!", "warn"},
-                                                     {"fail", "\xE2\x9C\x95", "fail"},
-                                                     {"none", "&#160;", "not checked"}}};
-  std::string html = "<ul class=\"legend\" aria-label=\"Signs\">\n";
+  static constexpr std::array<Entry, 4> kEntries = {{{"pass", "\xE2\x9C\x93", marked("pass")},
+                                                     {"warn", "!", marked("warn")},
+                                                     {"fail", "\xE2\x9C\x95", marked("fail")},
+                                                     {"none", "&#160;", marked("not checked")}}};
+  std::string html = "<ul class=\"legend\" aria-label=\"" + escapeHtml(translated("Signs")) + "\">\n";
   for (const Entry& entry : kEntries) {
     html += std::string("<li><span class=\"") + entry.name + "\" aria-hidden=\"true\">" + entry.sign +
-            "</span>" + entry.meaning + "</li>\n";
+            "</span>" + escapeHtml(translated(entry.meaning)) + "</li>\n";
   }
   return html + "</ul>\n";
 }
@@ -126,7 +127,7 @@ std::string renderChartAsHtml(const Chart& given, std::string_view id) {
   const std::string base = escapeHtml(id);
   const std::string summary = summarizeChart(given);
   const std::size_t step = std::visit([](auto& data) { return thinChart(data); }, chart.data);
-  if (step > 1) chart.notes.push_back("Drawn: one of every " + std::to_string(step) + " points.");
+  if (step > 1) chart.notes.push_back(translated("Drawn: one of every {1} points.", {std::to_string(step)}));
   std::visit([](auto& data) { makePrintable(data); }, chart.data);
 
   std::string html = "<figure class=\"chart\" id=\"" + base + "\">\n<figcaption><div class=\"title\" id=\"" +
@@ -135,11 +136,13 @@ std::string renderChartAsHtml(const Chart& given, std::string_view id) {
   html += "<div class=\"scroll" + std::string(isTall(chart) ? " tall" : "") +
           "\" role=\"group\" tabindex=\"0\" aria-labelledby=\"" + base + "-title\">" +
           "<div class=\"drawing\" role=\"img\" aria-label=\"" + escapeHtml(chart.title + ". " + summary) +
-          "\"></div></div>\n<noscript><p class=\"summary\">Drawing the chart needs scripts.</p></noscript>\n";
+          "\"></div></div>\n<noscript><p class=\"summary\">" +
+          escapeHtml(translated("Drawing the chart needs scripts.")) + "</p></noscript>\n";
   html += notesHtml(chart.notes);
   if (const auto table = chartAsTable(given)) {
-    html += "<details><summary>Data of the chart</summary>\n" +
-            renderTableAsHtml(*table, std::string(id) + "-data", "Data of the chart") + "</details>\n";
+    const std::string name = translated("Data of the chart");
+    html += "<details><summary>" + escapeHtml(name) + "</summary>\n" +
+            renderTableAsHtml(*table, std::string(id) + "-data", name) + "</details>\n";
   }
   return html + dataElement(chart) + "</figure>\n";
 }

@@ -4,10 +4,13 @@
 #include "standalone/output/html_report.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string_view>
 #include <vector>
 
+#include "standalone/language/language.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/chart_json.h"
 #include "standalone/output/html_chart.h"
 #include "standalone/output/html_table.h"
@@ -58,9 +61,9 @@ std::string sourceOf(const rapidjson::Value& item) {
 }
 
 std::string messageWord(std::string_view kind) {
-  if (kind == "error") return "Error";
-  if (kind == "warning") return "Warning";
-  return "Note";
+  if (kind == "error") return translated("Error");
+  if (kind == "warning") return translated("Warning");
+  return translated("Note");
 }
 
 std::string messageHtml(std::string_view kind, std::string_view text, const std::string& id) {
@@ -69,8 +72,8 @@ std::string messageHtml(std::string_view kind, std::string_view text, const std:
   }
   const std::string word = messageWord(kind);
   return "<div class=\"message " + std::string(kind == "error" || kind == "warning" ? kind : "note") +
-         "\" id=\"" + id + "\"><strong>" + word + "</strong>\n<pre>" + escapeHtml(text, LineBreaks::Keep) +
-         "</pre></div>\n";
+         "\" id=\"" + id + "\"><strong>" + escapeHtml(word) + "</strong>\n<pre>" +
+         escapeHtml(text, LineBreaks::Keep) + "</pre></div>\n";
 }
 
 class ReportReader {
@@ -104,7 +107,7 @@ class ReportReader {
     const PivotTable table = readTable(item);
     const std::string id = "table-" + std::to_string(++report_.counts.tables);
     Section& section = sectionOf(item);
-    const std::string label = table.title.empty() ? "Table" : table.title;
+    const std::string label = table.title.empty() ? translated("Table") : table.title;
     section.blocks.push_back({id, label, renderTableAsHtml(table, id, section.procedure)});
   }
 
@@ -133,7 +136,7 @@ bool namesSources(const std::vector<Section>& sections) {
 }
 
 std::string procedureOf(const Section& section) {
-  return section.procedure.empty() ? "Messages" : section.procedure;
+  return section.procedure.empty() ? translated("Messages") : section.procedure;
 }
 
 std::string linkHtml(const std::string& id, const std::string& label, const char* classes) {
@@ -143,8 +146,9 @@ std::string linkHtml(const std::string& id, const std::string& label, const char
 
 std::string outlineHtml(const std::vector<Section>& sections) {
   if (sections.empty()) return "<div></div>\n";
-  std::string html =
-      "<nav class=\"outline\" aria-label=\"Contents\">\n<details open><summary>Contents</summary>\n<ol>\n";
+  const std::string contents = escapeHtml(translated("Contents"));
+  std::string html = "<nav class=\"outline\" aria-label=\"" + contents + "\">\n<details open><summary>" +
+                     contents + "</summary>\n<ol>\n";
   const bool sources = namesSources(sections);
   for (std::size_t i = 0; i < sections.size(); ++i) {
     const Section& section = sections[i];
@@ -188,23 +192,67 @@ std::string sectionsHtml(const std::vector<Section>& sections) {
 
 std::string contentsLine(const Counts& counts) {
   std::string line;
-  const auto add = [&line](std::size_t count, const char* noun) {
-    if (count == 0) return;
-    if (!line.empty()) line += ", ";
-    line += std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+  const auto add = [&line](std::size_t count, const std::string& counted) {
+    if (count > 0) line += (line.empty() ? "" : ", ") + counted;
   };
-  add(counts.tables, "table");
-  add(counts.charts, "chart");
-  add(counts.warnings, "warning");
-  add(counts.errors, "error");
-  return line.empty() ? "Nothing to show" : line;
+  add(counts.tables, translatedCount(counts.tables, "{1} table", "{1} tables"));
+  add(counts.charts, translatedCount(counts.charts, "{1} chart", "{1} charts"));
+  add(counts.warnings, translatedCount(counts.warnings, "{1} warning", "{1} warnings"));
+  add(counts.errors, translatedCount(counts.errors, "{1} error", "{1} errors"));
+  return escapeHtml(line.empty() ? translated("Nothing to show") : line);
+}
+
+// What the page's scripts say: an element that they read. English is what they say without it.
+std::string scriptWords() {
+  static constexpr std::array kWords = {marked("Copy"),
+                                        marked("Copy {1}"),
+                                        marked("Copied"),
+                                        marked("Not copied"),
+                                        marked("table"),
+                                        marked("{1} to {2}"),
+                                        marked("Frequency"),
+                                        marked("Values"),
+                                        marked("no values"),
+                                        marked("Variable"),
+                                        marked("Range"),
+                                        marked("Across"),
+                                        marked("Up"),
+                                        marked("Sample"),
+                                        marked("Check"),
+                                        marked("Verdict"),
+                                        marked("pass"),
+                                        marked("warn"),
+                                        marked("fail"),
+                                        marked("not checked"),
+                                        marked("Observed"),
+                                        marked("Expected"),
+                                        marked("Observed cumulative probability"),
+                                        marked("Expected cumulative probability")};
+  if (language().code == "en") return {};
+  rapidjson::StringBuffer buffer;
+  JsonWriter writer(buffer);
+  writer.StartObject();
+  for (const char* word : kWords) {
+    writeMember(writer, word, translated(word));
+  }
+  writer.EndObject();
+  return "<script type=\"application/json\" id=\"words\">" +
+         escapeScriptJson(std::string_view(buffer.GetString(), buffer.GetSize())) + "</script>\n";
+}
+
+// "pt-BR", as pages name languages.
+std::string languageOfPage() {
+  std::string name = language().code;
+  std::replace(name.begin(), name.end(), '_', '-');
+  return escapeHtml(name);
 }
 
 std::string headHtml(const std::string& title, bool charts) {
   const ReportAssets& assets = reportAssets();
   std::string scripts(assets.script.policy);
   if (charts) scripts.append(" ").append(assets.charts.policy);
-  std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n";
+  std::string html =
+      "<!DOCTYPE html>\n<html lang=\"" + languageOfPage() + "\">\n<head>\n<meta charset=\"utf-8\">\n";
   html += "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src ";
   html.append(assets.style.policy).append("; script-src ").append(scripts);
   html += "; base-uri 'none'; form-action 'none'\">\n";
@@ -224,11 +272,12 @@ std::string renderHtmlReport(std::span<const std::string> items, const std::stri
   const Report report = reader.take();
   const bool charts = report.counts.charts > 0;
   std::string html = headHtml(title, charts);
-  html += "<body>\n<a class=\"skip\" href=\"#results\">Skip to the results</a>\n";
+  html += "<body>\n<a class=\"skip\" href=\"#results\">" + escapeHtml(translated("Skip to the results")) +
+          "</a>\n";
   html += outlineHtml(report.sections);
   html += "<main id=\"results\" tabindex=\"-1\">\n<header>\n<h1>" + escapeHtml(title) +
           "</h1>\n<p class=\"contents\">" + contentsLine(report.counts) + "</p>\n</header>\n";
-  html += sectionsHtml(report.sections) + "</main>\n";
+  html += sectionsHtml(report.sections) + "</main>\n" + scriptWords();
   const ReportAssets& assets = reportAssets();
   html.append("<script>").append(assets.script.text).append("</script>\n");
   if (charts) html.append("<script>").append(assets.charts.text).append("</script>\n");

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "standalone/language/language.h"
 #include "standalone/output/chart_json.h"
 #include "standalone/output/table_json.h"
 #include "standalone/syntax/diagnostic.h"
@@ -122,8 +123,8 @@ const std::vector<std::string>& OutputDocument::items() const {
 }
 
 std::string OutputDocument::toJson() const {
-  std::string json =
-      "{\"format\":\"genostat-output\",\"version\":" + std::to_string(kFormatVersion) + ",\"items\":[";
+  std::string json = "{\"format\":\"genostat-output\",\"version\":" + std::to_string(kFormatVersion) +
+                     ",\"language\":\"" + language().code + "\",\"items\":[";
   const char* separator = "\n";
   for (const std::string& item : contents_->items) {
     json += separator;

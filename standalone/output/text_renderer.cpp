@@ -1,5 +1,6 @@
 #include "standalone/output/text_renderer.h"
 
+#include "standalone/language/translation.h"
 #include "standalone/output/display_text.h"
 #include "standalone/output/table_json.h"
 #include "standalone/output/text_table.h"
@@ -39,7 +40,9 @@ std::string renderItemAsText(std::string_view itemJson, const TextStyle& style) 
   const std::string_view type = stringMember(item, "type");
   if (type == "table") return '\n' + renderTableAsText(readTable(item), style);
   if (type == "chart") {
-    return "\n[chart: " + printableText(stringMember(item, "title")) + "; shown in HTML output]\n";
+    return "\n[" +
+           translated("chart: {1}; shown in HTML output", {printableText(stringMember(item, "title"))}) +
+           "]\n";
   }
   if (type == "text") return renderText(stringMember(item, "kind"), stringMember(item, "text"), style);
   return {};

@@ -28,6 +28,9 @@
     if (!Number.isFinite(value)) return "";
     return String(Number.isSafeInteger(value) ? value : Number(value.toPrecision(digits)));
   };
+  const words = JSON.parse((document.getElementById("words") || { textContent: "{}" }).textContent);
+  const word = (text) => words[text] || text;
+  const span = (from, to) => word("{1} to {2}").replace("{1}", from).replace("{2}", to);
   const quantitative = (field, more = {}) => ({ field, type: "quantitative", ...more });
   const hidden = { axis: null, legend: null };
 
@@ -48,23 +51,23 @@
     // As many digits as tell one edge from the next, far from 0 too.
     const digits = Math.ceil(Math.log10(Math.max(Math.abs(chart.firstEdge), Math.abs(end)) / chart.binWidth)) + 2;
     const name = (i) => number(edge(i), Math.min(Math.max(digits, 5), 17));
-    const bars = chart.counts.map((y, i) => ({ a: edge(i), b: edge(i + 1), y, t: `${name(i)} to ${name(i + 1)}` }));
+    const bars = chart.counts.map((y, i) => ({ a: edge(i), b: edge(i + 1), y, t: span(name(i), name(i + 1)) }));
     const x = { type: "quantitative", scale: { domain: [chart.firstEdge, end], nice: false, zero: false }, title: chart.variable, axis: { grid: false, labelFlush: false } };
     const layer = [{
       data: { values: bars },
       mark: { type: "rect", fill: ink("bar"), stroke: ink("paper"), strokeWidth: 1 },
       encoding: {
         x: { field: "a", ...x }, x2: { field: "b" },
-        y: quantitative("y", { title: "Frequency", axis: { tickMinStep: 1 }, scale: { zero: true } }),
+        y: quantitative("y", { title: word("Frequency"), axis: { tickMinStep: 1 }, scale: { zero: true } }),
         y2: { datum: 0 },
-        tooltip: [{ field: "t", title: "Values" }, quantitative("y", { title: "Frequency" })],
+        tooltip: [{ field: "t", title: word("Values") }, quantitative("y", { title: word("Frequency") })],
       },
     }];
     if (chart.normalCurve && chart.standardDeviation > 0) {
       layer.push({
         data: { values: normalCurve(chart, chart.firstEdge, end) },
         mark: { type: "line", stroke: ink("ink"), strokeWidth: 1.75, interpolate: "monotone" },
-        encoding: { x: { field: "x", ...x }, y: quantitative("y", { title: "Frequency" }) },
+        encoding: { x: { field: "x", ...x }, y: quantitative("y", { title: word("Frequency") }) },
       });
     }
     return { width: Math.min(room - 75, 560), height: 280, layer };
@@ -73,8 +76,8 @@
   function normalProbability(chart, room) {
     const side = Math.max(Math.min(room - 80, 360), 180);
     const scale = { domain: [0, 1], nice: false };
-    const x = quantitative("x", { scale, title: "Observed cumulative probability", axis: { tickCount: 5 } });
-    const y = quantitative("y", { scale, title: "Expected cumulative probability", axis: { tickCount: 5 } });
+    const x = quantitative("x", { scale, title: word("Observed cumulative probability"), axis: { tickCount: 5 } });
+    const y = quantitative("y", { scale, title: word("Expected cumulative probability"), axis: { tickCount: 5 } });
     return {
       width: side,
       height: side,
@@ -83,7 +86,7 @@
         {
           data: { values: chart.points.map(([px, py]) => ({ x: px, y: py })) },
           mark: { type: "point", filled: true, fill: ink("accent"), size: 34, opacity: 0.8 },
-          encoding: { x, y, tooltip: [quantitative("x", { title: "Observed", format: ".4f" }), quantitative("y", { title: "Expected", format: ".4f" })] },
+          encoding: { x, y, tooltip: [quantitative("x", { title: word("Observed"), format: ".4f" }), quantitative("y", { title: word("Expected"), format: ".4f" })] },
         },
       ],
     };
@@ -115,7 +118,7 @@
         });
       }
       const { least, most, known } = ranges[row];
-      const range = known > 0 ? `${number(least)} to ${number(most)}` : "no values";
+      const range = known > 0 ? span(number(least), number(most)) : word("no values");
       names.push({ x: row + 0.5, y: row + 0.5, n: chart.variables[row], r: range });
     }
     const x = quantitative("x", { scale: { domain: [0, count], nice: false }, ...hidden });
@@ -123,7 +126,7 @@
     const label = (field, more) => ({
       data: { values: names },
       mark: { type: "text", limit: panel - 12, ...more },
-      encoding: { x, y, text: { field, type: "nominal" }, tooltip: [{ field: "n", title: "Variable" }, { field: "r", title: "Range" }] },
+      encoding: { x, y, text: { field, type: "nominal" }, tooltip: [{ field: "n", title: word("Variable") }, { field: "r", title: word("Range") }] },
     });
     return {
       width: panel * count,
@@ -133,7 +136,7 @@
         {
           data: { values: points },
           mark: { type: "point", filled: true, fill: ink("accent"), size: panel < 100 ? 12 : points.length < 2000 ? 38 : 20, opacity: 0.7 },
-          encoding: { x, y, tooltip: [{ field: "a", title: "Across" }, { field: "b", title: "Up" }] },
+          encoding: { x, y, tooltip: [{ field: "a", title: word("Across") }, { field: "b", title: word("Up") }] },
         },
         label("n", { fill: ink("ink"), fontSize: 12, fontWeight: 600, dy: -6 }),
         label("r", { fill: ink("soft"), fontSize: 11, dy: 10 }),
@@ -151,12 +154,12 @@
     const step = Math.max(Math.min((room - left - rightmost - 4) / Math.max(columns, 1), 58), 26);
     const cells = [];
     chart.verdicts.forEach((row, r) => row.forEach((verdict, c) => {
-      cells.push({ r, c, v: verdict || "none", t: signs[verdict] || "", s: chart.samples[r], k: chart.checks[c], w: verdict || "not checked" });
+      cells.push({ r, c, v: verdict || "none", t: signs[verdict] || "", s: chart.samples[r], k: chart.checks[c], w: word(verdict || "not checked") });
     }));
     const x = { field: "c", type: "ordinal", scale: { paddingInner: 0.06, paddingOuter: 0.03 }, ...hidden };
     const y = { field: "r", type: "ordinal", scale: { paddingInner: 0.12, paddingOuter: 0.06 }, ...hidden };
     const colour = (inks) => ({ field: "v", type: "nominal", legend: null, scale: { domain: ["pass", "warn", "fail", "none"], range: inks } });
-    const tooltip = [{ field: "s", title: "Sample" }, { field: "k", title: "Check" }, { field: "w", title: "Verdict" }];
+    const tooltip = [{ field: "s", title: word("Sample") }, { field: "k", title: word("Check") }, { field: "w", title: word("Verdict") }];
     const label = { type: "text", fill: ink("ink"), fontSize: 12.5, baseline: "middle" };
     return {
       padding: { left, top, right: rightmost, bottom: 4 },
@@ -174,12 +177,12 @@
         {
           data: { values: chart.samples.map((s, r) => ({ s, r })) },
           mark: { ...label, align: "right", limit: 230 },
-          encoding: { x: { value: -8 }, y, text: { field: "s", type: "nominal" }, tooltip: [{ field: "s", title: "Sample" }] },
+          encoding: { x: { value: -8 }, y, text: { field: "s", type: "nominal" }, tooltip: [{ field: "s", title: word("Sample") }] },
         },
         {
           data: { values: chart.checks.map((k, c) => ({ k, c })) },
           mark: { ...label, align: "left", angle: 315, limit: 190 },
-          encoding: { x, y: { value: -10 }, text: { field: "k", type: "nominal" }, tooltip: [{ field: "k", title: "Check" }] },
+          encoding: { x, y: { value: -10 }, text: { field: "k", type: "nominal" }, tooltip: [{ field: "k", title: word("Check") }] },
         },
       ],
     };

@@ -2,6 +2,8 @@
 "use strict";
 
 (() => {
+  const words = JSON.parse((document.getElementById("words") || { textContent: "{}" }).textContent);
+  const word = (text) => words[text] || text;
   const places = (cell, name) => Number(cell.getAttribute(name)) || 1;
 
   // The values as rows of texts; a cell that spans several places stands in the first of them.
@@ -49,19 +51,19 @@
     const button = document.createElement("button");
     button.type = "button";
     button.className = "copy";
-    button.textContent = "Copy";
+    button.textContent = word("Copy");
     const table = box.querySelector("table");
-    const name = table.caption ? table.caption.textContent.trim() : "table";
-    button.setAttribute("aria-label", `Copy ${name}`);
+    const name = table.caption ? table.caption.textContent.trim() : word("table");
+    button.setAttribute("aria-label", word("Copy {1}").replace("{1}", () => name));
     const tell = (text) => {
       button.textContent = text;
       button.classList.add("done");
       setTimeout(() => {
-        button.textContent = "Copy";
+        button.textContent = word("Copy");
         button.classList.remove("done");
       }, 1600);
     };
-    button.addEventListener("click", () => copyTable(table).then(() => tell("Copied"), () => tell("Not copied")));
+    button.addEventListener("click", () => copyTable(table).then(() => tell(word("Copied")), () => tell(word("Not copied"))));
     box.append(button);
   }
 
