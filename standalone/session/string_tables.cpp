@@ -2,6 +2,7 @@
 // made on a module's thread, and the session has shown them when it started.
 #include "host/string_tables.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -29,34 +30,28 @@ const std::string* find(const Texts& texts, const std::string& key) {
   return entry != texts.end() ? &entry->second : nullptr;
 }
 
-// The tables of one folder.
-struct Tables {
-  std::filesystem::path folder;
-  Texts procedure = {};
-  Texts global = {};
-};
-
-std::vector<Tables> tablesBelow(const std::filesystem::path& chosen) {
-  std::vector<Tables> tables;
-  for (const std::filesystem::path& folder : standalone::stringTableFolders(chosen)) {
-    tables.push_back({folder});
-  }
-  return tables;
-}
-
 }  // namespace
 
 struct FacSTDictionary::Contents {
+  // Of one folder.
+  struct Tables {
+    std::filesystem::path folder;
+    Texts procedure = {};
+    Texts global = {};
+  };
   std::vector<Tables> tables;
 };
 
-FacSTDictionary::FacSTDictionary(const std::string& folder)
-    : contents_(std::make_unique<Contents>(Contents{tablesBelow(tableFolder(folder))})) {}
+FacSTDictionary::FacSTDictionary(const std::string& folder) : contents_(std::make_unique<Contents>()) {
+  for (const std::filesystem::path& below : standalone::stringTableFolders(tableFolder(folder))) {
+    contents_->tables.push_back({below});
+  }
+}
 
 FacSTDictionary::~FacSTDictionary() = default;
 
 void FacSTDictionary::SetProcedure(const std::string& procedure) {
-  for (Tables& tables : contents_->tables) {
+  for (Contents::Tables& tables : contents_->tables) {
     tables.procedure =
         standalone::readStringTable(standalone::procedureTableFile(tables.folder, procedure)).texts;
   }
@@ -64,13 +59,15 @@ void FacSTDictionary::SetProcedure(const std::string& procedure) {
 
 void FacSTDictionary::SetGlobalStringTable(const std::string& folder) {
   const std::vector<std::filesystem::path> folders = standalone::stringTableFolders(tableFolder(folder));
-  for (std::size_t i = 0; i < folders.size(); ++i) {
+  // Another folder may stand for fewer or more than the first one.
+  const std::size_t count = std::min(folders.size(), contents_->tables.size());
+  for (std::size_t i = 0; i < count; ++i) {
     contents_->tables[i].global = standalone::readStringTable(standalone::globalTableFile(folders[i])).texts;
   }
 }
 
 std::string FacSTDictionary::LookUp(const std::string& key) const {
-  for (const Tables& tables : contents_->tables) {
+  for (const Contents::Tables& tables : contents_->tables) {
     if (const std::string* text = find(tables.procedure, key)) return *text;
     if (const std::string* text = find(tables.global, key)) return *text;
   }
