@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "platform/suspension.h"
 #include "standalone/console/console_view.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
@@ -67,6 +68,7 @@ std::string reportTitle(const std::string& file) {
 int runShown(const RunOptions& options, const std::function<standalone::SourcePtr()>& readText,
              std::unique_ptr<ConsoleView> view, const std::string& title) {
   const auto run = std::make_shared<BatchRun>(std::move(view));
+  platform::onSuspend([run] { run->view->suspend(); });
   platform::onInterrupt([run] { run->interrupt(); });
   const auto refuse = [&run](const char* message, int status) {
     run->view->showNotice(std::string("error: ") + message);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/suspension.h"
 #include "standalone/console/live_lines.h"
 #include "standalone/console/options.h"
 #include "standalone/console/output_file.h"
@@ -35,6 +36,8 @@ class ConsoleView : public standalone::SessionView {
   void showProgress(bool wanted);
   // Removes what is shown of progress for good. Any thread; waits for output that is being written.
   void endProgress() { live_.close(); }
+  // Stops the program for as long as the user wants, with nothing of progress on the terminal.
+  void suspend() { live_.writeAbove(platform::suspendProgram); }
 
   // Writes what is shown only at the end. False when results could not be written somewhere.
   bool finish();
