@@ -215,7 +215,7 @@ std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
 }
 
 std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
-  if (!platform::standardErrorTerminal().isTerminal) return rowsOf(samples, options);
+  if (!platform::standardErrorTerminal().movesCursor) return rowsOf(samples, options);
   JobProgress progress;
   progress.expect(bytesOf(samples), samples.size());
   options.progress = &progress;
