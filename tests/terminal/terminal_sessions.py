@@ -101,6 +101,31 @@ def progress_follows_the_width(place):
 
 
 @case
+def progress_makes_room(place):
+    jobs = "".join(f"GENOSTAT\n  /JOB NAME='{name}' FILE='control.fastq' 'treated.fastq.gz'.\n" for name in "abc")
+    (place.folder / "jobs.syntax").write_text(jobs + "UNKNOWN.\n")
+    with place.terminal(rows=12) as terminal:
+        terminal.type("clear; genostat run jobs.syntax --home held > tables.txt")
+        screen = terminal.wait_for(r"^a  .*\n  control .*\n  treated .*\n2 more jobs wait")
+        check("error" not in screen.split("\na  ")[1], "what went wrong stands above", screen)
+        terminal.resize(80, 4)
+        screen = terminal.wait_for(r"^a  .*\n  and 2 more samples\n2 more jobs wait")
+        terminal.resize(80, 12)
+        terminal.keys("C-z")
+        screen = terminal.wait_until(lambda screen: "Stopped" in screen and screen.endswith("\n$"), "a prompt")
+        check(not re.search(rf"{BAR}|more jobs", screen), "nothing is in the prompt's way", screen)
+        terminal.type("bg")
+        terminal.wait_for(r"jobs.syntax .*&")
+        terminal.type('fg; echo "[status $?]"')
+        terminal.wait_for(r"^a  .*\n  control .*\n  treated .*\n2 more jobs wait")
+        place.go_on()
+        check(terminal.wait_for_status() == 1, "the status tells of the wrong command")
+        screen = terminal.everything()
+        check(not re.search(rf"{BAR}|more jobs", screen), "nothing of it remains", screen)
+        place.check_nothing_is_left()
+
+
+@case
 def cancelled_in_the_middle(place):
     with place.terminal() as terminal:
         terminal.type(f'{QC} --home held --csv qc.csv --html qc.html; echo "[status $?]"')
