@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Compares the tables of other languages with the texts in the sources: check_texts.py [ROOT] [--missing]
 
-Every literal in translated(...), translatedCount(...) and marked(...) below standalone/ is a key of
-strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
+Every literal in translated(...), translatedCount(...) and marked(...) below standalone/, and each of the module's
+sentences about a command, is a key of strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
 translation, a translation of a text that no source has, and one whose {1} to {9} differ from the
 text's. --missing prints lines for client.txt instead. The status is 1 if there is any finding.
 """
@@ -81,6 +81,15 @@ def source_texts(root):
     return texts
 
 
+def command_errors(root):
+    """The module's own sentences about its command, which the host shows in the user's language."""
+    name = "entry/genomic_parser_exception.cpp"
+    source = (root / name).read_text(encoding="utf-8")
+    begin = source.index("kTexts = {") + len("kTexts = {")
+    found = arguments(source, begin) + [[literal] for literal in re.findall(r': ("[A-Z][^"]*");', source)]
+    return {text: name for pieces in found for text in literals(pieces)}
+
+
 def module_texts(root):
     """What the module looks up: its words, and why an analysis failed."""
     texts = {}
@@ -132,7 +141,7 @@ def findings(wanted, rows):
 def main() -> int:
     options = [argument for argument in sys.argv[1:] if argument.startswith("--")]
     root = pathlib.Path(next((a for a in sys.argv[1:] if not a.startswith("--")), "."))
-    texts = source_texts(root)
+    texts = source_texts(root) | command_errors(root)
     found = []
     for folder in sorted(path for path in (root / "strings").iterdir() if path.is_dir()):
         client, faults = table(folder / "client.txt", True)

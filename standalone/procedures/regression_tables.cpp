@@ -135,7 +135,7 @@ PivotTable buildModelSummary(const RegressionResult& result) {
                    {translated("Std. Error of the Estimate"), {}}};
   const bool change = result.request.statistics.test(kRegressionChange);
   if (change) {
-    table.columns.push_back({"Change Statistics",
+    table.columns.push_back({translated("Change Statistics"),
                              {{translated("R Square Change"), {}},
                               {translated("F Change"), {}},
                               {"df1", {}},
