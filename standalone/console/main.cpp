@@ -8,6 +8,7 @@
 #include "standalone/console/language_choice.h"
 #include "standalone/console/options.h"
 #include "standalone/console/qc_run.h"
+#include "standalone/console/shell_run.h"
 
 namespace console = genostat::console;
 namespace platform = genostat::platform;
@@ -20,6 +21,7 @@ int main(int argc, char** argv) {
     const auto parsed = console::parseArguments(arguments);
     if (const auto* run = std::get_if<console::RunOptions>(&parsed)) return console::runBatch(*run);
     if (const auto* qc = std::get_if<console::QcOptions>(&parsed)) return console::runQc(*qc);
+    if (const auto* shell = std::get_if<console::ShellOptions>(&parsed)) return console::runShell(*shell);
     const auto& answer = std::get<console::Answer>(parsed);
     std::FILE* stream = answer.status == console::kSuccess ? stdout : stderr;
     const bool written = std::fputs(answer.text.c_str(), stream) >= 0 && std::fflush(stream) == 0;

@@ -62,6 +62,29 @@ void addRunOptions(CLI::App& run, RunOptions& options) {
   run.footer(std::string(kRunHelp) + kExamples + kExitStatusHelp);
 }
 
+constexpr const char* kShellHelp =
+    "Commands end with a period at the end of a line or with a blank line. Jobs run while you\n"
+    "type; what they find is shown when the line is empty. \"help\" tells the rest. Input from\n"
+    "a pipe or a file runs as it comes, and at its end the program waits for the jobs.\n"
+    "\n"
+    "Ctrl-C drops what is typed and stops what runs; the jobs go on.\n"
+    "The history is kept in $XDG_STATE_HOME/genostat/history, without that variable below\n"
+    "~/.local/state. Keys can be bound in ~/.editrc.\n"
+    "\n"
+    "Examples:\n"
+    "  genostat shell\n"
+    "  genostat shell --html report.html\n"
+    "  echo help | genostat shell\n"
+    "\n";
+
+void addShellOptions(CLI::App& shell, ShellOptions& options) {
+  addSessionOptions(shell, options.session);
+  addTextOption(shell, "--csv", options.session.csvFolder, "DIR",
+                "keep a copy of each job's result file in this folder");
+  shell.add_flag("--no-history", options.noHistory, "neither read nor keep the lines of earlier runs");
+  shell.footer(std::string(kShellHelp) + kExitStatusHelp);
+}
+
 Answer usageError(const std::string& message, const std::string& program) {
   const std::string help = quoteForMessage(program + " --help");
   return {translated("error: {1}", {message}) + '\n' + translated("Try {1}.", {help}) + '\n', kUsageError};
@@ -110,9 +133,10 @@ std::string describeFault(const ArgumentFault& fault) {
 
 }  // namespace
 
-std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::string> arguments) {
+std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::vector<std::string> arguments) {
   RunOptions options;
   QcOptions qcOptions;
+  ShellOptions shellOptions;
   CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
   platform::shapeHelp(
       app, platform::helpWidth,
@@ -132,6 +156,9 @@ std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::stri
   CLI::App& qc = *app.add_subcommand("qc", "check the quality of FASTQ files");
   prepare(qc);
   addQcOptions(qc, qcOptions);
+  CLI::App& shell = *app.add_subcommand("shell", "type commands while jobs run");
+  prepare(shell);
+  addShellOptions(shell, shellOptions);
 
   if (arguments.empty()) return Answer{app.help(), kUsageError};
   if (arguments.front() == "help") {
@@ -158,6 +185,7 @@ std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::stri
   const std::string program = &used == &app ? "genostat" : "genostat " + used.get_name();
   if (fault.kind != ArgumentFault::Kind::None) return usageError(describeFault(fault), program);
   if (qc.parsed()) return qcOptions;
+  if (shell.parsed()) return shellOptions;
   if (run.parsed()) return options;
   return Answer{app.help(), kUsageError};
 }

@@ -52,6 +52,12 @@ struct QcOptions {
   RunOptions session;
 };
 
+// genostat shell.
+struct ShellOptions {
+  bool noHistory = false;
+  RunOptions session;
+};
+
 // Nothing to run: a text to show, help or an error, and the exit status.
 struct Answer {
   std::string text;
@@ -59,6 +65,6 @@ struct Answer {
 };
 
 // `arguments` are UTF-8, without the program's name.
-std::variant<RunOptions, QcOptions, Answer> parseArguments(std::vector<std::string> arguments);
+std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::vector<std::string> arguments);
 
 }  // namespace genostat::console

@@ -40,6 +40,14 @@ std::string_view matchOrFail(const Token& token, std::vector<std::string_view> w
 
 Dispatcher::Dispatcher(std::vector<CommandHandler> handlers) : handlers_(std::move(handlers)) {}
 
+std::vector<std::string_view> Dispatcher::names() const {
+  std::vector<std::string_view> names;
+  for (const CommandHandler& handler : handlers_) {
+    names.push_back(handler.name);
+  }
+  return names;
+}
+
 const CommandHandler& Dispatcher::find(const Command& command) const {
   std::vector<std::string_view> firstWords;
   for (const CommandHandler& handler : handlers_) {

@@ -17,6 +17,8 @@ class Dispatcher {
   // Throws CommandError at the word that does not fit.
   const CommandHandler& find(const Command& command) const;
 
+  std::vector<std::string_view> names() const;
+
  private:
   std::vector<CommandHandler> handlers_;
 };

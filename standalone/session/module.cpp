@@ -33,6 +33,7 @@ Module::Module(const std::filesystem::path& folder)
   isPendingOrRunning_ = find<IsPendingOrRunning>(
       "_ZN19GenoStatAlgoManager21isJobPendingOrRunningERKNSt7__cxx1112basic_stringIcSt11char_"
       "traitsIcESaIcEEE");
+  isQueueFull_ = find<IsQueueFull>("_ZN19GenoStatAlgoManager11isQueueFullEv");
   cancelAllPending_ = find<CancelAllPending>("_ZN19GenoStatAlgoManager21cancellAllJobsPendingEv");
 }
 
@@ -45,6 +46,11 @@ bool Module::isJobPendingOrRunning(const std::string& name) const {
 
 bool Module::cancelJob(const std::string& name) const {
   return cancelJob_(getManager_(), name.c_str());
+}
+
+bool Module::isQueueFull() const {
+  GenoStatAlgoManager* manager = getManager_();
+  return manager != nullptr && isQueueFull_(manager);
 }
 
 void Module::cancelAllPending() const {

@@ -33,6 +33,8 @@ class Module {
   // The client's side, from any thread but one that delivers a message of the module.
   bool isJobPendingOrRunning(const std::string& name) const;
   bool cancelJob(const std::string& name) const;
+  // While it is, the module refuses every command.
+  bool isQueueFull() const;
   // Drops every queued job; the running one goes on.
   void cancelAllPending() const;
 
@@ -43,6 +45,7 @@ class Module {
   using GetManager = GenoStatAlgoManager* (*)();
   using CancelJob = bool (*)(GenoStatAlgoManager*, const char*);
   using IsPendingOrRunning = bool (*)(GenoStatAlgoManager*, const std::string&);
+  using IsQueueFull = bool (*)(GenoStatAlgoManager*);
   using CancelAllPending = void (*)(GenoStatAlgoManager*);
 
   template <typename Function>
@@ -54,6 +57,7 @@ class Module {
   GetManager getManager_ = nullptr;
   CancelJob cancelJob_ = nullptr;
   IsPendingOrRunning isPendingOrRunning_ = nullptr;
+  IsQueueFull isQueueFull_ = nullptr;
   CancelAllPending cancelAllPending_ = nullptr;
 };
 

@@ -70,12 +70,14 @@ void Session::showStringTableWarnings() {
 void Session::run(const SourcePtr& text) {
   ++workbook_;
   paragraph_ = 0;
-  runCommands(text);
+  stopped_ = false;
+  runCommands(text, true);
 }
 
-void Session::runCommands(const SourcePtr& text) {
+void Session::runCommands(const SourcePtr& text, bool stoppable) {
   CommandScanner scanner(text);
   while (const auto item = scanner.next()) {
+    if (stoppable && stopped_) break;
     showMessages();
     runItem(*item);
   }

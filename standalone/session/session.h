@@ -1,9 +1,12 @@
 // A session: runs command syntax, follows the jobs that it submits, runs what they send back.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -47,7 +50,7 @@ class SessionView {
   virtual void showResults(const std::filesystem::path&) {}
 };
 
-// One at a time. All but interrupt() belongs to the command thread.
+// One at a time. All but stop() and interrupt() belongs to the command thread.
 class Session {
  public:
   // Borrows the view and the document. Throws ModuleError when the module cannot be used.
@@ -60,6 +63,29 @@ class Session {
 
   // Waits for all jobs, then runs the syntax of their end messages in order of arrival.
   void finishJobs();
+
+  // For clients that go on reading commands while jobs run:
+
+  // Shows what has become of the jobs, and waits up to `patience` for the first news.
+  void followJobs(std::chrono::milliseconds patience);
+  std::vector<JobStatus> openJobs() const { return tracker_.openJobs(); }
+  // Whether a job has ended whose syntax has not run. It can run unless the module's queue is full.
+  std::size_t endedJobCount() const { return ended_.size(); }
+  bool hasEndedJobs() const { return !ended_.empty(); }
+  bool canRunEndedJobs() const { return hasEndedJobs() && !module_.isQueueFull(); }
+  // Runs the syntax of the job that ended first.
+  void runEndedJob();
+  // False for a name that no job has that waits or runs. Its end is shown when it has come.
+  bool cancelJob(const std::string& name);
+  void cancelAllJobs();
+  // Whether a cancelled job may still have to end.
+  bool isCancelling() const { return !cancels_.empty(); }
+  // No further command of a run() that is under way begins. Any thread.
+  void stop() { stopped_ = true; }
+
+  DatasetStore& datasets() { return datasets_; }
+  // The commands that there are, in upper case.
+  std::vector<std::string_view> commandNames() const { return dispatcher_.names(); }
 
   // Ends the session: an interrupt no longer has an effect. True when no command and no job failed
   // and all files could be written.
@@ -75,7 +101,8 @@ class Session {
   void asCommand(const std::function<void()>& work);
   [[noreturn]] void waitForProgramEnd();
 
-  void runCommands(const SourcePtr& text);
+  // The syntax of an end message is run whole, or results would be lost.
+  void runCommands(const SourcePtr& text, bool stoppable = false);
   void runItem(const ScanResult::Item& item);
   void execute(const Command& command);
   void runModule(const Command& command);
@@ -95,6 +122,8 @@ class Session {
   void showResults(const std::filesystem::path& csv);
   void copyResults(const ClientMessage& message, const std::filesystem::path& csv);
 
+  void repeatCancels();
+  void clearUpCancelled();
   void cancelJobs();
   bool moduleHoldsJobs() const;
 
@@ -115,6 +144,8 @@ class Session {
   bool cancelled_ = false;  // a job was, since the last wait for all jobs
   bool eventsFailureShown_ = false;
   JobTracker tracker_;
+  std::atomic<bool> stopped_{false};
+  std::map<std::string, std::chrono::steady_clock::time_point> cancels_;  // when each is to be repeated
   std::deque<ClientMessage> ended_;  // jobs whose syntax has not run
   CopyNames copyNames_;
 

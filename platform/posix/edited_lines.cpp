@@ -1,0 +1,398 @@
+// The library draws the line and knows nothing of what else is written to the terminal. So whoever wants to
+// write has the line erased first and drawn again after: where it stands is worked out from its text, as the
+// library does it.
+#include "platform/posix/edited_lines.h"
+
+#include <histedit.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cwchar>
+#include <cwctype>
+#include <string_view>
+#include <utility>
+
+#include "platform/posix/line_history.h"
+#include "platform/posix/line_layout.h"
+
+namespace genostat::platform {
+
+namespace {
+
+constexpr int kIdleMilliseconds = 50;
+constexpr std::size_t kMostShown = 120;
+
+struct EndEditor {
+  void operator()(EditLine* editor) const { el_end(editor); }
+};
+struct EndHistory {
+  void operator()(History* history) const { history_end(history); }
+};
+
+// The library converts texts by the locale, and ours are UTF-8.
+void useUtf8() {
+  const char* chosen = std::setlocale(LC_CTYPE, "");
+  if (chosen == nullptr || std::string_view(nl_langinfo(CODESET)) != "UTF-8") {
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+  }
+}
+
+winsize terminalSize() {
+  winsize size = {};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) size.ws_col = 80;
+  return size;
+}
+
+bool inputWaits(int milliseconds) {
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  return poll(&input, 1, milliseconds) > 0;
+}
+
+std::wstring toWide(std::string_view text) {
+  std::wstring wide;
+  std::mbstate_t state = {};
+  for (std::size_t i = 0; i < text.size();) {
+    wchar_t character = 0;
+    const std::size_t size = std::mbrtowc(&character, text.data() + i, text.size() - i, &state);
+    if (size == 0 || size > text.size() - i) {
+      state = {};
+      character = L'\xFFFD';
+    }
+    i += size == 0 || size > text.size() - i ? 1 : size;
+    wide += character;
+  }
+  return wide;
+}
+
+// A candidate in a list: a path's last part, with nothing that would steer the terminal.
+std::wstring shownCandidate(std::string_view candidate) {
+  const std::size_t slash = candidate.substr(0, candidate.size() - 1).rfind('/');
+  std::wstring shown = toWide(slash == std::string_view::npos ? candidate : candidate.substr(slash + 1));
+  std::replace_if(
+      shown.begin(), shown.end(), [](wchar_t c) { return iswprint(static_cast<wint_t>(c)) == 0; }, L'?');
+  return shown;
+}
+
+std::size_t columnsOf(const std::wstring& text) {
+  const int columns = wcswidth(text.c_str(), text.size());
+  return columns < 0 ? text.size() : static_cast<std::size_t>(columns);
+}
+
+// In columns, read downwards.
+std::wstring listOf(const std::vector<std::string>& candidates, std::size_t terminalColumns) {
+  std::vector<std::wstring> shown;
+  std::size_t widest = 0;
+  for (std::size_t i = 0; i < std::min(candidates.size(), kMostShown); ++i) {
+    shown.push_back(shownCandidate(candidates[i]));
+    widest = std::max(widest, columnsOf(shown.back()));
+  }
+  const std::size_t perRow = std::max<std::size_t>(1, (terminalColumns - 1) / (widest + 2));
+  const std::size_t rows = (shown.size() + perRow - 1) / perRow;
+  std::wstring list;
+  for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t i = row; i < shown.size(); i += rows) {
+      const bool last = i + rows >= shown.size();
+      list += shown[i] + (last ? std::wstring() : std::wstring(widest + 2 - columnsOf(shown[i]), L' '));
+    }
+    list += L'\n';
+  }
+  if (shown.size() < candidates.size()) {
+    list += L"(+" + std::to_wstring(candidates.size() - shown.size()) + L")\n";
+  }
+  return list;
+}
+
+std::size_t characterCount(std::string_view utf8) {
+  return static_cast<std::size_t>(
+      std::ranges::count_if(utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+// What all begin with; never a part of a character.
+std::string commonBeginning(const std::vector<std::string>& candidates) {
+  std::string common = candidates.front();
+  for (const std::string& candidate : candidates) {
+    const auto differs = std::mismatch(common.begin(), common.end(), candidate.begin(), candidate.end());
+    common.erase(differs.first, common.end());
+  }
+  while (!common.empty() && candidates.front().size() > common.size() &&
+         (static_cast<unsigned char>(candidates.front()[common.size()]) & 0xC0) == 0x80) {
+    common.pop_back();
+  }
+  return common;
+}
+
+class EditedLines : public LineEditor {
+ public:
+  explicit EditedLines(Options options)
+      : options_(std::move(options)), keeper_(options_.historyFile), size_(terminalSize()) {
+    canRestore_ = tcgetattr(STDIN_FILENO, &found_) == 0;
+    useUtf8();
+    editor_.reset(el_init("genostat", stdin, stdout, stderr));
+    if (!editor_) return;
+    EditLine* editor = editor_.get();
+    el_set(editor, EL_CLIENTDATA, this);
+    el_set(editor, EL_PROMPT, &EditedLines::promptOf);
+    el_set(editor, EL_EDITOR, "emacs");
+    el_set(editor, EL_SIGNAL, 0);
+    el_set(editor, EL_GETCFN, &EditedLines::readCharacter);
+    el_set(editor, EL_ADDFN, "complete-command", "Complete the word before the cursor",
+           &EditedLines::completeKey);
+    el_set(editor, EL_ADDFN, "suspend-program", "Stop the program until it is continued",
+           &EditedLines::suspendKey);
+    bind("^I", "complete-command");
+    bind("^R", "em-inc-search-prev");
+    // Keys of today's terminals that the library does not know by itself.
+    bind("\\e[1;5C", "em-next-word");
+    bind("\\e[1;5D", "ed-prev-word");
+    bind("\\e[3~", "ed-delete-next-char");
+    bind("\\e[1~", "ed-move-to-beg");
+    bind("\\e[4~", "ed-move-to-end");
+    loadHistory();
+    el_source(editor, nullptr);
+    // Comes as a key, so that the line can be put away first. The others are signals, as ever.
+    el_set(editor, EL_SETTY, "-d", "susp=^@", static_cast<char*>(nullptr));
+    bind("^Z", "suspend-program");
+  }
+
+  ~EditedLines() override { restoreTerminal(); }
+
+  bool works() const { return editor_ != nullptr; }
+
+  Input read(const std::string& prompt) override {
+    prompt_ = prompt;
+    outcome_ = Input::Kind::End;
+    followTerminalSize(false);
+    reading_ = true;
+    int count = 0;
+    const char* text = el_gets(editor_.get(), &count);
+    reading_ = false;
+    if (text == nullptr || count <= 0) {
+      if (outcome_ == Input::Kind::End) std::fputc('\n', stdout);
+      std::fflush(stdout);
+      return {outcome_, {}};
+    }
+    std::string line(text, static_cast<std::size_t>(count));
+    if (line.ends_with('\n')) line.pop_back();
+    return {Input::Kind::Line, std::move(line)};
+  }
+
+  bool isInteractive() const override { return true; }
+  void interrupt() override { interrupted_ = true; }
+
+  void hideLine() override {
+    if (!reading_ || !idling_ || hidden_) return;
+    hidden_ = true;
+    erase(size_.ws_col);
+  }
+
+  bool remember(const std::string& entry) override {
+    HistEvent event = {};
+    history(history_.get(), &event, H_ENTER, entry.c_str());
+    if (failed_ || keeper_.append(entry)) return true;
+    failed_ = true;
+    return false;
+  }
+
+  void restoreTerminal() override {
+    if (canRestore_) tcsetattr(STDIN_FILENO, TCSANOW, &found_);
+  }
+
+ private:
+  static EditedLines& self(EditLine* editor) {
+    void* data = nullptr;
+    el_get(editor, EL_CLIENTDATA, &data);
+    return *static_cast<EditedLines*>(data);
+  }
+  static char* promptOf(EditLine* editor) { return self(editor).prompt_.data(); }
+  static int readCharacter(EditLine* editor, wchar_t* character) { return self(editor).next(*character); }
+  static unsigned char completeKey(EditLine* editor, int) { return self(editor).complete(); }
+  static unsigned char suspendKey(EditLine* editor, int) { return self(editor).suspend(); }
+
+  void bind(const char* key, const char* command) {
+    el_set(editor_.get(), EL_BIND, key, command, static_cast<char*>(nullptr));
+  }
+
+  void loadHistory() {
+    history_.reset(history_init());
+    HistEvent event = {};
+    history(history_.get(), &event, H_SETSIZE, static_cast<int>(LineHistory::kMostEntries));
+    history(history_.get(), &event, H_SETUNIQUE, 1);
+    for (const std::string& entry : keeper_.load()) {
+      history(history_.get(), &event, H_ENTER, entry.c_str());
+    }
+    el_set(editor_.get(), EL_HIST, history, history_.get());
+  }
+
+  // One character, or 0 to end the line.
+  int next(wchar_t& character) {
+    while (true) {
+      if (interrupted_.exchange(false)) return leave(Input::Kind::Interrupted);
+      followTerminalSize(true);
+      if (inputWaits(kIdleMilliseconds)) {
+        if (decode(character)) return 1;
+        return leave(Input::Kind::End);
+      }
+      if (idle()) return leave(Input::Kind::Woken);
+    }
+  }
+
+  // False at the end of the input.
+  bool decode(wchar_t& character) {
+    std::mbstate_t state = {};
+    while (true) {
+      char byte = 0;
+      const ssize_t size = ::read(STDIN_FILENO, &byte, 1);
+      if (size < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+      if (size <= 0) return false;
+      const std::size_t used = std::mbrtowc(&character, &byte, 1, &state);
+      if (used == static_cast<std::size_t>(-2)) continue;
+      if (used == static_cast<std::size_t>(-1)) {
+        state = {};
+        continue;
+      }
+      return true;
+    }
+  }
+
+  bool idle() {
+    if (!options_.idle) return false;
+    const LineInfoW* line = el_wline(editor_.get());
+    hidden_ = false;
+    idling_ = true;
+    const bool wake = options_.idle(line->lastchar == line->buffer);
+    if (wake) hideLine();
+    idling_ = false;
+    if (hidden_ && !wake) el_set(editor_.get(), EL_REFRESH);
+    return wake;
+  }
+
+  int leave(Input::Kind kind) {
+    outcome_ = kind;
+    if (kind == Input::Kind::Interrupted) {
+      goBelow("^C\n");
+    }
+    return 0;
+  }
+
+  int promptColumns() const { return static_cast<int>(columnsOf(toWide(prompt_))); }
+
+  int cursorRow(int columns) const {
+    const LineInfoW* line = el_wline(editor_.get());
+    return rowBehind({line->buffer, static_cast<std::size_t>(line->cursor - line->buffer)}, promptColumns(),
+                     columns);
+  }
+
+  void erase(int columns) {
+    // The library scrolls what is higher than the terminal.
+    const int row = std::min(cursorRow(columns), std::max(1, static_cast<int>(size_.ws_row)) - 1);
+    if (row > 0) std::printf("\r\x1B[%dA\x1B[J", row);
+    if (row == 0) std::fputs("\r\x1B[J", stdout);
+    std::fflush(stdout);
+  }
+
+  // Leaves the line where it is and goes to the row below it. `text` is written behind it, or, where the
+  // cursor is inside the line, below.
+  void goBelow(const char* text) {
+    const LineInfoW* line = el_wline(editor_.get());
+    const int columns = size_.ws_col;
+    const int last = rowBehind({line->buffer, static_cast<std::size_t>(line->lastchar - line->buffer)},
+                               promptColumns(), columns);
+    const int down = last - cursorRow(columns);
+    if (down > 0) std::printf("\x1B[%dB", down);
+    if (line->cursor != line->lastchar) std::fputc('\n', stdout);
+    std::fputs(text, stdout);
+    std::fflush(stdout);
+  }
+
+  // Terminals break their rows anew when they become narrower or wider.
+  void followTerminalSize(bool drawn) {
+    const winsize size = terminalSize();
+    if (size.ws_col == size_.ws_col && size.ws_row == size_.ws_row) return;
+    const bool columnsChanged = size.ws_col != size_.ws_col;
+    if (drawn && columnsChanged) erase(size.ws_col);
+    size_ = size;
+    el_resize(editor_.get());
+    if (drawn && columnsChanged) el_set(editor_.get(), EL_REFRESH);
+  }
+
+  unsigned char complete() {
+    // A tab that was not typed but pasted.
+    if (inputWaits(0)) {
+      el_insertstr(editor_.get(), " ");
+      return CC_REFRESH;
+    }
+    if (!options_.complete) return CC_NORM;
+    const LineInfo* line = el_line(editor_.get());
+    const std::string text(line->buffer, static_cast<std::size_t>(line->lastchar - line->buffer));
+    const auto cursor = static_cast<std::size_t>(line->cursor - line->buffer);
+    const Completion completion = options_.complete(text, cursor);
+    if (completion.candidates.empty()) return CC_NORM;
+    const std::string typed = text.substr(completion.begin, cursor - completion.begin);
+    std::string replacement = commonBeginning(completion.candidates);
+    if (completion.candidates.size() == 1) replacement += completion.ending;
+    if (replacement.size() >= typed.size() && replacement != typed) {
+      el_deletestr(editor_.get(), static_cast<int>(characterCount(typed)));
+      el_insertstr(editor_.get(), replacement.c_str());
+      return CC_REFRESH;
+    }
+    if (completion.candidates.size() > 1) showCandidates(completion.candidates);
+    return CC_NORM;
+  }
+
+  void showCandidates(const std::vector<std::string>& candidates) {
+    goBelow("\n");
+    std::string list;
+    std::mbstate_t state = {};
+    for (const wchar_t character : listOf(candidates, size_.ws_col)) {
+      char bytes[16];
+      const std::size_t size = std::wcrtomb(bytes, character, &state);
+      if (size <= sizeof(bytes)) list.append(bytes, size);
+    }
+    std::fputs(list.c_str(), stdout);
+    std::fflush(stdout);
+    el_set(editor_.get(), EL_REFRESH);
+  }
+
+  unsigned char suspend() {
+    erase(size_.ws_col);
+    el_set(editor_.get(), EL_PREP_TERM, 0);
+    kill(0, SIGTSTP);
+    el_set(editor_.get(), EL_PREP_TERM, 1);
+    el_set(editor_.get(), EL_REFRESH);
+    return CC_NORM;
+  }
+
+  const Options options_;
+  const LineHistory keeper_;
+  termios found_ = {};
+  bool canRestore_ = false;
+  std::unique_ptr<History, EndHistory> history_;
+  std::unique_ptr<EditLine, EndEditor> editor_;  // goes before the history
+  std::string prompt_;
+  winsize size_;
+  Input::Kind outcome_ = Input::Kind::End;
+  bool reading_ = false;
+  bool idling_ = false;
+  bool hidden_ = false;
+  bool failed_ = false;  // the history's file cannot be written
+  std::atomic<bool> interrupted_{false};
+};
+
+}  // namespace
+
+std::unique_ptr<LineEditor> makeEditedLines(LineEditor::Options options) {
+  auto lines = std::make_unique<EditedLines>(std::move(options));
+  if (!lines->works()) return nullptr;
+  return lines;
+}
+
+}  // namespace genostat::platform

@@ -1,0 +1,33 @@
+#include "standalone/console/shell_run.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "platform/interrupts.h"
+#include "standalone/console/exit_status.h"
+#include "standalone/console/session_setup.h"
+#include "standalone/console/shell.h"
+#include "standalone/language/translation.h"
+
+namespace genostat::console {
+
+int runShell(const ShellOptions& options) {
+  // The interrupts' thread keeps it until the program ends.
+  const auto shell = std::make_shared<Shell>(options);
+  platform::onEachInterrupt([shell](platform::Interrupt kind) { shell->interrupt(kind); });
+  const auto refuse = [&shell](const char* message, int status) {
+    shell->view().showNotice(standalone::translated("error: {1}", {message}));
+    return status;
+  };
+  try {
+    shell->begin();
+  } catch (const UsageError& error) {
+    return refuse(error.what(), kUsageError);
+  } catch (const std::runtime_error& error) {
+    return refuse(error.what(), kFailure);
+  }
+  return shell->run();
+}
+
+}  // namespace genostat::console

@@ -1,0 +1,47 @@
+#include "standalone/console/shell_view.h"
+
+#include "standalone/console/output_file.h"
+#include "standalone/output/html_report.h"
+#include "standalone/output/text_table.h"
+
+namespace genostat::console {
+
+void ShellView::showNotice(const std::string& text) {
+  if (makeRoom_) makeRoom_();
+  ConsoleView::showNotice(text);
+}
+
+void ShellView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
+  if (makeRoom_) makeRoom_();
+  ConsoleView::showDiagnostic(diagnostic);
+}
+
+void ShellView::showAnswer(const std::string& text) {
+  if (answersAreOutput_) {
+    showAs(text + '\n', [] {});
+  } else {
+    showNotice(text);
+  }
+}
+
+void ShellView::showAnswer(const standalone::PivotTable& table) {
+  std::string text = standalone::renderTableAsText(table, style());
+  if (text.ends_with('\n')) text.pop_back();
+  showAnswer(text);
+}
+
+void ShellView::writeReport(const std::string& file, OutputFormat format, const std::string& title) {
+  const OutputFile target(file);
+  const std::vector<std::string>& items = document().items();
+  if (format == OutputFormat::Html) return target.write(standalone::renderHtmlReport(items, title));
+  if (format == OutputFormat::Json) return target.write(document().toJson());
+  standalone::TextStyle plain = style();
+  plain.colour = false;
+  std::string text;
+  for (const std::string& item : items) {
+    text += standalone::renderItemAsText(item, plain);
+  }
+  target.write(text);
+}
+
+}  // namespace genostat::console
