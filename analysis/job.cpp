@@ -1,6 +1,7 @@
 #include "analysis/job.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -24,6 +25,7 @@
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
 #include "analysis/utf8.h"
+#include "platform/nearest_word.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
@@ -157,6 +159,13 @@ Adapter adapterFromOption(std::string_view option) {
                  [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
   const std::optional<AdapterKind> kind = adapterKindFromName(upper);
   if (kind && *kind != AdapterKind::Custom) return {*kind, {}};
+  constexpr std::array<std::string_view, 3> kNames = {"none", "illumina", "nextera"};
+  const auto meant = platform::nearestWord(option, kNames);
+  if (meant && option.find_first_not_of("ACGTNacgtn") != std::string_view::npos) {
+    const std::string given(option);
+    throw Failure(ExitCode::InvalidAdapter, given,
+                  "unknown adapter \"" + given + "\"; did you mean " + std::string(*meant) + "?");
+  }
   return customAdapter(option);
 }
 

@@ -243,8 +243,8 @@ std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::str
   addQcOptions(qcCommand, qc);
 
   if (arguments.empty()) return Answer{app.help(), ExitCode::WrongArguments};
-  const bool helpWanted = platform::asksForHelp(arguments);
   if (arguments == std::vector<std::string>{"help"}) arguments = {"--help"};
+  const bool helpWanted = platform::asksForHelp(arguments);
   std::transform(arguments.begin(), arguments.end(), arguments.begin(), protectedArgument);
   // The library takes the arguments from the back.
   std::reverse(arguments.begin(), arguments.end());
@@ -253,13 +253,14 @@ std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::str
     app.parse(std::move(arguments));
     fault = platform::argumentFault(app, nullptr);
   } catch (const CLI::CallForHelp&) {
-    return Answer{app.help(), ExitCode::Success};
+    // Below.
   } catch (const CLI::CallForVersion& version) {
     return Answer{version.what() + std::string("\n"), ExitCode::Success};
   } catch (const CLI::ParseError& error) {
-    if (helpWanted) return Answer{app.help(), ExitCode::Success};
     fault = platform::argumentFault(app, &error);
   }
+  // The library would also take it for an option's value.
+  if (helpWanted) return Answer{app.help(), ExitCode::Success};
   using Kind = ArgumentFault::Kind;
   if (!qcCommand.parsed()) {
     const bool strayWord = fault.kind == Kind::UnknownCommand;

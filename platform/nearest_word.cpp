@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "platform/program.h"
 
 namespace genostat::platform {
 
@@ -41,9 +45,14 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> words) {
+  return nearestWord(word, words, std::max<std::size_t>(1, word.size() / 3));
+}
+
+std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> words,
+                                            std::size_t most) {
   if (word.empty() || word.size() > kLongestWord) return std::nullopt;
   std::optional<std::string_view> nearest;
-  std::size_t best = std::max<std::size_t>(1, word.size() / 3) + 1;
+  std::size_t best = most + 1;
   for (const std::string_view candidate : words) {
     if (candidate.size() > kLongestWord) continue;
     std::size_t distance = editDistance(word, candidate);
@@ -56,6 +65,29 @@ std::optional<std::string_view> nearestWord(std::string_view word, std::span<con
     nearest = candidate;
   }
   return nearest;
+}
+
+std::string nearestPath(const std::string& path) {
+  namespace fs = std::filesystem;
+  // Nobody waits for a guess from a folder of millions.
+  constexpr std::size_t kMostNames = 10'000;
+  fs::path given = pathFromUtf8(path);
+  if (!given.has_filename()) given = given.parent_path();
+  const std::string name = pathToUtf8(given.filename());
+  const fs::path folder = given.parent_path();
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
+       !error && entry != end && names.size() < kMostNames; entry.increment(error)) {
+    names.push_back(pathToUtf8(entry->path().filename()));
+  }
+  // The same guess each time.
+  std::sort(names.begin(), names.end());
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  // Endings are alike in all names, and would let any of them seem near.
+  const std::size_t stem = std::min(name.find('.', 1), name.size());
+  const auto nearest = nearestWord(name, views, std::max<std::size_t>(1, stem / 3));
+  return nearest ? pathToUtf8(folder / pathFromUtf8(*nearest)) : std::string();
 }
 
 }  // namespace genostat::platform

@@ -1,8 +1,10 @@
 // Words that people misspell.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace genostat::platform {
@@ -10,5 +12,13 @@ namespace genostat::platform {
 // The one of `words` nearest to a misspelled one, or none when all are far off. ASCII letters count without
 // regard to case, and the word may be cut short. A view of one of `words`.
 std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> words);
+
+// The same, where a word is near that is reached in `most` steps.
+std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> words,
+                                            std::size_t most);
+
+// For a path at which nothing is, UTF-8: the path with the last name replaced by one that is there and was
+// meant; empty when there is none.
+std::string nearestPath(const std::string& path);
 
 }  // namespace genostat::platform

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "analysis/failure.h"
+#include "platform/nearest_word.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
@@ -49,6 +50,15 @@ Sample makeSample(fs::path path, std::string givenPath) {
   std::string fileName = platform::pathToUtf8(path.filename());
   std::string name = sampleName(fileName);
   return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name), false};
+}
+
+// People get a guess at what they meant.
+void refuseMisspelled(const std::string& path) {
+  std::error_code unknown;
+  if (fs::status(platform::pathFromUtf8(path), unknown).type() != fs::file_type::not_found) return;
+  const std::string meant = platform::nearestPath(path);
+  if (meant.empty()) return;
+  throw Failure(ExitCode::FileNotFound, path, path + ": no such file; did you mean " + meant + "?");
 }
 
 }  // namespace
@@ -140,6 +150,7 @@ std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
       std::vector<Sample> found = samplesOfFolder(path);
       std::move(found.begin(), found.end(), std::back_inserter(samples));
     } else {
+      refuseMisspelled(path);
       samples.push_back(sampleOfFile(path));
     }
   }

@@ -224,7 +224,10 @@ void shapeHelp(CLI::App& program, std::function<int()> width, HelpWords words) {
 
 int helpWidth() {
   const int wanted = columnsWanted();
-  return std::clamp(wanted > 0 ? wanted : standardOutputTerminal().width, 40, 100);
+  Terminal terminal = standardOutputTerminal();
+  // A pager shows it in the terminal that errors go to.
+  if (!terminal.isTerminal) terminal = standardErrorTerminal();
+  return std::clamp(wanted > 0 ? wanted : terminal.width, 40, 100);
 }
 
 }  // namespace genostat::platform

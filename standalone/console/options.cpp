@@ -173,14 +173,14 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
     fault = platform::argumentFault(app, nullptr);
   } catch (const CLI::CallForHelp&) {
     fault = platform::argumentFault(app, nullptr);
-    // "genostat hlep --help" asks for the help of a command that does not exist.
-    if (fault.kind != ArgumentFault::Kind::UnknownCommand) return Answer{app.help(), kSuccess};
   } catch (const CLI::CallForVersion& version) {
     return Answer{version.what() + std::string("\n"), kSuccess};
   } catch (const CLI::ParseError& error) {
-    if (helpWanted) return Answer{app.help(), kSuccess};
     fault = platform::argumentFault(app, &error);
   }
+  // The library would also take it for an option's value. "genostat hlep --help" asks for the help of a
+  // command that does not exist.
+  if (helpWanted && fault.kind != ArgumentFault::Kind::UnknownCommand) return Answer{app.help(), kSuccess};
   const CLI::App& used = platform::usedCommand(app);
   const std::string program = &used == &app ? "genostat" : "genostat " + used.get_name();
   if (fault.kind != ArgumentFault::Kind::None) return usageError(describeFault(fault), program);

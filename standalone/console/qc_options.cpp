@@ -45,7 +45,7 @@ const CLI::Validator& methodName() {
         for (const std::string_view method : kMethods) {
           if (standalone::equalsIgnoreCase(value, method)) return std::string();
         }
-        return "expected enter, stepwise, backward or forward, found " + standalone::quoteForMessage(value);
+        return describeChoice("enter, stepwise, backward or forward", value, kMethods);
       },
       "", "the name of a method");
   return validator;

@@ -1,12 +1,15 @@
 #include "standalone/console/qc_request.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
 #include "platform/launcher_folder.h"
+#include "platform/nearest_word.h"
 #include "platform/program.h"
+#include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
@@ -46,7 +49,16 @@ std::string faultOfFile(const std::string& name) {
   const fs::path file = platform::pathFromUtf8(name);
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
-  if (!fs::exists(status)) return "no such file or folder";
+  if (!fs::exists(status)) {
+    if (name == "-")
+      return standalone::translated("a job cannot read standard input; genostat-analysis qc can");
+    // Not every command line fills in the names.
+    if (name.find_first_of("*?") != std::string::npos)
+      return standalone::translated("no such file or folder; name the folder instead of a pattern");
+    const std::string meant = platform::nearestPath(name);
+    return meant.empty() ? standalone::translated("no such file or folder")
+                         : standalone::translated("no such file or folder; did you mean {1}?", {meant});
+  }
   if (!fs::is_regular_file(status)) return "it is no regular file";
   if (!std::ifstream(file, std::ios::binary)) return "it cannot be opened";
   const auto size = fs::file_size(file, error);
@@ -110,12 +122,15 @@ std::string adapterKeyword(const std::string& adapter) {
   if (upper.find_first_not_of("ACGTN") == std::string::npos) {
     return upper.empty() ? "NONE" : "CUSTOM(" + upper + ")";
   }
-  refuseQc("--adapter: expected none, illumina, nextera or a sequence of A, C, G, T and N, found " +
-           standalone::quoteForMessage(adapter));
+  constexpr std::array<std::string_view, 3> kAdapters = {"none", "illumina", "nextera"};
+  const std::string choices =
+      standalone::translated("none, illumina, nextera or a sequence of A, C, G, T and N");
+  refuseQc("--adapter: " + describeChoice(choices, adapter, kAdapters));
 }
 
-// An unquoted *.fastq behind such an option would otherwise cost the first of the reads.
 void checkOutputName(const char* option, const std::string& name) {
+  if (name == "-") refuseQc(standalone::translated("{1}: expected the name of a file, found -", {option}));
+  // An unquoted *.fastq behind the option would otherwise cost the first of the reads.
   if (namesFastqFile(platform::pathToUtf8(platform::pathFromUtf8(name).filename())))
     refuseQc(standalone::translated("{1}: {2} is named like reads, which it would replace",
                                     {option, standalone::quoteForMessage(name)}));

@@ -2,10 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/nearest_word.h"
 #include "standalone/console/language_choice.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -32,7 +34,8 @@ const CLI::Validator& formatName() {
   static const CLI::Validator validator(
       [](std::string& value) {
         if (formatNamed(value)) return std::string();
-        return "expected text, json or html, found " + standalone::quoteForMessage(value);
+        constexpr std::array<std::string_view, 3> kForms = {"text", "json", "html"};
+        return describeChoice("text, json or html", value, kForms);
       },
       "", "text, json or html");
   return validator;
@@ -45,6 +48,15 @@ const CLI::Validator& languageName() {
 }
 
 }  // namespace
+
+std::string describeChoice(std::string_view choices, std::string_view found,
+                           std::span<const std::string_view> words) {
+  const std::string quoted = standalone::quoteForMessage(found);
+  const auto meant = platform::nearestWord(found, words);
+  return meant
+             ? standalone::translated("expected {1}, found {2}; did you mean {3}?", {choices, quoted, *meant})
+             : standalone::translated("expected {1}, found {2}", {choices, quoted});
+}
 
 const CLI::Validator& notEmpty() {
   static const CLI::Validator validator(

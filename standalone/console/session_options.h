@@ -1,7 +1,9 @@
 // What the subcommands that run a session have in common on the command line.
 #pragma once
 
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "standalone/console/options.h"
 
@@ -21,6 +23,11 @@ void addSessionOptions(CLI::App& command, RunOptions& options);
 
 // The options of genostat qc.
 void addQcOptions(CLI::App& qc, QcOptions& options);
+
+// Why a value that should be one of `words` cannot be taken, with what may have been meant; `choices` is what
+// could be said instead.
+std::string describeChoice(std::string_view choices, std::string_view found,
+                           std::span<const std::string_view> words);
 
 // Refuses an empty value.
 const CLI::Validator& notEmpty();

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/nearest_word.h"
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
@@ -25,8 +26,12 @@ TextFile readTextFile(const std::filesystem::path& file) {
   const std::string name = platform::pathToUtf8(file);
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
-  if (status.type() == std::filesystem::file_type::not_found)
-    return {{}, cannotRead(name, translated("no such file"))};
+  if (status.type() == std::filesystem::file_type::not_found) {
+    const std::string meant = platform::nearestPath(name);
+    return {{},
+            cannotRead(name, meant.empty() ? translated("no such file")
+                                           : translated("no such file; did you mean {1}?", {meant}))};
+  }
   if (status.type() == std::filesystem::file_type::directory)
     return {{}, cannotRead(name, translated("it is a folder"))};
   errno = 0;

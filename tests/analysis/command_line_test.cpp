@@ -66,6 +66,12 @@ TEST_F(CommandLine, SaysWhatIsWrong) {
                                                                               {{"script", ""}, 3}}) {
     EXPECT_EQ(run(arguments).status, code) << testing::PrintToString(arguments);
   }
+  for (const auto& [arguments, message] : std::vector<std::pair<Arguments, std::string>>{
+           {{"qc", "--adapter", "ilumina", "good.fq"}, "unknown adapter \"ilumina\"; did you mean illumina?"},
+           {{"qc", "./god.fq"}, "./god.fq: no such file; did you mean ./good.fq?"},
+           {{"qc", "gd.f"}, "gd.f: no such file"}}) {
+    EXPECT_EQ(run(arguments).err, "genostat-analysis: error: " + message + "\n");
+  }
   EXPECT_EQ(run({"qc", "--threads", "x", "--csv", "none.fq", "--threads", "2", "good.fq"}).status, 13);
   EXPECT_EQ(run({"qc", "--adapter", "no", "--adapter", "none", "good.fq"}).status, 0)
       << "the last one counts";

@@ -149,8 +149,10 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
     Arguments arguments;
     std::string err;
   } rows[] = {
-      {{"missing.fq", "temp", "empties/"},
+      {{"missing.fq", "-", "*.fq", "temp", "empties/"},
        "error: cannot read \"missing.fq\": no such file or folder\n"
+       "error: cannot read \"-\": a job cannot read standard input; genostat-analysis qc can\n"
+       "error: cannot read \"*.fq\": no such file or folder; name the folder instead of a pattern\n"
        "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"
        "error: cannot read \"empties/empty.fq\": it is empty\n"},
       {{"--descriptives", "GC, qc_scor"},
@@ -172,7 +174,7 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
        place("--regression", 16, "GC~Total_Bases qc_score", "expected + between columns", "^~~~~~~~", "")},
       {{"--adapter", "lumina"},
        "error: --adapter: expected none, illumina, nextera or a sequence of A, C, G, T and N, found "
-       "\"lumina\"\n"},
+       "\"lumina\"; did you mean illumina?\n"},
       {{"--name", "it's"},
        "error: --name: a job's name holds no quotes, slashes, asterisks and control characters, found "
        "\"it's\"\n"},
@@ -182,6 +184,7 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
       {{"--name", "ALL"}, "error: --name: ALL cannot be the name of a job\n"},
       {{"reads.txt", "--csv", "reads.txt"}, "error: --csv names a file of reads\n"},
       {{"reads.txt", "--events", "reads.txt"}, "error: --events names a file of reads\n"},
+      {{"--csv", "-"}, "error: --csv: expected the name of a file, found -\n"},
       {{"--html", "new.fq.GZ"}, "error: --html: \"new.fq.GZ\" is named like reads, which it would replace\n"},
       {manyFolders,
        "error: the names of 1401 files are too long for one job; give it the folder they are in, or fewer of "
@@ -211,6 +214,17 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
     EXPECT_EQ(refused.status, 1) << err;
   }
   EXPECT_EQ(readWholeFile(at("good.fq")), kQcReads);
+}
+
+TEST_F(QcConsole, FailsWithoutTheFilesThatWereAskedFor) {
+  fs::create_directory(at("data"));
+  write("data/good_fastqc", "in the way");
+  const ProgramResult result = run({"good.fq", "--csv", "kept.csv", "--fastqc-data", "data"});
+  EXPECT_THAT(result.err,
+              testing::EndsWith(
+                  "\nerror: FastQC's data files of 1 of 1 samples could not be written into \"data\"\n"));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_THAT(readWholeFile(at("kept.csv")), HasSubstr("\ngood,NONE,2,"));
 }
 
 // The example cohort, and pairs with long names on a narrow terminal.
