@@ -12,6 +12,7 @@ import pathlib
 import re
 import shlex
 import subprocess
+import tempfile
 import time
 
 # A loaded machine may take its time; a test that passes does not.
@@ -32,8 +33,9 @@ class Terminal:
         Terminal.count += 1
         self.socket = f"genostat-{os.getpid()}-{Terminal.count}"
         self.columns, self.rows = columns, rows
-        # Sockets have short names, and whose they are shows from the folder.
-        self.environment = dict(os.environ, TMUX_TMPDIR=str(folder), LC_ALL="C.UTF-8")
+        # Paths of sockets must be short.
+        self.sockets = tempfile.TemporaryDirectory(prefix="tmux-")
+        self.environment = dict(os.environ, TMUX_TMPDIR=self.sockets.name, LC_ALL="C.UTF-8")
         for name in ("TMUX", "COLUMNS", "LINES", "NO_COLOR", "PROMPT_COMMAND"):
             self.environment.pop(name, None)
         variables = {"PS1": "$ ", "HISTFILE": "", "LC_ALL": "C.UTF-8", **(environment or {})}
@@ -64,6 +66,7 @@ class Terminal:
     def close(self):
         subprocess.run(["tmux", "-L", self.socket, "kill-server"], env=self.environment, capture_output=True,
                        timeout=DEADLINE)
+        self.sockets.cleanup()
 
     def type(self, text, enter=True):
         self.tmux("send-keys", "-l", "--", text)
@@ -73,6 +76,12 @@ class Terminal:
     def keys(self, *names):
         """Keys by tmux's names: "C-c", "Tab", "Up"."""
         self.tmux("send-keys", *names)
+
+    def clear(self):
+        """An empty screen with a prompt, and nothing above it."""
+        self.keys("C-l")
+        self.wait_until(lambda screen: re.fullmatch(r"\s*\$\s*", screen), "nothing but a prompt")
+        self.tmux("clear-history")
 
     def resize(self, columns, rows):
         self.columns, self.rows = columns, rows

@@ -172,11 +172,12 @@ def lines_fit_sixty_columns(place):
         for command in (f"{QC} --adapter illumina --descriptives GC,qc_score --no-such-option", "genostat qc --help",
                         f"{QC} --adapter illumina --descriptives GC,qc_score", "genostat run --help",
                         "genostat-analysis qc --help", "genostat --help"):
-            terminal.type("clear")
+            terminal.clear()
             terminal.run(command)
             # All but the command itself, which is longer.
             whole, seen = ([line.rstrip() for line in text.split("\n")]
                            for text in (terminal.everything(), terminal.screen()))
+            check(len(whole) > 3, "there is something to see", terminal.screen())
             check(whole[1:] == seen[1 - len(whole):], "the terminal breaks none of the lines of " + command, terminal.screen())
 
 
