@@ -25,6 +25,7 @@
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
 #include "analysis/utf8.h"
+#include "platform/columns.h"
 #include "platform/nearest_word.h"
 #include "platform/program.h"
 
@@ -223,13 +224,19 @@ std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
   return files;
 }
 
+// A wider line than the terminal's would be broken, and could not be rewritten.
+std::size_t progressWidth() {
+  const int terminal = platform::standardErrorTerminal().width;
+  const int wanted = platform::columnsWanted();
+  return static_cast<std::size_t>(wanted > 0 ? std::min(wanted, terminal) : terminal);
+}
+
 std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
   if (!platform::standardErrorTerminal().movesCursor) return rowsOf(samples, options);
   JobProgress progress;
   progress.expect(bytesOf(samples), samples.size());
   options.progress = &progress;
-  const ProgressDisplay display(
-      progress, std::cerr, [] { return static_cast<std::size_t>(platform::standardErrorTerminal().width); });
+  const ProgressDisplay display(progress, std::cerr, progressWidth);
   return rowsOf(samples, options);
 }
 
