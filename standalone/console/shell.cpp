@@ -207,7 +207,22 @@ void Shell::remember(std::string_view entry) {
 }
 
 platform::Completion Shell::complete(std::string_view line, std::size_t cursor) {
-  return completeShellLine(*session_, input_.text(), line, cursor);
+  if (asking_) return {};
+  CompletionSources sources;
+  sources.commands = session_->commandNames();
+  if (const standalone::Dataset* active = session_->datasets().active()) {
+    for (const standalone::Column& column : active->columns) {
+      sources.variables.push_back(column.name);
+    }
+  }
+  for (const auto& dataset : session_->datasets().all()) {
+    if (!dataset->name.empty()) sources.datasets.push_back(dataset->name);
+  }
+  for (const standalone::JobStatus& job : session_->openJobs()) {
+    sources.jobs.push_back(job.name);
+  }
+  sources.expectedBehind = [this](const std::string& text) { return session_->expectedBehind(text); };
+  return completeShellLine(sources, input_.text(), line, cursor);
 }
 
 }  // namespace genostat::console

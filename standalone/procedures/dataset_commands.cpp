@@ -5,6 +5,7 @@
 #include "standalone/data/dataset.h"
 #include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -40,6 +41,7 @@ GivenName readNameOf(const Command& command) {
   TokenCursor cursor(command);
   cursor.next();
   cursor.next();
+  noteExpected(cursor.peek(), &Expectation::dataset);
   return readName(cursor);
 }
 

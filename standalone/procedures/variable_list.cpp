@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "standalone/language/translation.h"
+#include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -13,6 +14,7 @@ namespace {
 
 const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
   const Token& token = cursor.peek();
+  noteExpected(token, &Expectation::variable);
   const std::string name = cursor.expectName(translated("the name of a variable"));
   if (const Column* column = dataset.find(name)) return *column;
   std::vector<std::string_view> names;
@@ -82,6 +84,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
   VariableSelection selection;
   while (!atListEnd()) {
     const Token& token = cursor.peek();
+    if (!stop.empty() && !selection.all().empty()) noteKeywords(token, {&stop, 1});
     // A variable of that name goes before the keyword.
     if (token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, "ALL") &&
         dataset.find("ALL") == nullptr) {
@@ -124,6 +127,7 @@ bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor,
                         TokenCursor::Keywords subcommands) {
   const Token& word = cursor.peek();
   if (word.kind != Token::Kind::Word) return false;
+  noteKeywords(word, subcommands);
   if (!matchKeyword(word.text, subcommands)) return true;
   return dataset.find(word.text) != nullptr && !cursor.peek(1).isSymbol('=');
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "standalone/language/translation.h"
+#include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -26,6 +27,7 @@ Name split(std::string_view name) {
 std::string_view matchOrFail(const Token& token, std::vector<std::string_view> words, std::string_view what) {
   std::sort(words.begin(), words.end());
   words.erase(std::unique(words.begin(), words.end()), words.end());
+  noteKeywords(token, words);
   if (token.kind != Token::Kind::Word) {
     TokenCursor::fail(translated("expected a {1}, found {2}", {what, describeToken(token)}), token,
                       translated("expected {1}", {joinAlternatives(words)}));

@@ -24,6 +24,7 @@
 #include "standalone/session/private_folder.h"
 #include "standalone/session/session_adapter.h"
 #include "standalone/syntax/command.h"
+#include "standalone/syntax/expectation.h"
 
 namespace genostat::standalone {
 
@@ -84,6 +85,8 @@ class Session {
   void stop() { stopped_ = true; }
 
   DatasetStore& datasets() { return datasets_; }
+  // What may stand behind a text whose last command has no end yet, as the command's parser says. Nothing runs.
+  Expectation expectedBehind(const std::string& text);
   // The commands that there are, in upper case.
   std::vector<std::string_view> commandNames() const { return dispatcher_.names(); }
 

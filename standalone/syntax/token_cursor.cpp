@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "standalone/language/translation.h"
+#include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -33,6 +34,7 @@ const Token& TokenCursor::peek(std::size_t ahead) const {
 
 const Token& TokenCursor::next() {
   const Token& token = peek();
+  if (isPlace(token)) failExpected("nothing");
   if (token.kind != Token::Kind::End) ++position_;
   return token;
 }
@@ -49,6 +51,7 @@ bool TokenCursor::acceptKeyword(std::string_view keyword) {
 
 std::optional<std::size_t> TokenCursor::acceptKeyword(Keywords keywords) {
   if (peek().kind != Token::Kind::Word) return std::nullopt;
+  noteKeywords(peek(), keywords);
   const auto index = matchKeyword(peek().text, keywords);
   if (index) next();
   return index;

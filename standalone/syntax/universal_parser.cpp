@@ -17,12 +17,14 @@
 #include "host/syntax_parser.h"
 #include "standalone/language/translation.h"
 #include "standalone/session/current.h"
+#include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 #include "standalone/syntax/token_sequence.h"
 
 using genostat::standalone::Command;
 using genostat::standalone::CommandError;
+using genostat::standalone::Expectation;
 using genostat::standalone::marked;
 using genostat::standalone::matchKeyword;
 using genostat::standalone::quoteForMessage;
@@ -192,6 +194,9 @@ void UniversalParser::Reader::readNames(const ParamDescriptor& descriptor, Param
            !matchKeyword(cursor_.peek().text, paramNames_);
   };
   do {
+    genostat::standalone::noteExpected(cursor_.peek(), &Expectation::resultColumn);
+    // Behind a name, the list may end.
+    if (!param.texts_.empty()) genostat::standalone::noteKeywords(cursor_.peek(), paramNames_);
     if (!atName()) cursor_.failExpected(translated("a name for {1}", {descriptor.name()}));
     param.texts_.push_back(cursor_.next().text);
   } while (cursor_.acceptSymbol(',') || atName());
