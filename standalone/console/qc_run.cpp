@@ -80,7 +80,8 @@ int runQc(const QcOptions& options) {
     if (!options.csvFile.empty()) csv.emplace(options.csvFile);
     checkOutputNames(request, options, csv);
     askForFastqcData(options.fastqcFolder);
-    view = std::make_unique<QcView>(options.session, std::move(csv));
+    view = std::make_unique<QcView>(options.session, std::move(csv),
+                                    platform::pathFromUtf8(options.fastqcFolder));
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {

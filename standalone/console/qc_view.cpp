@@ -1,18 +1,23 @@
 #include "standalone/console/qc_view.h"
 
 #include <stdexcept>
+#include <string>
+#include <system_error>
 #include <utility>
 
+#include "platform/program.h"
 #include "standalone/console/qc_summary.h"
 #include "standalone/console/qc_text.h"
 #include "standalone/data/record_reader.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/text_file.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::console {
 
-QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy)
-    : ConsoleView(options.output), csvCopy_(std::move(csvCopy)) {
+QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy,
+               std::filesystem::path fastqcFolder)
+    : ConsoleView(options.output), csvCopy_(std::move(csvCopy)), fastqcFolder_(std::move(fastqcFolder)) {
   document().leaveOut("table", "GENOSTAT");
   document().leaveOut("table", "GET DATA");
   // The summary's marks say the same.
@@ -39,7 +44,11 @@ void QcView::showResults(const std::filesystem::path& csv) {
     const standalone::PivotTable findings = qcFindingsTable(samples);
     if (!findings.rows.empty()) document().addTable("Quality Control", findings);
   });
-  if (!csvCopy_) return;
+  if (csvCopy_) copyResults(csv);
+  if (!fastqcFolder_.empty()) checkFastqcFolder(samples.size());
+}
+
+void QcView::copyResults(const std::filesystem::path& csv) const {
   const standalone::TextFile results = standalone::readTextFile(csv);
   if (!results.error.empty()) throw standalone::CommandError(results.error);
   try {
@@ -47,6 +56,22 @@ void QcView::showResults(const std::filesystem::path& csv) {
   } catch (const std::runtime_error& error) {
     throw standalone::CommandError(error.what());
   }
+}
+
+// The analysis only warns, but here they were asked for.
+void QcView::checkFastqcFolder(std::size_t samples) const {
+  std::size_t found = 0;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(fastqcFolder_, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code missing;
+    if (std::filesystem::exists(entry->path() / "fastqc_data.txt", missing)) ++found;
+  }
+  if (found >= samples) return;
+  throw standalone::CommandError(
+      standalone::translated("FastQC's data files of {1} of {2} samples could not be written into {3}",
+                             {std::to_string(samples - found), std::to_string(samples),
+                              standalone::quoteForMessage(platform::pathToUtf8(fastqcFolder_))}));
 }
 
 }  // namespace genostat::console
