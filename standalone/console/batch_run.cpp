@@ -15,6 +15,7 @@
 #include "standalone/console/console_view.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/session.h"
 #include "standalone/session/text_file.h"
 
@@ -62,7 +63,8 @@ standalone::SourcePtr readSyntax(const std::string& file) {
 
 // What heads the report: the syntax file's name without its ending.
 std::string reportTitle(const std::string& file) {
-  return file == "-" ? "Results" : platform::pathToUtf8(platform::pathFromUtf8(file).stem());
+  return file == "-" ? standalone::translated("Results")
+                     : platform::pathToUtf8(platform::pathFromUtf8(file).stem());
 }
 
 int runShown(const RunOptions& options, const std::function<standalone::SourcePtr()>& readText,
@@ -71,7 +73,7 @@ int runShown(const RunOptions& options, const std::function<standalone::SourcePt
   platform::onSuspend([run] { run->view->suspend(); });
   platform::onInterrupt([run] { run->interrupt(); });
   const auto refuse = [&run](const char* message, int status) {
-    run->view->showNotice(std::string("error: ") + message);
+    run->view->showNotice(standalone::translated("error: {1}", {message}));
     return status;
   };
   try {

@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/html_report.h"
 
 namespace genostat::console {
@@ -152,7 +154,11 @@ void ConsoleView::writeOutput(std::string_view text) {
   }
   if (!outputFailed_) return;
   const std::string reason = std::generic_category().message(problem);
-  showDiagnostic({{}, "cannot write to standard output: " + reason, {}, {}});
+  showDiagnostic(
+      {{},
+       standalone::translated("cannot write to standard output: {1}", {standalone::translatedReason(reason)}),
+       {},
+       {}});
 }
 
 void ConsoleView::writeLine(const std::string& text) {

@@ -9,6 +9,7 @@
 #include "standalone/console/options.h"
 #include "standalone/console/qc_run.h"
 #include "standalone/console/shell_run.h"
+#include "standalone/language/translation.h"
 
 namespace console = genostat::console;
 namespace platform = genostat::platform;
@@ -27,7 +28,7 @@ int main(int argc, char** argv) {
     const bool written = std::fputs(answer.text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
     return written ? answer.status : console::kFailure;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "error: %s\n", error.what());
+    std::fprintf(stderr, "%s\n", genostat::standalone::translated("error: {1}", {error.what()}).c_str());
     return console::kFailure;
   }
 }

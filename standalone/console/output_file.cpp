@@ -5,6 +5,8 @@
 
 #include "platform/part_file.h"
 #include "platform/program.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::console {
@@ -17,11 +19,12 @@ OutputFile::OutputFile(const std::string& name) : name_(name) {
   target_ = fs::weakly_canonical(fs::absolute(given, error), error);
   if (error) target_ = given;
   const fs::file_status status = fs::status(target_, error);
-  if (fs::is_directory(status)) fail("it is a folder");
+  if (fs::is_directory(status)) fail(standalone::translated("it is a folder"));
   // A device would be replaced by a file.
-  if (fs::exists(status) && !fs::is_regular_file(status)) fail("it is no regular file");
+  if (fs::exists(status) && !fs::is_regular_file(status))
+    fail(standalone::translated("it is no regular file"));
   const fs::path folder = target_.parent_path();
-  if (!fs::is_directory(folder, error)) fail("its folder does not exist");
+  if (!fs::is_directory(folder, error)) fail(standalone::translated("its folder does not exist"));
   platform::removeAbandonedParts(folder);
   try {
     const platform::PartFile probe(folder);
@@ -47,7 +50,8 @@ bool OutputFile::isSameAs(const fs::path& other) const {
 }
 
 void OutputFile::fail(const std::string& reason) const {
-  throw std::runtime_error("cannot write " + standalone::quoteForMessage(name_) + ": " + reason);
+  throw std::runtime_error(standalone::translated(
+      "cannot write {1}: {2}", {standalone::quoteForMessage(name_), standalone::translatedReason(reason)}));
 }
 
 }  // namespace genostat::console

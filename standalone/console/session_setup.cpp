@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/language/translation.h"
 
 namespace genostat::console {
 
@@ -49,7 +50,8 @@ standalone::SessionOptions sessionOptions(const RunOptions& options) {
   session.folders.strings = absolutePath(options.stringsFolder);
   std::error_code ignored;
   if (!options.stringsFolder.empty() && !std::filesystem::is_directory(session.folders.strings, ignored)) {
-    throw UsageError("the folder of string tables \"" + options.stringsFolder + "\" does not exist");
+    throw UsageError(standalone::translated("the folder of string tables {1} does not exist",
+                                            {"\"" + options.stringsFolder + "\""}));
   }
   session.interactive = !options.commandLineMode;
   session.eventsFile = absolutePath(options.eventsFile);
@@ -64,15 +66,18 @@ void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::str
   if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
   if (!options.file.empty()) {
     const path syntax = platform::pathFromUtf8(options.file);
-    if (results && results->isSameAs(syntax)) throw UsageError("--to names the syntax file");
-    if (report && report->isSameAs(syntax)) throw UsageError("--html names the syntax file");
+    if (results && results->isSameAs(syntax))
+      throw UsageError(standalone::translated("{1} names the syntax file", {"--to"}));
+    if (report && report->isSameAs(syntax))
+      throw UsageError(standalone::translated("{1} names the syntax file", {"--html"}));
   }
   if (results && report && results->isSameAs(platform::pathFromUtf8(options.htmlFile))) {
-    throw UsageError("--to and --html name the same file");
+    throw UsageError(standalone::translated("--to and --html name the same file"));
   }
   const bool pageOnTerminal =
       options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
-  if (pageOnTerminal) throw UsageError("--output html is nothing for a terminal; add --to FILE");
+  if (pageOnTerminal)
+    throw UsageError(standalone::translated("--output html is nothing for a terminal; add --to FILE"));
   view.setFiles(std::move(results), std::move(report), title);
 }
 

@@ -63,6 +63,19 @@ std::vector<RankedCase> worstCases(const std::vector<const Column*>& checks, std
   return cases;
 }
 
+// What the analysis checks, as readers are told.
+constexpr std::array<std::string_view, 11> kKnownChecks = {marked("Basic statistics"),
+                                                           marked("Per base sequence quality"),
+                                                           marked("Per sequence quality scores"),
+                                                           marked("Per base sequence content"),
+                                                           marked("Per sequence GC content"),
+                                                           marked("Per base N content"),
+                                                           marked("Sequence length distribution"),
+                                                           marked("Sequence duplication levels"),
+                                                           marked("Overrepresented sequences"),
+                                                           marked("Adapter content"),
+                                                           marked("Per tile sequence quality")};
+
 // "per_base_n_content" as a reader's "Per base N content".
 std::string readableName(std::string name) {
   std::ranges::replace(name, '_', ' ');
@@ -71,7 +84,7 @@ std::string readableName(std::string name) {
     if (const std::size_t place = name.find(abbreviation); place != std::string::npos)
       name.replace(place, abbreviation.size(), toUpperAscii(abbreviation));
   }
-  return name;
+  return std::ranges::find(kKnownChecks, name) != kKnownChecks.end() ? translated(name) : name;
 }
 
 // A chart takes rows of one name for one row.
