@@ -119,8 +119,9 @@ class Terminal:
         return self.wait_for_status()
 
     def wait_for_status(self):
-        screen = self.wait_for(r"^\[status \d+\]$")
+        screen = self.wait_for(r"^\[status \d+\]\n\$ ?\Z")
         return int(re.findall(r"^\[status (\d+)\]$", screen, re.MULTILINE)[-1])
+
 
 
 def framed(screen):

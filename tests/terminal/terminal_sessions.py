@@ -194,6 +194,101 @@ def analyser_tells_its_progress(place):
         check("stdin,NONE,500," in (place.folder / "qc.csv").read_text(), "the table")
 
 
+PROMPT = r"^genostat> ?$"
+JOB = "GENOSTAT /JOB NAME='check' FILE='control.fastq'."
+
+
+def last_line(screen):
+    return screen.split("\n")[-1].rstrip()
+
+
+@case
+def shell_completes_and_remembers(place):
+    state = {"XDG_STATE_HOME": str(place.folder / "state")}
+    with place.terminal(rows=80, **state) as terminal:
+        terminal.type("genostat shell")
+        terminal.wait_for(PROMPT)
+        # Commands and names of variables get the blank behind them.
+        for typed, completed in (("GENO", "GENOSTAT"), ("/JO", "GENOSTAT /JOB"),
+                                 (" NAME='check' FILE='con", "GENOSTAT /JOB NAME='check' FILE='control.fastq'")):
+            terminal.type(typed, enter=False)
+            terminal.keys("Tab")
+            terminal.wait_until(lambda screen: last_line(screen) == "genostat> " + completed, completed)
+        terminal.type(".")
+        terminal.wait_for("job 'check' finished")
+        terminal.wait_for("Imported Data")
+        terminal.wait_for(PROMPT)
+        terminal.type("DESCRIPTIVES qc_s", enter=False)
+        terminal.keys("Tab")
+        terminal.wait_until(lambda screen: last_line(screen) == "genostat> DESCRIPTIVES qc_score", "a variable's name")
+        terminal.type(".")
+        terminal.wait_for("Descriptive Statistics")
+        terminal.type("quit")
+        terminal.wait_for(r"^\$\Z")
+    with place.terminal(**state) as terminal:
+        terminal.type("genostat shell")
+        terminal.wait_for(PROMPT)
+        for remembered in ("quit", "DESCRIPTIVES qc_score .", JOB):
+            terminal.keys("Up")
+            terminal.wait_until(lambda screen: last_line(screen) == "genostat> " + remembered, remembered)
+        terminal.keys("C-c")
+        terminal.wait_for(PROMPT)
+        terminal.keys("C-d")
+        terminal.wait_for(r"^\$\Z")
+
+
+@case
+def shell_notices_leave_the_line_whole(place):
+    with place.terminal(rows=50) as terminal:
+        terminal.type("genostat shell --home held --no-history")
+        terminal.wait_for(PROMPT)
+        terminal.type(JOB)
+        terminal.wait_for("job 'check' running")
+        terminal.type("DESCRIP", enter=False)
+        terminal.wait_until(lambda screen: last_line(screen) == "genostat> DESCRIP", "what is typed")
+        place.go_on()
+        screen = terminal.wait_for("^job 'check' finished")
+        terminal.wait_until(lambda screen: last_line(screen) == "genostat> DESCRIP", "what was typed")
+        check("Imported Data" not in screen, "results wait", screen)
+        terminal.keys("C-u")
+        terminal.wait_for("Imported Data")
+        terminal.wait_for(PROMPT)
+        check("DESCRIP" not in terminal.screen(), "nothing of it stays", terminal.screen())
+        terminal.type("FREQUENCIES\nadapter_content.")
+        terminal.wait_for("Cumulative Percent")
+        terminal.type("quit")
+        check_status(terminal, 0)
+
+
+def check_status(terminal, wanted):
+    terminal.wait_for(r"^\$\Z")
+    terminal.type('echo "[status $?]"')
+    status = terminal.wait_for_status()
+    check(status == wanted, f"status {status} instead of {wanted}", terminal.screen())
+
+
+@case
+def shell_asks_before_it_drops_jobs(place):
+    with place.terminal() as terminal:
+        terminal.type("genostat shell --home held --no-history")
+        terminal.wait_for(PROMPT)
+        terminal.type(JOB)
+        terminal.wait_for("job 'check' running")
+        terminal.type("jobs")
+        terminal.wait_for("check .*running")
+        terminal.type("quit")
+        terminal.wait_for(r"\[w/c/g\]")
+        terminal.type("g")
+        terminal.wait_for(PROMPT)
+        terminal.type("quit")
+        terminal.wait_until(lambda screen: screen.count("[w/c/g]") == 2, "the question again")
+        terminal.type("c")
+        terminal.wait_for(r"^\$\Z")
+        screen = terminal.everything()
+        check("job 'check' cancelled" in screen, "it says so", screen)
+        place.check_nothing_is_left()
+
+
 def play(function, programs, source):
     with tempfile.TemporaryDirectory(prefix="genostat-") as name:
         try:
