@@ -103,9 +103,9 @@ Terminal terminalBehind(int stream) {
   if (terminal.isTerminal) {
     const char* kind = std::getenv("TERM");
     terminal.movesCursor = kind != nullptr && *kind != '\0' && std::strcmp(kind, "dumb") != 0;
-    // Another session's terminal, which has no foreground for us, is -1.
+    // -1 for another session's terminal, 0 for a group outside of the container: nobody to be disturbed.
     const pid_t foreground = tcgetpgrp(stream);
-    terminal.isForeground = foreground == -1 || foreground == getpgrp();
+    terminal.isForeground = foreground <= 0 || foreground == getpgrp();
   }
   locale_t locale = newlocale(LC_CTYPE_MASK, "", nullptr);
   if (locale != nullptr) {

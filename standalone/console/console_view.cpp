@@ -1,13 +1,13 @@
 #include "standalone/console/console_view.h"
 
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "platform/columns.h"
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
@@ -18,30 +18,18 @@ namespace genostat::console {
 namespace {
 
 constexpr int kWidthOfFiles = 100;
-constexpr int kNarrowest = 20;
-constexpr int kWidest = 10000;
 
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
   return value != nullptr ? value : "";
 }
 
-// The user's COLUMNS, or 0.
-int columnsWanted() {
-  const std::string text = environment("COLUMNS");
-  int columns = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), columns);
-  const bool usable = result.ec == std::errc() && result.ptr == text.data() + text.size() &&
-                      columns >= kNarrowest && columns <= kWidest;
-  return usable ? columns : 0;
-}
-
 standalone::TextStyle chooseStyle() {
   const platform::Terminal terminal = platform::standardOutputTerminal();
   standalone::TextStyle style;
   style.unicode = terminal.isUtf8;
-  style.colour = terminal.isTerminal && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
-  const int wanted = columnsWanted();
+  style.colour = terminal.isTerminal && terminal.movesCursor && environment("NO_COLOR").empty();
+  const int wanted = platform::columnsWanted();
   style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
   return style;
 }
@@ -72,7 +60,7 @@ void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<Outp
   title_ = std::move(title);
   if (!resultsFile_) return;
   style_.colour = false;
-  style_.width = columnsWanted() > 0 ? columnsWanted() : kWidthOfFiles;
+  style_.width = platform::columnsWanted() > 0 ? platform::columnsWanted() : kWidthOfFiles;
 }
 
 void ConsoleView::showNotice(const std::string& text) {

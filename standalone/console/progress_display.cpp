@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/columns.h"
 #include "standalone/console/progress_lines.h"
 #include "standalone/session/host_folders.h"
 #include "standalone/session/job_progress.h"
@@ -84,12 +85,14 @@ void ProgressDisplay::end() {
 
 void ProgressDisplay::run() {
   ProgressFollower follower;
+  const int wanted = platform::columnsWanted();
   std::unique_lock lock(mutex_);
   while (!wake_.wait_for(lock, kRenewal, [this] { return ended_; })) {
     const std::vector<JobStatus> jobs = jobs_;
     lock.unlock();
     const platform::Terminal terminal = lines_.terminal();
-    lines_.draw(follower.lines(jobs, {terminal.width, terminal.height, terminal.isUtf8}));
+    const int width = wanted > 0 ? std::min(wanted, terminal.width) : terminal.width;
+    lines_.draw(follower.lines(jobs, {width, terminal.height, terminal.isUtf8}));
     lock.lock();
   }
 }
