@@ -53,7 +53,7 @@ set(made "")
 foreach(program IN ITEMS genostat genostat-analysis)
   foreach(form IN ITEMS man bash zsh fish)
     add_custom_command(OUTPUT "${documents}/${program}.${form}"
-      COMMAND ${program} --generate ${form} > "${documents}/${program}.${form}"
+      COMMAND "${CMAKE_COMMAND}" -E env LC_ALL=C $<TARGET_FILE:${program}> --generate ${form} > "${documents}/${program}.${form}"
       DEPENDS ${program} VERBATIM)
     list(APPEND made "${documents}/${program}.${form}")
   endforeach()

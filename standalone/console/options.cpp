@@ -21,20 +21,20 @@ namespace genostat::console {
 namespace {
 
 using platform::ArgumentFault;
+using standalone::marked;
 using standalone::quoteForMessage;
 using standalone::translated;
 
-constexpr const char* kAbout = "\"genostat COMMAND --help\" tells more about a command.\n\n";
+constexpr const char* kAbout = marked("\"genostat COMMAND --help\" tells more about a command.\n\n");
 
 constexpr const char* kExamples =
-    "Examples:\n"
     "  genostat qc run1/ --html report.html\n"
     "  genostat run quality_control.syntax\n"
     "  genostat run cohort.syntax --html report.html\n"
     "  genostat run - --output json --csv results < cohort.syntax\n"
     "\n";
 
-constexpr const char* kRunHelp =
+constexpr const char* kRunHelp = marked(
     "String tables translate the module's texts: GENOSTAT.txt and global.txt, UTF-8, each line\n"
     "a key, a tab and its text.\n"
     "\n"
@@ -48,21 +48,22 @@ constexpr const char* kRunHelp =
     "  COLUMNS   the width of tables\n"
     "  NO_COLOR  turns colours off\n"
     "  TMPDIR    where temporary files go, without --temp; TEMP on Windows\n"
-    "\n";
+    "\n");
 
 void addRunOptions(CLI::App& run, RunOptions& options) {
-  run.add_option("FILE", options.file, "file of command syntax; - reads standard input")
+  run.add_option("FILE", options.file, translated("file of command syntax; - reads standard input"))
       ->type_name("")
       ->required()
       ->check(notEmpty());
   addSessionOptions(run, options);
-  run.add_flag("--command-line-mode", options.commandLineMode, "run as a host without an interactive client");
+  run.add_flag("--command-line-mode", options.commandLineMode,
+               translated("run as a host without an interactive client"));
   addTextOption(run, "--csv", options.csvFolder, "DIR",
-                "keep a copy of each job's result file in this folder");
-  run.footer(std::string(kRunHelp) + kExamples + kExitStatusHelp);
+                translated("keep a copy of each job's result file in this folder"));
+  run.footer(translated(kRunHelp) + examplesHelp(kExamples) + translated(kExitStatusHelp));
 }
 
-constexpr const char* kShellHelp =
+constexpr const char* kShellHelp = marked(
     "Commands end with a period at the end of a line or with a blank line. Jobs run while you\n"
     "type; what they find is shown when the line is empty. \"help\" tells the rest. Input from\n"
     "a pipe or a file runs as it comes, and at its end the program waits for the jobs.\n"
@@ -70,8 +71,9 @@ constexpr const char* kShellHelp =
     "Ctrl-C drops what is typed and stops what runs; the jobs go on.\n"
     "The history is kept in $XDG_STATE_HOME/genostat/history, without that variable below\n"
     "~/.local/state. Keys can be bound in ~/.editrc.\n"
-    "\n"
-    "Examples:\n"
+    "\n");
+
+constexpr const char* kShellExamples =
     "  genostat shell\n"
     "  genostat shell --html report.html\n"
     "  echo help | genostat shell\n"
@@ -80,9 +82,10 @@ constexpr const char* kShellHelp =
 void addShellOptions(CLI::App& shell, ShellOptions& options) {
   addSessionOptions(shell, options.session);
   addTextOption(shell, "--csv", options.session.csvFolder, "DIR",
-                "keep a copy of each job's result file in this folder");
-  shell.add_flag("--no-history", options.noHistory, "neither read nor keep the lines of earlier runs");
-  shell.footer(std::string(kShellHelp) + kExitStatusHelp);
+                translated("keep a copy of each job's result file in this folder"));
+  shell.add_flag("--no-history", options.noHistory,
+                 translated("neither read nor keep the lines of earlier runs"));
+  shell.footer(translated(kShellHelp) + examplesHelp(kShellExamples) + translated(kExitStatusHelp));
 }
 
 Answer usageError(const std::string& message, const std::string& program) {
@@ -137,26 +140,27 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
   RunOptions options;
   QcOptions qcOptions;
   ShellOptions shellOptions;
-  CLI::App app("Runs command syntax and the quality-control jobs that it submits.", "genostat");
+  CLI::App app(translated("Runs command syntax and the quality-control jobs that it submits."), "genostat");
   platform::shapeHelp(
       app, platform::helpWidth,
       {translated("Usage"), translated("Arguments"), translated("Options"), translated("Commands")});
   // In all commands. Extras are collected, so that the error can name what was meant.
   const auto prepare = [](CLI::App& command) {
-    command.set_help_flag("-h,--help", "show this help and exit");
-    command.set_version_flag("--version", "genostat " GENOSTAT_VERSION, "show the version and exit");
+    command.set_help_flag("-h,--help", translated("show this help and exit"));
+    command.set_version_flag("--version", "genostat " GENOSTAT_VERSION,
+                             translated("show the version and exit"));
     command.allow_extras();
   };
   prepare(app);
-  app.footer(std::string(kAbout) + kExamples + kExitStatusHelp);
+  app.footer(translated(kAbout) + examplesHelp(kExamples) + translated(kExitStatusHelp));
   platform::offerDocuments(app, "genostat-analysis(1)");
-  CLI::App& run = *app.add_subcommand("run", "run a file of command syntax");
+  CLI::App& run = *app.add_subcommand("run", translated("run a file of command syntax"));
   prepare(run);
   addRunOptions(run, options);
-  CLI::App& qc = *app.add_subcommand("qc", "check the quality of FASTQ files");
+  CLI::App& qc = *app.add_subcommand("qc", translated("check the quality of FASTQ files"));
   prepare(qc);
   addQcOptions(qc, qcOptions);
-  CLI::App& shell = *app.add_subcommand("shell", "type commands while jobs run");
+  CLI::App& shell = *app.add_subcommand("shell", translated("type commands while jobs run"));
   prepare(shell);
   addShellOptions(shell, shellOptions);
 

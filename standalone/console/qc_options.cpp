@@ -7,6 +7,7 @@
 
 #include "standalone/console/qc_checks.h"
 #include "standalone/console/session_options.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/display_text.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
@@ -167,7 +168,7 @@ void addQcOptions(CLI::App& qc, QcOptions& options) {
                 "write FastQC's data files for report programs into this folder");
   qc.add_flag("--print-syntax", options.printSyntax, "show the command instead of running it");
   addSessionOptions(qc, options.session);
-  qc.footer(std::string(kQcHelp) + columnHelp() + kQcExamples + kExitStatusHelp);
+  qc.footer(std::string(kQcHelp) + columnHelp() + kQcExamples + standalone::translated(kExitStatusHelp));
 }
 
 }  // namespace genostat::console

@@ -14,12 +14,12 @@
 
 namespace genostat::console {
 
-const char* const kExitStatusHelp =
+const char* const kExitStatusHelp = standalone::marked(
     "Exit status:\n"
     "  0    everything succeeded\n"
     "  1    a command or a job failed, or output could not be written\n"
     "  2    wrong usage, or a syntax file that cannot be read\n"
-    "  130  interrupted; all jobs were cancelled\n";
+    "  130  interrupted; all jobs were cancelled\n");
 
 namespace {
 
@@ -35,7 +35,7 @@ const CLI::Validator& formatName() {
       [](std::string& value) {
         if (formatNamed(value)) return std::string();
         constexpr std::array<std::string_view, 3> kForms = {"text", "json", "html"};
-        return describeChoice("text, json or html", value, kForms);
+        return describeChoice(standalone::translated("text, json or html"), value, kForms);
       },
       "", "text, json or html");
   return validator;
@@ -58,46 +58,58 @@ std::string describeChoice(std::string_view choices, std::string_view found,
              : standalone::translated("expected {1}, found {2}", {choices, quoted});
 }
 
+std::string examplesHelp(const char* lines) {
+  return standalone::translated("Examples:") + '\n' + lines;
+}
+
 const CLI::Validator& notEmpty() {
   static const CLI::Validator validator(
-      [](std::string& value) { return value.empty() ? std::string("the value is empty") : std::string(); },
+      [](std::string& value) {
+        return value.empty() ? standalone::translated("the value is empty") : std::string();
+      },
       "", "not empty");
   return validator;
 }
 
 CLI::Option* addTextOption(CLI::App& command, const char* name, std::string& value, const char* type,
-                           const char* description) {
+                           const std::string& description) {
   return command.add_option(name, value, description)->type_name(type)->take_last()->check(notEmpty());
 }
 
 void addSessionOptions(CLI::App& command, RunOptions& options) {
   const auto add = [&command](const char* name, std::string& value, const char* type,
-                              const char* description) {
+                              const std::string& description) {
     addTextOption(command, name, value, type, description);
   };
-  add("--temp", options.temporaryFolder, "DIR", "folder for temporary files; default: the system's");
-  add("--home", options.homeFolder, "DIR", "folder that holds the launcher; default: the program's");
+  add("--temp", options.temporaryFolder, "DIR",
+      standalone::translated("folder for temporary files; default: the system's"));
+  add("--home", options.homeFolder, "DIR",
+      standalone::translated("folder that holds the launcher; default: the program's"));
   add("--strings", options.stringsFolder, "DIR",
-      "folder of string tables; default: strings in the home folder");
+      standalone::translated("folder of string tables; default: strings in the home folder"));
   command
-      .add_option("--language", options.language,
-                  "language of what the program says, such as de; default: the system's")
+      .add_option(
+          "--language", options.language,
+          standalone::translated("language of what the program says, such as de; default: the system's"))
       ->type_name("CODE")
       ->take_last()
       ->check(languageName());
-  add("--events", options.eventsFile, "FILE", "append each client message to this file as a line of JSON");
+  add("--events", options.eventsFile, "FILE",
+      standalone::translated("append each client message to this file as a line of JSON"));
   command
       .add_option_function<std::string>(
           "--output",
           [&options](const std::string& value) {
             options.output = formatNamed(value).value_or(OutputFormat::Text);
           },
-          "form of the results; default: text")
+          standalone::translated("form of the results; default: text"))
       ->type_name("text|json|html")
       ->take_last()
       ->check(formatName());
-  add("--to", options.outputFile, "FILE", "write the results to this file, at the end");
-  add("--html", options.htmlFile, "FILE", "write a report with charts as well: one page, at the end");
+  add("--to", options.outputFile, "FILE",
+      standalone::translated("write the results to this file, at the end"));
+  add("--html", options.htmlFile, "FILE",
+      standalone::translated("write a report with charts as well: one page, at the end"));
 }
 
 }  // namespace genostat::console

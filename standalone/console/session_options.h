@@ -15,8 +15,11 @@ class Validator;
 
 namespace genostat::console {
 
-// The part of a subcommand's footer that explains how the program ends.
+// The part of a subcommand's footer that explains how the program ends, to be translated.
 extern const char* const kExitStatusHelp;
+
+// The part with examples, which are lines as platform/documents wants them.
+std::string examplesHelp(const char* lines);
 
 // --temp, --output and what else of RunOptions every session has; `options` outlives the command.
 void addSessionOptions(CLI::App& command, RunOptions& options);
@@ -34,6 +37,6 @@ const CLI::Validator& notEmpty();
 
 // An option with a text that is not empty; the last one counts. `type` as platform/documents wants it.
 CLI::Option* addTextOption(CLI::App& command, const char* name, std::string& value, const char* type,
-                           const char* description);
+                           const std::string& description);
 
 }  // namespace genostat::console
