@@ -172,6 +172,8 @@ class EditedLines : public LineEditor {
     outcome_ = Input::Kind::End;
     followTerminalSize(false);
     reading_ = true;
+    // The library would do so behind the prompt, and what is typed in between would be seen twice.
+    el_set(editor_.get(), EL_PREP_TERM, 1);
     int count = 0;
     const char* text = el_gets(editor_.get(), &count);
     reading_ = false;
@@ -195,6 +197,7 @@ class EditedLines : public LineEditor {
   }
 
   bool remember(const std::string& entry) override {
+    if (entry == std::exchange(latest_, entry)) return true;
     HistEvent event = {};
     history(history_.get(), &event, H_ENTER, entry.c_str());
     if (failed_ || keeper_.append(entry)) return true;
@@ -378,6 +381,7 @@ class EditedLines : public LineEditor {
   std::unique_ptr<History, EndHistory> history_;
   std::unique_ptr<EditLine, EndEditor> editor_;  // goes before the history
   std::string prompt_;
+  std::string latest_;  // entry of the history
   winsize size_;
   Input::Kind outcome_ = Input::Kind::End;
   bool reading_ = false;

@@ -110,7 +110,8 @@ bool Shell::idle(bool lineIsEmpty) {
 
 void Shell::tellOfHeldResults() {
   const std::size_t held = session_->endedJobCount();
-  if (held > heldResultsTold_) view_.showNotice(translated("its results come when this line is done"));
+  if (held > heldResultsTold_)
+    view_.showNotice(translated("its results are shown when nothing is being typed"));
   heldResultsTold_ = held;
 }
 
@@ -118,10 +119,19 @@ void Shell::runEndedJobs() {
   if (!session_->canRunEndedJobs()) return;
   const Working working(*this);
   while (session_->canRunEndedJobs() && !stopped_) {
-    session_->runEndedJob();
-    session_->followJobs(std::chrono::milliseconds(0));
+    runEndedJob();
   }
+}
+
+// Its syntax chooses the active dataset, which the user may have chosen otherwise.
+void Shell::runEndedJob() {
+  const standalone::Dataset* before = session_->datasets().active();
+  session_->runEndedJob();
+  session_->followJobs(std::chrono::milliseconds(0));
   heldResultsTold_ = session_->endedJobCount();
+  const standalone::Dataset* active = session_->datasets().active();
+  if (before == nullptr || active == before || active == nullptr) return;
+  view_.showNotice(translated("the active dataset is now {1}", {active->name}));
 }
 
 bool Shell::takeInput(const LineEditor::Input& input) {

@@ -44,6 +44,7 @@ class Shell {
   platform::Completion complete(std::string_view line, std::size_t cursor);
   void tellOfHeldResults();
   void runEndedJobs();
+  void runEndedJob();
   // True when the shell is to end.
   bool takeInput(const platform::LineEditor::Input& input);
   bool takeLine(std::string_view line);

@@ -128,6 +128,7 @@ void Shell::cancel(const Arguments& arguments) {
   }
   const ShellArgument& name = arguments[1];
   if (std::ranges::find(names, name.text) == names.end() && standalone::equalsIgnoreCase(name.text, "all")) {
+    if (names.empty()) view_.showNotice(translated("no job runs or waits"));
     session_->cancelAllJobs();
   } else if (!session_->cancelJob(name.text)) {
     failUnknown(name, names,
@@ -138,13 +139,15 @@ void Shell::cancel(const Arguments& arguments) {
 
 void Shell::waitForJobs() {
   if (!editor_->isInteractive()) return session_->finishJobs();
+  if (session_->openJobs().empty() && !session_->hasEndedJobs()) {
+    return view_.showAnswer(translated("no job runs or waits"));
+  }
   const Working working(*this);
   view_.showProgress(true);
   do {
     session_->followJobs(kFollowing);
     while (session_->canRunEndedJobs() && !stopped_) {
-      session_->runEndedJob();
-      session_->followJobs(std::chrono::milliseconds(0));
+      runEndedJob();
     }
   } while (!stopped_ && (!session_->openJobs().empty() || session_->hasEndedJobs()));
   view_.showProgress(false);

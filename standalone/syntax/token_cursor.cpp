@@ -34,7 +34,8 @@ const Token& TokenCursor::peek(std::size_t ahead) const {
 
 const Token& TokenCursor::next() {
   const Token& token = peek();
-  if (isPlace(token)) failExpected("nothing");
+  // Shown to nobody.
+  if (isPlace(token)) throw CommandError(std::string());
   if (token.kind != Token::Kind::End) ++position_;
   return token;
 }
