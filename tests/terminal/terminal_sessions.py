@@ -194,7 +194,7 @@ def analyser_tells_its_progress(place):
         check("stdin,NONE,500," in (place.folder / "qc.csv").read_text(), "the table")
 
 
-PROMPT = r"^genostat> ?$"
+PROMPT = r"^genostat> ?\Z"
 JOB = "GENOSTAT /JOB NAME='check' FILE='control.fastq'."
 
 
@@ -244,6 +244,7 @@ def shell_notices_leave_the_line_whole(place):
         terminal.wait_for(PROMPT)
         terminal.type(JOB)
         terminal.wait_for("job 'check' running")
+        terminal.wait_for(PROMPT)
         terminal.type("DESCRIP", enter=False)
         terminal.wait_until(lambda screen: last_line(screen) == "genostat> DESCRIP", "what is typed")
         place.go_on()
@@ -274,6 +275,7 @@ def shell_asks_before_it_drops_jobs(place):
         terminal.wait_for(PROMPT)
         terminal.type(JOB)
         terminal.wait_for("job 'check' running")
+        terminal.wait_for(PROMPT)
         terminal.type("jobs")
         terminal.wait_for("check .*running")
         terminal.type("quit")
@@ -303,6 +305,10 @@ def main():
         print("skipped: there is no tmux; scripts/setup test installs it")
         return 77
     programs, source = (pathlib.Path(path).resolve() for path in sys.argv[1:3])
+    for program in ("genostat", "genostat-analysis"):
+        if not (programs / program).exists():
+            print(f"there is no {programs / program}")
+            return 1
     chosen = [function for function in CASES if not sys.argv[3:] or function.__name__ in sys.argv[3:]]
     failed = 0
     # They mostly wait.
