@@ -13,12 +13,14 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cwchar>
 #include <cwctype>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 #include "platform/posix/line_history.h"
@@ -50,6 +52,12 @@ winsize terminalSize() {
   winsize size = {};
   if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) size.ws_col = 80;
   return size;
+}
+
+// A program that sets up a terminal from the background is stopped.
+bool ownsTerminal() {
+  const pid_t foreground = tcgetpgrp(STDIN_FILENO);
+  return foreground == -1 || foreground == getpgrp();
 }
 
 bool inputWaits(int milliseconds) {
@@ -158,8 +166,6 @@ class EditedLines : public LineEditor {
     bind("\\e[4~", "ed-move-to-end");
     loadHistory();
     el_source(editor, nullptr);
-    // Comes as a key, so that the line can be put away first. The others are signals, as ever.
-    el_set(editor, EL_SETTY, "-d", "susp=^@", static_cast<char*>(nullptr));
     bind("^Z", "suspend-program");
   }
 
@@ -174,6 +180,7 @@ class EditedLines : public LineEditor {
     reading_ = true;
     // The library would do so behind the prompt, and what is typed in between would be seen twice.
     el_set(editor_.get(), EL_PREP_TERM, 1);
+    freeSuspendKey();
     int count = 0;
     const char* text = el_gets(editor_.get(), &count);
     reading_ = false;
@@ -206,7 +213,7 @@ class EditedLines : public LineEditor {
   }
 
   void restoreTerminal() override {
-    if (canRestore_) tcsetattr(STDIN_FILENO, TCSANOW, &found_);
+    if (canRestore_ && ownsTerminal()) tcsetattr(STDIN_FILENO, TCSANOW, &found_);
   }
 
  private:
@@ -246,6 +253,14 @@ class EditedLines : public LineEditor {
       }
       if (idle()) return leave(Input::Kind::Woken);
     }
+  }
+
+  // Ctrl-Z comes as a key, so that the line can be put away first. The library itself would set it back.
+  static void freeSuspendKey() {
+    termios mode = {};
+    if (tcgetattr(STDIN_FILENO, &mode) != 0) return;
+    mode.c_cc[VSUSP] = _POSIX_VDISABLE;
+    tcsetattr(STDIN_FILENO, TCSADRAIN, &mode);
   }
 
   // False at the end of the input.
@@ -369,7 +384,12 @@ class EditedLines : public LineEditor {
     erase(size_.ws_col);
     el_set(editor_.get(), EL_PREP_TERM, 0);
     kill(0, SIGTSTP);
+    // Another thread may be the one that takes the signal: this one must not draw before all are stopped.
+    do {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    } while (!ownsTerminal());
     el_set(editor_.get(), EL_PREP_TERM, 1);
+    freeSuspendKey();
     el_set(editor_.get(), EL_REFRESH);
     return CC_NORM;
   }
