@@ -88,6 +88,10 @@ void ConsoleView::showProgress(bool wanted) {
   progress_.show(shown ? jobs_ : std::vector<standalone::JobStatus>());
 }
 
+void ConsoleView::fitToTerminal() {
+  if (!resultsFile_) style_.width = chooseStyle().width;
+}
+
 void ConsoleView::showAs(std::string_view text, const std::function<void()>& addItems) {
   if (format_ == OutputFormat::Text) show(text);
   recording_ = true;

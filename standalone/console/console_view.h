@@ -32,6 +32,9 @@ class ConsoleView : public standalone::SessionView {
   void showDiagnostic(const standalone::Diagnostic& diagnostic) override;
   void jobsChanged(const std::vector<standalone::JobStatus>& jobs) override;
 
+  // From now on tables are as wide as the terminal is by now.
+  void fitToTerminal();
+
   // Whether the progress of jobs is shown, where standard error is a terminal. It is, from the beginning.
   void showProgress(bool wanted);
   // Removes what is shown of progress for good. Any thread; waits for output that is being written.

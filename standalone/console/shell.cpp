@@ -85,7 +85,9 @@ int Shell::run() {
   }
   while (true) {
     if (interactive && input_.empty()) runEndedJobs();
-    if (takeInput(editor_->read(input_.empty() ? kPrompt : kContinuation))) break;
+    const LineEditor::Input input = editor_->read(input_.empty() ? kPrompt : kContinuation);
+    view_.fitToTerminal();
+    if (takeInput(input)) break;
   }
   // What jobs that have ended still want; without a terminal, what all of them want.
   if (interactive) {
@@ -183,8 +185,7 @@ bool Shell::takeFirstLine(std::string_view line) {
       // A person is told at once; elsewhere the lines up to the end of the command belong to it.
       if (editor_->isInteractive()) {
         remember(line);
-        runSyntax(std::string(line), lineNumber_);
-        return false;
+        return runWord(first, line);
       }
       [[fallthrough]];
     case FirstWord::Kind::Command:

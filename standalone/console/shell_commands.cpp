@@ -38,9 +38,11 @@ bool Shell::runWord(const FirstWord& word, std::string_view line) {
   line_ = line;
   const Arguments arguments = splitShellLine(line);
   try {
-    if (word.kind == FirstWord::Kind::Misspelt) {
+    if (word.kind != FirstWord::Kind::Shell) {
       fail(translated("unknown command {1}", {standalone::quoteForMessage(arguments.front().text)}),
-           arguments.front(), translated("did you mean {1}?", {nameOf(word.verb)}));
+           arguments.front(),
+           word.nearest.empty() ? translated("{1} tells what there is", {nameOf(ShellVerb::Help)})
+                                : translated("did you mean {1}?", {word.nearest}));
     }
     switch (word.verb) {
       case ShellVerb::Jobs:
@@ -237,14 +239,14 @@ void Shell::runFile(const Arguments& arguments) {
 }
 
 void Shell::help(const Arguments& arguments) {
-  if (arguments.size() < 2) return view_.showAnswer(helpOverview());
+  if (arguments.size() < 2) return view_.showText(helpOverview());
   // A command's name may be two words.
   std::string topic = arguments[1].text;
   for (std::size_t i = 2; i < arguments.size(); ++i) {
     topic += ' ' + arguments[i].text;
   }
   const std::string text = helpOn(topic);
-  if (!text.empty()) return view_.showAnswer(text);
+  if (!text.empty()) return view_.showText(text);
   const ShellArgument whole{topic, arguments[1].begin, arguments.back().end};
   failUnknown(whole, helpTopics(),
               translated("there is no help on {1}", {standalone::quoteForMessage(topic)}));

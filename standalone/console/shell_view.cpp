@@ -1,6 +1,10 @@
 #include "standalone/console/shell_view.h"
 
+#include <sstream>
+#include <vector>
+
 #include "standalone/console/output_file.h"
+#include "standalone/output/display_text.h"
 #include "standalone/output/html_report.h"
 #include "standalone/output/text_table.h"
 
@@ -28,6 +32,19 @@ void ShellView::showAnswer(const standalone::PivotTable& table) {
   std::string text = standalone::renderTableAsText(table, style());
   if (text.ends_with('\n')) text.pop_back();
   showAnswer(text);
+}
+
+void ShellView::showText(const std::string& text) {
+  std::string shown;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    const bool asItIs = line.empty() || line.starts_with(' ');
+    const auto pieces = asItIs ? std::vector{line} : standalone::wrapText(line, style().width);
+    for (const std::string& piece : pieces) {
+      shown += (shown.empty() ? "" : "\n") + piece;
+    }
+  }
+  showAnswer(shown);
 }
 
 void ShellView::writeReport(const std::string& file, OutputFormat format, const std::string& title) {

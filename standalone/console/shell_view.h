@@ -25,6 +25,8 @@ class ShellView : public ConsoleView {
   // What a shell word answers: no result, so that it is in no report.
   void showAnswer(const std::string& text);
   void showAnswer(const standalone::PivotTable& table);
+  // The same with lines as wide as tables; lines that are indented stay as they are.
+  void showText(const std::string& text);
 
   // Writes all results so far into a file. Throws std::runtime_error, a sentence for the user.
   void writeReport(const std::string& file, OutputFormat format, const std::string& title);

@@ -87,8 +87,10 @@ FirstWord classifyFirstWord(std::string_view line, std::span<const std::string_v
   all.insert(all.end(), names.begin(), names.end());
   const auto nearest = standalone::nearestKeyword(word, all);
   const auto shell = nearest ? std::ranges::find(names, *nearest) : names.end();
-  if (shell == names.end()) return {FirstWord::Kind::Unknown, {}};
-  return {FirstWord::Kind::Misspelt, kShellWords[static_cast<std::size_t>(shell - names.begin())].verb};
+  const std::string meant(nearest.value_or(std::string_view()));
+  if (shell == names.end()) return {FirstWord::Kind::Unknown, {}, meant};
+  return {FirstWord::Kind::Misspelt, kShellWords[static_cast<std::size_t>(shell - names.begin())].verb,
+          meant};
 }
 
 }  // namespace genostat::console

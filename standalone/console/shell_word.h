@@ -38,10 +38,11 @@ struct FirstWord {
     Shell,     // a shell word
     Command,   // the beginning of command syntax
     Misspelt,  // none of both, but nearest to a shell word
-    Unknown    // none of both, and nothing begins so
+    Unknown    // none of both
   };
   Kind kind = Kind::Command;
-  ShellVerb verb = ShellVerb::Help;
+  ShellVerb verb = ShellVerb::Help;  // the shell word, or the nearest
+  std::string nearest = {};          // to what is none; empty when all are far off
 };
 
 // `commands`: those of the host, which go before shell words. Any case, three or more letters where they are
