@@ -15,9 +15,11 @@ constexpr std::array<std::string_view, 26> kCapital = {"Á", "Ɓ", "Ç", "Đ", "
                                                        "Š", "Ţ", "Ú", "Ṽ", "Ŵ", "Ẋ", "Ý", "Ž"};
 
 std::string accented(std::string_view english) {
-  if (english.find_first_not_of(" \n") == std::string_view::npos) return std::string(english);
+  // What makes a heading of a text stays behind it.
+  const std::size_t end = english.find_last_not_of(" :\n") + 1;
+  if (end == 0) return std::string(english);
   std::string text = "[";
-  for (const char letter : english) {
+  for (const char letter : english.substr(0, end)) {
     if (letter >= 'a' && letter <= 'z') {
       text += kSmall[static_cast<std::size_t>(letter - 'a')];
     } else if (letter >= 'A' && letter <= 'Z') {
@@ -26,7 +28,7 @@ std::string accented(std::string_view english) {
       text += letter;
     }
   }
-  return text + "]";
+  return text.append("]").append(english.substr(end));
 }
 
 }  // namespace

@@ -36,6 +36,12 @@ constexpr const char* kFailures =
 const std::regex kMembers(
     R"re("(type|kind|format|language|source)":"[^"]*"|"[A-Za-z]+":(true|false)?|null|"verdicts":\[[^}]*)re");
 
+constexpr const char* kShellInput =
+    "help\nhelp cancel\nhelp output\njobs\ndatasets\ncancel x\nshow y\noutput q r\nrun\nfoo\nhelp bar\nshow "
+    "1 2 3\n"
+    "GET DATA /TYPE=TXT /FILE='ragged.csv' /VARIABLES=a F8.2 b A2.\nDATASET NAME data.\nshow\ndatasets\n"
+    "output html page.html\nquit now\n";
+
 Words wordsOf(const std::string& text) {
   static const std::regex kWord("[A-Za-z_][A-Za-z_0-9]+");
   return {std::sregex_token_iterator(text.begin(), text.end(), kWord), std::sregex_token_iterator()};
@@ -62,12 +68,12 @@ class SpokenLanguage : public testing::Test {
              fs::copy_options::recursive | fs::copy_options::overwrite_existing);
   }
 
-  ProgramResult run(std::vector<std::string> arguments,
-                    std::map<std::string, std::string> environment = {}) const {
+  ProgramResult run(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {},
+                    const std::string& input = {}) const {
     environment.try_emplace("COLUMNS", "200");
     environment.try_emplace("LC_ALL", "C.UTF-8");
-    return runProgram({fs::absolute(GENOSTAT_BIN_DIR) / "genostat", std::move(arguments), folder_.path(), "",
-                       std::move(environment)});
+    return runProgram({fs::absolute(GENOSTAT_BIN_DIR) / "genostat", std::move(arguments), folder_.path(),
+                       input, std::move(environment)});
   }
 
   TemporaryFolder folder_;
@@ -78,7 +84,8 @@ TEST_F(SpokenLanguage, LooksUpEveryText) {
   writeWholeFile(folder_.path() / "ragged.csv", "a,b,c\n1,x\n2,xyz,3,4\nx,,5\n3,y,5.5\n4,z,7\n");
   // What the user gave, symbols of statistics, and what the analysis says itself.
   const Words given = [] {
-    Words words = wordsOf(kFailures + std::string(" df df1 df2 xyz xy job failures"));
+    Words words = wordsOf(std::string(kFailures) + " " + kShellInput +
+                          " df df1 df2 xyz xy job failures stdin all json my run_1 text wait qc shell echo");
     words.merge(wordsOf("no FASTQ files were given"));
     for (const char* name : {"cohort.syntax", "quality_control.syntax"}) {
       words.merge(wordsOf(readWholeFile(fs::path(GENOSTAT_SOURCE_DIR) / "examples" / name)));
@@ -87,14 +94,25 @@ TEST_F(SpokenLanguage, LooksUpEveryText) {
   }();
   const struct {
     std::vector<std::string> arguments;
+    std::string input;
   } rows[] = {
-      {{"run", "examples/cohort.syntax", "--output", "json", "--html", "page.html"}},
-      {{"run", "failures.syntax", "--html", "page.html"}},
+      {{"run", "examples/cohort.syntax", "--output", "json", "--html", "page.html"}, {}},
+      {{"run", "failures.syntax", "--html", "page.html"}, {}},
+      {{"shell", "--html", "page.html"}, kShellInput},
+      {{"--help"}, {}},
+      {{"run", "--help"}, {}},
+      {{"shell", "--help"}, {}},
   };
   for (const auto& row : rows) {
     std::vector<std::string> arguments = row.arguments;
-    arguments.insert(arguments.end(), {"--language", "pseudo", "--temp", "temp", "--csv", "kept"});
-    const ProgramResult result = run(arguments);
+    const bool help = arguments.back() == "--help";
+    arguments.insert(arguments.end(), {"--language", "pseudo"});
+    if (!help) arguments.insert(arguments.end(), {"--temp", "temp", "--csv", "kept"});
+    ProgramResult result = run(arguments, {}, row.input);
+    // Options and examples.
+    if (help)
+      result.out =
+          std::regex_replace(result.out, std::regex("--?[a-z-]+|[a-z]+([|][a-zA-Z]+)+|  genostat .*"), "");
     Words said = wordsOf(result.err + std::regex_replace(result.out, kMembers, "") +
                          shownOn(readWholeFile(folder_.path() / "page.html")));
     Words known = given;
