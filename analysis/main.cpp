@@ -28,7 +28,8 @@ ExitCode run(int argc, char** argv) {
   const auto parsed =
       genostat::analysis::parseArguments(genostat::platform::commandLineArguments(argc, argv));
   if (const auto* qc = std::get_if<QcOptions>(&parsed)) return runQc(*qc);
-  if (const auto* job = std::get_if<LaunchedJob>(&parsed)) return genostat::analysis::runRequest(job->payload);
+  if (const auto* job = std::get_if<LaunchedJob>(&parsed))
+    return genostat::analysis::runRequest(job->payload);
   return show(std::get<Answer>(parsed));
 }
 
