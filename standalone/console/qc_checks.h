@@ -20,7 +20,7 @@ std::span<const ResultColumn> resultColumns();
 struct QcCheck {
   std::string_view column;
   char letter;             // heads its marks
-  std::string_view title;  // "base quality"
+  std::string_view title;  // "base quality"; to be translated, as are the others
   std::string_view meaning;
   std::string_view remedy;
 };

@@ -9,6 +9,7 @@
 
 #include "standalone/console/qc_checks.h"
 #include "standalone/console/qc_request.h"
+#include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
 
@@ -54,22 +55,25 @@ class ValueReader {
 
   // The column that the word names.
   const ResultColumn& column(Wanted wanted) const {
-    if (atEnd() || isSign(begin_)) fail("expected the name of a column");
+    if (atEnd() || isSign(begin_)) fail(standalone::translated("expected the name of a column"));
     std::vector<std::string_view> usable;
     for (const ResultColumn& column : resultColumns()) {
       const bool fits = wanted == Wanted::Any || column.kind == Kind::Number;
       if (standalone::equalsIgnoreCase(column.name, word_)) {
         if (fits) return column;
-        fail(std::string(column.name) + " holds " + (column.kind == Kind::Verdict ? "verdicts" : "texts") +
-                 ", no numbers",
-             column.name == "Sequence_length" ? "did you mean avg_sequence_length?"
-                                              : "--frequencies takes it");
+        fail(standalone::translated(column.kind == Kind::Verdict ? "{1} holds verdicts, no numbers"
+                                                                 : "{1} holds texts, no numbers",
+                                    {column.name}),
+             column.name == "Sequence_length"
+                 ? standalone::translated("did you mean {1}?", {"avg_sequence_length"})
+                 : standalone::translated("{1} takes it", {"--frequencies"}));
       }
       if (fits) usable.push_back(column.name);
     }
     const auto nearest = standalone::nearestKeyword(word_, usable);
-    fail("no column is called " + standalone::quoteForMessage(word_),
-         nearest ? "did you mean " + std::string(*nearest) + "?" : "genostat qc --help lists them");
+    fail(standalone::translated("no column is called {1}", {standalone::quoteForMessage(word_)}),
+         nearest ? standalone::translated("did you mean {1}?", {*nearest})
+                 : standalone::translated("{1} lists them", {"genostat qc --help"}));
   }
 
  private:
@@ -113,17 +117,20 @@ QcFormula parseFormula(std::string_view option, const std::string& text) {
   QcFormula formula;
   formula.dependent = reader.column(Wanted::Numbers).name;
   reader.next();
-  if (reader.word() != "~") reader.fail("expected ~ behind the dependent column", "as in 'qc_score ~ GC'");
+  if (reader.word() != "~")
+    reader.fail(standalone::translated("expected {1} behind the dependent column", {"~"}),
+                standalone::translated("as in {1}", {"'qc_score ~ GC'"}));
   do {
     reader.next();
     const ResultColumn& column = reader.column(Wanted::Numbers);
-    if (column.name == formula.dependent) reader.fail(formula.dependent + " stands on both sides");
+    if (column.name == formula.dependent)
+      reader.fail(standalone::translated("{1} stands on both sides", {formula.dependent}));
     if (std::ranges::find(formula.predictors, column.name) != formula.predictors.end())
-      reader.fail(std::string(column.name) + " is named twice");
+      reader.fail(standalone::translated("{1} is named twice", {column.name}));
     formula.predictors.emplace_back(column.name);
     reader.next();
   } while (reader.word() == "+");
-  if (!reader.atEnd()) reader.fail("expected + between columns");
+  if (!reader.atEnd()) reader.fail(standalone::translated("expected {1} between columns", {"+"}));
   return formula;
 }
 

@@ -4,6 +4,7 @@
 
 #include "standalone/console/qc_marks.h"
 #include "standalone/console/qc_text.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/display_text.h"
 #include "standalone/syntax/keyword.h"
 
@@ -19,8 +20,12 @@ std::string capitalised(std::string_view text) {
   return standalone::toUpperAscii(text.substr(0, 1)) + std::string(text.substr(1));
 }
 
-std::string countOf(std::size_t count, const std::string& singular) {
-  return std::to_string(count) + ' ' + singular + (count == 1 ? "" : "s");
+std::string samplesOf(std::size_t count) {
+  return standalone::translatedCount(count, "{1} sample", "{1} samples");
+}
+
+std::string titleOf(const QcFinding& finding) {
+  return capitalised(standalone::translated(finding.check->title));
 }
 
 // All of a name where there is no style.
@@ -34,7 +39,8 @@ std::string namesOf(const std::vector<std::string>& samples, const standalone::T
   for (std::size_t i = 0; i < std::min(samples.size(), kMostNames); ++i) {
     names += (i > 0 ? ", " : "") + shownName(samples[i], style);
   }
-  if (samples.size() > kMostNames) names += " and " + std::to_string(samples.size() - kMostNames) + " more";
+  if (samples.size() > kMostNames)
+    names = standalone::translated("{1} and {2} more", {names, std::to_string(samples.size() - kMostNames)});
   return names;
 }
 
@@ -57,7 +63,7 @@ std::string failedChecks(const QcSample& sample) {
   std::string titles;
   for (std::size_t i = 0; i < kCheckCount; ++i) {
     if (sample.verdicts[i] != Verdict::Fail) continue;
-    titles += (titles.empty() ? "" : ", ") + std::string(qcChecks()[i].title);
+    titles += (titles.empty() ? "" : ", ") + standalone::translated(qcChecks()[i].title);
   }
   return titles;
 }
@@ -71,9 +77,12 @@ std::string failedSamples(const std::vector<QcSample>& samples, const standalone
                       paintedMark(Verdict::Fail, style), style);
   }
   if (failed > kMostFailed)
-    text += paragraph("and " + countOf(failed - kMostFailed, "more sample"), " ", style);
-  return heading(countOf(failed, "sample") + " of " + std::to_string(samples.size()) +
-                     " failed a check; worst first",
+    text += paragraph(
+        standalone::translatedCount(failed - kMostFailed, "and {1} more sample", "and {1} more samples"), " ",
+        style);
+  return heading(standalone::translatedCount(failed, "{1} sample of {2} failed a check; worst first",
+                                             "{1} samples of {2} failed a check; worst first",
+                                             {std::to_string(samples.size())}),
                  style) +
          text;
 }
@@ -83,18 +92,21 @@ std::string failedSamples(const std::vector<QcSample>& samples, const standalone
 std::string renderQcFindings(const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
   const std::vector<QcFinding> failures = findingsOf(samples, Verdict::Fail);
   const std::vector<QcFinding> warnings = findingsOf(samples, Verdict::Warn);
-  if (failures.empty() && warnings.empty()) return "\nNo check failed or warned.\n";
-  std::string text = failures.empty() ? "\nNo check failed.\n" : failedSamples(samples, style);
-  if (!failures.empty()) text += heading("What failed, and what people do about it", style);
+  if (failures.empty() && warnings.empty())
+    return '\n' + standalone::translated("No check failed or warned.") + '\n';
+  std::string text = failures.empty() ? '\n' + standalone::translated("No check failed.") + '\n'
+                                      : failedSamples(samples, style);
+  if (!failures.empty())
+    text += heading(standalone::translated("What failed, and what people do about it"), style);
   for (const QcFinding& finding : failures) {
-    text +=
-        paragraph(capitalised(finding.check->title) + " (" + countOf(finding.samples.size(), "sample") +
-                      "). " + std::string(finding.check->meaning) + ' ' + std::string(finding.check->remedy),
-                  paintedMark(Verdict::Fail, style), style);
+    text += paragraph(titleOf(finding) + " (" + samplesOf(finding.samples.size()) + "). " +
+                          standalone::translated(finding.check->meaning) + ' ' +
+                          standalone::translated(finding.check->remedy),
+                      paintedMark(Verdict::Fail, style), style);
   }
-  if (!warnings.empty()) text += heading("Warnings", style);
+  if (!warnings.empty()) text += heading(standalone::translated("Warnings"), style);
   for (const QcFinding& finding : warnings) {
-    text += paragraph(capitalised(finding.check->title) + ": " + namesOf(finding.samples, &style),
+    text += paragraph(titleOf(finding) + ": " + namesOf(finding.samples, &style),
                       paintedMark(Verdict::Warn, style), style);
   }
   return text;
@@ -102,20 +114,23 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const standal
 
 standalone::PivotTable qcFindingsTable(const std::vector<QcSample>& samples) {
   standalone::PivotTable table;
-  table.title = "Checks that failed or warned";
-  for (const char* label : {"Verdict", "Samples", "Which", "What it means", "What people do about it"}) {
-    table.columns.push_back({label, {}});
+  table.title = standalone::translated("Checks that failed or warned");
+  for (const char* label :
+       {standalone::marked("Verdict"), standalone::marked("Samples"), standalone::marked("Which"),
+        standalone::marked("What it means"), standalone::marked("What people do about it")}) {
+    table.columns.push_back({standalone::translated(label), {}});
   }
   for (const Verdict verdict : {Verdict::Fail, Verdict::Warn}) {
     for (const QcFinding& finding : findingsOf(samples, verdict)) {
       // A warning may have lesser reasons.
       const bool explained = verdict == Verdict::Fail;
-      table.rows.push_back({capitalised(finding.check->title), {}});
-      table.cells.push_back({standalone::textCell(std::string(verdictWord(verdict))),
-                             standalone::numberCell(static_cast<double>(finding.samples.size()), 0),
-                             standalone::textCell(namesOf(finding.samples)),
-                             standalone::textCell(explained ? std::string(finding.check->meaning) : ""),
-                             standalone::textCell(explained ? std::string(finding.check->remedy) : "")});
+      table.rows.push_back({titleOf(finding), {}});
+      table.cells.push_back(
+          {standalone::textCell(standalone::translated(verdictWord(verdict))),
+           standalone::numberCell(static_cast<double>(finding.samples.size()), 0),
+           standalone::textCell(namesOf(finding.samples)),
+           standalone::textCell(explained ? standalone::translated(finding.check->meaning) : std::string()),
+           standalone::textCell(explained ? standalone::translated(finding.check->remedy) : std::string())});
     }
   }
   return table;

@@ -10,6 +10,7 @@
 #include "platform/nearest_word.h"
 #include "platform/program.h"
 #include "standalone/console/session_options.h"
+#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
@@ -21,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void refuseQc(const std::string& message) {
-  throw QcRequestError("error: " + message);
+  throw QcRequestError(standalone::translated("error: {1}", {message}));
 }
 
 bool namesFastqFile(const std::string& name) {
@@ -45,7 +46,8 @@ std::vector<std::string> fastqFilesIn(const fs::path& folder, std::error_code& e
 // Empty when the file can be analysed, else why not.
 std::string faultOfFile(const std::string& name) {
   // No string of the command language can hold them.
-  if (name.find_first_of("\r\n") != std::string::npos) return "its name holds a line break";
+  if (name.find_first_of("\r\n") != std::string::npos)
+    return standalone::translated("its name holds a line break");
   const fs::path file = platform::pathFromUtf8(name);
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
@@ -59,10 +61,10 @@ std::string faultOfFile(const std::string& name) {
     return meant.empty() ? standalone::translated("no such file or folder")
                          : standalone::translated("no such file or folder; did you mean {1}?", {meant});
   }
-  if (!fs::is_regular_file(status)) return "it is no regular file";
-  if (!std::ifstream(file, std::ios::binary)) return "it cannot be opened";
+  if (!fs::is_regular_file(status)) return standalone::translated("it is no regular file");
+  if (!std::ifstream(file, std::ios::binary)) return standalone::translated("it cannot be opened");
   const auto size = fs::file_size(file, error);
-  return !error && size == 0 ? "it is empty" : "";
+  return !error && size == 0 ? standalone::translated("it is empty") : std::string();
 }
 
 // Collects what is wrong with the inputs, one line each.
@@ -79,8 +81,10 @@ class InputCheck {
   void addFolder(const std::string& folder) {
     std::error_code error;
     const std::vector<std::string> names = fastqFilesIn(platform::pathFromUtf8(folder), error);
-    if (error) return addFault(folder, error.message());
-    if (names.empty()) addFault(folder, "no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
+    if (error) return addFault(folder, standalone::translatedReason(error.message()));
+    if (names.empty())
+      addFault(folder,
+               standalone::translated("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"));
     const bool ended =
         folder.ends_with('/') || folder.ends_with(static_cast<char>(fs::path::preferred_separator));
     for (const std::string& name : names) {
@@ -93,7 +97,9 @@ class InputCheck {
  private:
   void addFault(const std::string& input, const std::string& reason) {
     if (!faults_.empty()) faults_ += '\n';
-    faults_ += "error: cannot read " + standalone::quoteForMessage(input) + ": " + reason;
+    faults_ += standalone::translated(
+        "error: {1}",
+        {standalone::translated("cannot read {1}: {2}", {standalone::quoteForMessage(input), reason})});
   }
 
   QcRequest& request_;
@@ -180,8 +186,9 @@ std::string checkedName(const std::string& name) {
     return byte >= 0x20 && byte != 0x7F && std::string_view("'\"/*").find(c) == std::string_view::npos;
   });
   if (!fits) {
-    refuseQc("--name: a job's name holds no quotes, slashes, asterisks and control characters, found " +
-             standalone::quoteForMessage(name));
+    refuseQc(standalone::translated(
+        "--name: a job's name holds no quotes, slashes, asterisks and control characters, found {1}",
+        {standalone::quoteForMessage(name)}));
   }
   return name;
 }
@@ -199,8 +206,9 @@ QcRequest checkQcOptions(const QcOptions& options) {
   if (!options.correlations.empty()) {
     request.correlations = parseColumnList("--correlations", options.correlations, Wanted::Numbers);
     if (options.noPearson && !options.spearman && !options.kendall)
-      refuseQc("--no-pearson leaves no coefficient; add --spearman or --kendall");
-    if (request.correlations.size() < 2) refuseQc("--correlations: expected two columns or more");
+      refuseQc(standalone::translated("--no-pearson leaves no coefficient; add --spearman or --kendall"));
+    if (request.correlations.size() < 2)
+      refuseQc(standalone::translated("{1}: expected two columns or more", {"--correlations"}));
   }
   if (!options.regression.empty()) {
     QcFormula formula = parseFormula("--regression", options.regression);

@@ -16,6 +16,7 @@
 #include "standalone/console/qc_command.h"
 #include "standalone/console/qc_request.h"
 #include "standalone/console/qc_view.h"
+#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
@@ -39,12 +40,14 @@ void checkOutputNames(const QcRequest& request, const QcOptions& options,
   for (const auto& [option, name] : outputs) {
     if (name->empty()) continue;
     if (csv && name != &options.csvFile && csv->isSameAs(platform::pathFromUtf8(*name)))
-      throw QcRequestError(std::string("error: --csv and ") + option + " name the same file");
+      throw QcRequestError(standalone::translated(
+          "error: {1}", {standalone::translated("{1} and {2} name the same file", {"--csv", option})}));
     const std::filesystem::path output = platform::pathFromUtf8(*name);
     for (const std::string& file : request.files) {
       std::error_code different;
       if (std::filesystem::equivalent(output, platform::pathFromUtf8(file), different))
-        throw QcRequestError(std::string("error: ") + option + " names a file of reads");
+        throw QcRequestError(standalone::translated(
+            "error: {1}", {standalone::translated("{1} names a file of reads", {option})}));
     }
   }
 }
@@ -58,8 +61,9 @@ void askForFastqcData(const std::string& folder) {
   try {
     platform::tryFolder(path);
   } catch (const std::runtime_error& reason) {
-    throw std::runtime_error(standalone::translated("cannot write into {1}: {2}",
-                                                    {standalone::quoteForMessage(folder), reason.what()}));
+    throw std::runtime_error(standalone::translated(
+        "cannot write into {1}: {2}",
+        {standalone::quoteForMessage(folder), standalone::translatedReason(reason.what())}));
   }
   platform::setEnvironmentPath("GENOSTAT_FASTQC_DATA", error ? path : absolute);
 }
@@ -74,7 +78,11 @@ int runQc(const QcOptions& options) {
     command = qcCommand(request, options);
     if (options.printSyntax) {
       const bool written = std::fputs(command.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-      return written ? kSuccess : refuseQcRun("error: cannot write to standard output", kFailure);
+      return written
+                 ? kSuccess
+                 : refuseQcRun(standalone::translated(
+                                   "error: {1}", {standalone::translated("cannot write to standard output")}),
+                               kFailure);
     }
     std::optional<OutputFile> csv;
     if (!options.csvFile.empty()) csv.emplace(options.csvFile);
@@ -85,12 +93,12 @@ int runQc(const QcOptions& options) {
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {
-    return refuseQcRun(std::string("error: ") + error.what(), kFailure);
+    return refuseQcRun(standalone::translated("error: {1}", {error.what()}), kFailure);
   }
   const auto text =
       std::make_shared<const standalone::SourceText>(standalone::SourceText{"<qc>", std::move(command)});
   return runText(options.session, text, std::move(view),
-                 options.name.empty() ? "Quality control" : options.name);
+                 options.name.empty() ? standalone::translated("Quality control") : options.name);
 }
 
 }  // namespace genostat::console

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "standalone/data/text_import.h"
+#include "standalone/language/translation.h"
 #include "standalone/session/sample_names.h"
 
 namespace genostat::console {
@@ -14,7 +15,8 @@ namespace genostat::console {
 namespace {
 
 // Indexed by Verdict.
-constexpr std::array<std::string_view, 4> kQcVerdictWords = {"", "pass", "warn", "fail"};
+constexpr std::array<std::string_view, 4> kQcVerdictWords = {
+    "", standalone::marked("pass"), standalone::marked("warn"), standalone::marked("fail")};
 static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kQcVerdictWords.size());
 
 standalone::Dataset importResults(const std::filesystem::path& csv) {
@@ -116,13 +118,16 @@ std::vector<std::size_t> worstFirst(const std::vector<QcSample>& samples) {
 
 standalone::PivotTable qcTable(const std::vector<QcSample>& samples) {
   standalone::PivotTable table;
-  table.title = "Samples";
-  for (const char* label : {"Reads", "Bases", "Length", "GC %", "Duplicates %", "Mean Quality", "Score"}) {
-    table.columns.push_back({label, {}});
+  table.title = standalone::translated("Samples");
+  for (const char* label :
+       {standalone::marked("Reads"), standalone::marked("Bases"), standalone::marked("Length"),
+        standalone::marked("GC %"), standalone::marked("Duplicates %"), standalone::marked("Mean Quality"),
+        standalone::marked("Score")}) {
+    table.columns.push_back({standalone::translated(label), {}});
   }
-  standalone::Category checks{"Checks", {}};
+  standalone::Category checks{standalone::translated("Checks"), {}};
   for (const QcCheck& check : qcChecks()) {
-    checks.children.push_back({std::string(check.title), {}});
+    checks.children.push_back({standalone::translated(check.title), {}});
   }
   table.columns.push_back(std::move(checks));
   for (const QcSample& sample : samples) {
@@ -134,7 +139,8 @@ standalone::PivotTable qcTable(const std::vector<QcSample>& samples) {
              cellOf(sample.gc, 1),    cellOf(sample.duplicates, 1), cellOf(sample.quality, 1),
              cellOf(sample.score, 0)};
     for (const Verdict verdict : sample.verdicts) {
-      cells.push_back(standalone::textCell(std::string(verdictWord(verdict))));
+      cells.push_back(standalone::textCell(
+          verdict == Verdict::None ? std::string() : standalone::translated(verdictWord(verdict))));
     }
   }
   return table;

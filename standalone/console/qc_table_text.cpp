@@ -7,6 +7,7 @@
 
 #include "standalone/console/qc_marks.h"
 #include "standalone/console/qc_text.h"
+#include "standalone/language/translation.h"
 #include "standalone/output/display_text.h"
 #include "standalone/output/number_format.h"
 #include "standalone/syntax/utf8.h"
@@ -55,8 +56,14 @@ std::string decimals(double number, int count) {
 }
 
 std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool unicode) {
-  std::vector<ShownColumn> columns = {{"Reads", {}},  {"Bases", {}}, {"Length", {}}, {"GC %", {}},
-                                      {"Dup. %", {}}, {"Qual.", {}}, {"Score", {}},  {"", {}, true}};
+  std::vector<ShownColumn> columns;
+  for (const char* header :
+       {standalone::marked("Reads"), standalone::marked("Bases"), standalone::marked("Length"),
+        standalone::marked("GC %"), standalone::marked("Dup. %"), standalone::marked("Qual."),
+        standalone::marked("Score")}) {
+    columns.push_back({standalone::translated(header), {}});
+  }
+  columns.push_back({"", {}, true});
   for (const QcCheck& check : qcChecks()) {
     columns.back().header += check.letter;
   }
@@ -117,7 +124,7 @@ std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> col
 }
 
 ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool unicode) {
-  ShownColumn names{"Sample", {}};
+  ShownColumn names{standalone::translated("Sample"), {}};
   for (const QcSample& sample : samples) {
     const std::string name = standalone::printableText(sample.name);
     const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
@@ -132,7 +139,7 @@ std::string legend(const standalone::TextStyle& style) {
   std::string lines;
   int used = 0;
   for (const QcCheck& check : qcChecks()) {
-    std::string entry = std::string(1, check.letter) + ' ' + std::string(check.title);
+    std::string entry = std::string(1, check.letter) + ' ' + standalone::translated(check.title);
     if (&check != &qcChecks().back()) entry += ',';
     const int width = standalone::displayWidth(entry) + 1;
     const bool fits = used > 0 && used + width <= style.width;
@@ -141,10 +148,14 @@ std::string legend(const standalone::TextStyle& style) {
     lines += entry;
   }
   lines += '\n';
-  lines += blanks(kLegendIndent) + paintedMark(Verdict::Pass, style) + " pass  " +
-           paintedMark(Verdict::Warn, style) + " warning  " + paintedMark(Verdict::Fail, style) +
-           " failed  " + paintedMark(Verdict::None, style) + " not judged\n";
-  return lines;
+  const auto addMark = [&](Verdict verdict, const std::string& meaning) {
+    lines += blanks(kLegendIndent) + paintedMark(verdict, style) + ' ' + meaning;
+  };
+  addMark(Verdict::Pass, standalone::translated("pass"));
+  addMark(Verdict::Warn, standalone::translated("warning"));
+  addMark(Verdict::Fail, standalone::translated("failed"));
+  addMark(Verdict::None, standalone::translated("not judged"));
+  return lines + '\n';
 }
 
 }  // namespace
@@ -187,7 +198,7 @@ std::string renderQcTable(const std::vector<QcSample>& samples, const standalone
   const int room = style.width - all;
   const int nameWidth = room >= kLeastNameWidth ? room : std::max(kLeastNameWidth, style.width / 3);
   const ShownColumn names = nameColumn(samples, nameWidth, style.unicode);
-  std::string text = "\n" + emphasised("Samples", style) + '\n';
+  std::string text = "\n" + emphasised(standalone::translated("Samples"), style) + '\n';
   for (std::size_t begin = 0; begin < columns.size();) {
     int used = names.width;
     std::size_t end = begin;

@@ -15,6 +15,13 @@
 
 namespace genostat::console {
 
+namespace {
+
+// The report translates it; documents have it as it is.
+constexpr const char* kQcProcedure = standalone::marked("Quality Control");
+
+}  // namespace
+
 QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy,
                std::filesystem::path fastqcFolder)
     : ConsoleView(options.output), csvCopy_(std::move(csvCopy)), fastqcFolder_(std::move(fastqcFolder)) {
@@ -36,13 +43,13 @@ void QcView::showResults(const std::filesystem::path& csv) {
   try {
     samples = readQcSamples(csv);
   } catch (const standalone::ImportError& error) {
-    throw standalone::CommandError(std::string("cannot read the results: ") + error.what());
+    throw standalone::CommandError(standalone::translated("cannot read the results: {1}", {error.what()}));
   }
-  if (samples.empty()) throw standalone::CommandError("the results hold no samples");
+  if (samples.empty()) throw standalone::CommandError(standalone::translated("the results hold no samples"));
   showAs(renderQcTable(samples, style()) + renderQcFindings(samples, style()), [&] {
-    document().addTable("Quality Control", qcTable(samples));
+    document().addTable(kQcProcedure, qcTable(samples));
     const standalone::PivotTable findings = qcFindingsTable(samples);
-    if (!findings.rows.empty()) document().addTable("Quality Control", findings);
+    if (!findings.rows.empty()) document().addTable(kQcProcedure, findings);
   });
   if (csvCopy_) copyResults(csv);
   if (!fastqcFolder_.empty()) checkFastqcFolder(samples.size());

@@ -136,7 +136,10 @@ bool namesSources(const std::vector<Section>& sections) {
 }
 
 std::string procedureOf(const Section& section) {
-  return section.procedure.empty() ? translated("Messages") : section.procedure;
+  if (section.procedure.empty()) return translated("Messages");
+  // Commands are called the same in all languages.
+  const bool isCommand = std::ranges::none_of(section.procedure, [](char c) { return c >= 'a' && c <= 'z'; });
+  return isCommand ? section.procedure : translated(section.procedure);
 }
 
 std::string linkHtml(const std::string& id, const std::string& label, const char* classes) {

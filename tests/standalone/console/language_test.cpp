@@ -34,7 +34,7 @@ constexpr const char* kFailures =
 
 // Names of members in JSON, and values that are names themselves.
 const std::regex kMembers(
-    R"re("(type|kind|format|language|source)":"[^"]*"|"[A-Za-z]+":(true|false)?|null|"verdicts":\[[^}]*)re");
+    R"re("(type|kind|format|language|source|procedure)":"[^"]*"|"[A-Za-z]+":(true|false)?|null|"verdicts":\[[^}]*)re");
 
 constexpr const char* kShellInput =
     "help\nhelp cancel\nhelp output\njobs\ndatasets\ncancel x\nshow y\noutput q r\nrun\nfoo\nhelp bar\nshow "
@@ -82,10 +82,12 @@ class SpokenLanguage : public testing::Test {
 TEST_F(SpokenLanguage, LooksUpEveryText) {
   writeWholeFile(folder_.path() / "failures.syntax", kFailures);
   writeWholeFile(folder_.path() / "ragged.csv", "a,b,c\n1,x\n2,xyz,3,4\nx,,5\n3,y,5.5\n4,z,7\n");
+  writeWholeFile(folder_.path() / "empty.fq", "");
   // What the user gave, symbols of statistics, and what the analysis says itself.
   const Words given = [] {
     Words words = wordsOf(std::string(kFailures) + " " + kShellInput +
-                          " df df1 df2 xyz xy job failures stdin all json my run_1 text wait qc shell echo");
+                          " df df1 df2 xyz xy job failures stdin all json my run_1 text wait qc shell echo "
+                          "Genomic_analysis_job_1");
     words.merge(wordsOf("no FASTQ files were given"));
     for (const char* name : {"cohort.syntax", "quality_control.syntax"}) {
       words.merge(wordsOf(readWholeFile(fs::path(GENOSTAT_SOURCE_DIR) / "examples" / name)));
@@ -99,15 +101,23 @@ TEST_F(SpokenLanguage, LooksUpEveryText) {
       {{"run", "examples/cohort.syntax", "--output", "json", "--html", "page.html"}, {}},
       {{"run", "failures.syntax", "--html", "page.html"}, {}},
       {{"shell", "--html", "page.html"}, kShellInput},
+      {{"qc", "examples/cohort", "--correlations", "GC qc_score", "--spearman"}, {}},
+      {{"qc", "examples/cohort", "--output", "json", "--html", "page.html"}, {}},
+      {{"qc", "gone.fq", "empty.fq", "temp"}, {}},
+      {{"qc", "examples/control.fastq", "--regression", "GC = qc_score"}, {}},
+      {{"qc", "examples/control.fastq", "--frequencies", "nothing"}, {}},
       {{"--help"}, {}},
+      {{"qc", "--help"}, {}},
       {{"run", "--help"}, {}},
       {{"shell", "--help"}, {}},
   };
   for (const auto& row : rows) {
     std::vector<std::string> arguments = row.arguments;
+    fs::remove(folder_.path() / "page.html");
     const bool help = arguments.back() == "--help";
     arguments.insert(arguments.end(), {"--language", "pseudo"});
-    if (!help) arguments.insert(arguments.end(), {"--temp", "temp", "--csv", "kept"});
+    if (!help) arguments.insert(arguments.end(), {"--temp", "temp"});
+    if (!help && arguments.front() != "qc") arguments.insert(arguments.end(), {"--csv", "kept"});
     ProgramResult result = run(arguments, {}, row.input);
     // Options and examples.
     if (help)
@@ -116,6 +126,7 @@ TEST_F(SpokenLanguage, LooksUpEveryText) {
     Words said = wordsOf(result.err + std::regex_replace(result.out, kMembers, "") +
                          shownOn(readWholeFile(folder_.path() / "page.html")));
     Words known = given;
+    known.merge(wordsOf(testing::PrintToString(row.arguments)));
     known.merge(wordsOf(folder_.path().generic_string() + "/temp"));
     for (const std::string& name : namesIn(folder_.path() / "kept")) {
       known.merge(wordsOf(readWholeFile(folder_.path() / "kept" / name)));
