@@ -169,7 +169,7 @@ class EditedLines : public LineEditor {
     bind("^Z", "suspend-program");
   }
 
-  ~EditedLines() override { restoreTerminal(); }
+  ~EditedLines() override { putBack(); }
 
   bool works() const { return editor_ != nullptr; }
 
@@ -212,11 +212,13 @@ class EditedLines : public LineEditor {
     return false;
   }
 
-  void restoreTerminal() override {
+  void restoreTerminal() override { putBack(); }
+
+ private:
+  void putBack() const {
     if (canRestore_ && ownsTerminal()) tcsetattr(STDIN_FILENO, TCSANOW, &found_);
   }
 
- private:
   static EditedLines& self(EditLine* editor) {
     void* data = nullptr;
     el_get(editor, EL_CLIENTDATA, &data);

@@ -122,15 +122,15 @@ std::vector<std::string> pathsFrom(const std::string& typed) {
 }
 
 // A single folder is gone on from, a single file is done with.
-std::string endingFor(const std::vector<std::string>& paths, std::string ending) {
-  return paths.size() == 1 && paths.front().ends_with('/') ? std::string() : ending;
+std::string endingFor(const std::vector<std::string>& paths, std::string_view ending) {
+  return paths.size() == 1 && paths.front().ends_with('/') ? std::string() : std::string(ending);
 }
 
 Completion completeQuotedPath(std::string_view line, std::size_t quotePlace, std::size_t cursor) {
   const char quote = line[quotePlace];
   const std::size_t begin = quotePlace + 1;
   std::vector<std::string> paths = pathsFrom(undoubled(line.substr(begin, cursor - begin), quote));
-  const std::string ending = endingFor(paths, std::string(1, quote));
+  const std::string ending = endingFor(paths, {&quote, 1});
   for (std::string& path : paths) {
     path = doubled(path, quote);
   }
