@@ -8,6 +8,8 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::marked;
+
 using Kind = ResultColumn::Kind;
 
 constexpr std::array<ResultColumn, 27> kColumns = {{
@@ -41,47 +43,41 @@ constexpr std::array<ResultColumn, 27> kColumns = {{
 }};
 
 constexpr std::array<QcCheck, kCheckCount> kChecks = {{
-    {"per_base_sequence_quality", 'Q', standalone::marked("base quality"),
-     standalone::marked("At some positions many bases are unreliable."),
-     standalone::marked(
-         "If it is the end of the reads, trim them by quality; if it is one place in the middle, ask the "
-         "sequencing lab about that cycle.")},
-    {"per_sequence_quality_scores", 'R', standalone::marked("read quality"),
-     standalone::marked("The typical read is poor as a whole."),
-     standalone::marked("Filter reads by their mean quality, and sequence again if too few are left.")},
-    {"per_base_sequence_content", 'C', standalone::marked("base content"),
-     standalone::marked("The four bases do not keep their shares along the reads."),
-     standalone::marked("Random primers, transposases and barcodes do this to the first bases and it may "
-                        "stay; at the end of the reads it points to adapters, to be trimmed.")},
-    {"per_sequence_gc_content", 'G', standalone::marked("GC per read"),
-     standalone::marked("The reads seem to come from more than one source."),
-     standalone::marked("Map some of them to the genomes that may have got in; in amplicons and metagenomes "
-                        "it is expected.")},
-    {"per_base_n_content", 'N', standalone::marked("unknown bases"),
-     standalone::marked("At some positions the sequencer could not name the base."),
-     standalone::marked("Trim or drop these positions; with good qualities around them, ask about the run.")},
-    {"sequence_length_distribution", 'L', standalone::marked("read lengths"),
-     standalone::marked("There are reads without any base."),
-     standalone::marked(
-         "Trim again with a least length, for the pair together, before other programs refuse the file.")},
-    {"sequence_duplication_levels", 'D', standalone::marked("duplication"),
-     standalone::marked("More than half of the reads are copies of others."),
-     standalone::marked("For genomes mark duplicates after mapping and use more material or fewer cycles "
-                        "next time; in RNA and "
-                        "amplicons it is expected.")},
-    {"overrepresented_sequences", 'O', standalone::marked("frequent sequences"),
-     standalone::marked("One sequence makes up more than 1 % of the reads."),
-     standalone::marked("Look it up in the JSON report of genostat-analysis: adapters are trimmed, "
-                        "contaminants filtered out, "
-                        "and in amplicons and small RNA it is expected.")},
-    {"adapter_content", 'A', standalone::marked("adapters"),
-     standalone::marked("Many fragments are shorter than the reads, which run into the adapter."),
-     standalone::marked("Trim the adapter before mapping, then check again.")},
-    {"per_tile_sequence_quality", 'T', standalone::marked("flow cell tiles"),
-     standalone::marked("A part of the flow cell is worse than the rest."),
-     standalone::marked("Leave out the reads of a single bad tile; report many of them to the sequencing "
-                        "lab; in files of a few "
-                        "thousand reads it is chance.")},
+    {"per_base_sequence_quality", 'Q', marked("base quality"),
+     marked("At some positions many bases are unreliable."),
+     marked("If it is the end of the reads, trim them by quality; if it is one place in the middle, ask the "
+            "sequencing lab about that cycle.")},
+    {"per_sequence_quality_scores", 'R', marked("read quality"),
+     marked("The typical read is poor as a whole."),
+     marked("Filter reads by their mean quality, and sequence again if too few are left.")},
+    {"per_base_sequence_content", 'C', marked("base content"),
+     marked("The four bases do not keep their shares along the reads."),
+     marked("Random primers, transposases and barcodes do this to the first bases and it may stay; at the "
+            "end of the reads it points to adapters, to be trimmed.")},
+    {"per_sequence_gc_content", 'G', marked("GC per read"),
+     marked("The reads seem to come from more than one source."),
+     marked("Map some of them to the genomes that may have got in; in amplicons and metagenomes it is "
+            "expected.")},
+    {"per_base_n_content", 'N', marked("unknown bases"),
+     marked("At some positions the sequencer could not name the base."),
+     marked("Trim or drop these positions; with good qualities around them, ask about the run.")},
+    {"sequence_length_distribution", 'L', marked("read lengths"), marked("There are reads without any base."),
+     marked("Trim again with a least length, for the pair together, before other programs refuse the file.")},
+    {"sequence_duplication_levels", 'D', marked("duplication"),
+     marked("More than half of the reads are copies of others."),
+     marked("For genomes mark duplicates after mapping and use more material or fewer cycles next time; in "
+            "RNA and amplicons it is expected.")},
+    {"overrepresented_sequences", 'O', marked("frequent sequences"),
+     marked("One sequence makes up more than 1 % of the reads."),
+     marked("Look it up in the JSON report of genostat-analysis: adapters are trimmed, contaminants filtered "
+            "out, and in amplicons and small RNA it is expected.")},
+    {"adapter_content", 'A', marked("adapters"),
+     marked("Many fragments are shorter than the reads, which run into the adapter."),
+     marked("Trim the adapter before mapping, then check again.")},
+    {"per_tile_sequence_quality", 'T', marked("flow cell tiles"),
+     marked("A part of the flow cell is worse than the rest."),
+     marked("Leave out the reads of a single bad tile; report many of them to the sequencing lab; in files "
+            "of a few thousand reads it is chance.")},
 }};
 
 }  // namespace

@@ -17,6 +17,8 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::translated;
+
 using Kind = ResultColumn::Kind;
 
 // Walks over the words of an option's value.
@@ -55,25 +57,24 @@ class ValueReader {
 
   // The column that the word names.
   const ResultColumn& column(Wanted wanted) const {
-    if (atEnd() || isSign(begin_)) fail(standalone::translated("expected the name of a column"));
+    if (atEnd() || isSign(begin_)) fail(translated("expected the name of a column"));
     std::vector<std::string_view> usable;
     for (const ResultColumn& column : resultColumns()) {
       const bool fits = wanted == Wanted::Any || column.kind == Kind::Number;
       if (standalone::equalsIgnoreCase(column.name, word_)) {
         if (fits) return column;
-        fail(standalone::translated(column.kind == Kind::Verdict ? "{1} holds verdicts, no numbers"
-                                                                 : "{1} holds texts, no numbers",
-                                    {column.name}),
-             column.name == "Sequence_length"
-                 ? standalone::translated("did you mean {1}?", {"avg_sequence_length"})
-                 : standalone::translated("{1} takes it", {"--frequencies"}));
+        fail(translated(column.kind == Kind::Verdict ? "{1} holds verdicts, no numbers"
+                                                     : "{1} holds texts, no numbers",
+                        {column.name}),
+             column.name == "Sequence_length" ? translated("did you mean {1}?", {"avg_sequence_length"})
+                                              : translated("{1} takes it", {"--frequencies"}));
       }
       if (fits) usable.push_back(column.name);
     }
     const auto nearest = standalone::nearestKeyword(word_, usable);
-    fail(standalone::translated("no column is called {1}", {standalone::quoteForMessage(word_)}),
-         nearest ? standalone::translated("did you mean {1}?", {*nearest})
-                 : standalone::translated("{1} lists them", {"genostat qc --help"}));
+    fail(translated("no column is called {1}", {standalone::quoteForMessage(word_)}),
+         nearest ? translated("did you mean {1}?", {*nearest})
+                 : translated("{1} lists them", {"genostat qc --help"}));
   }
 
  private:
@@ -118,19 +119,19 @@ QcFormula parseFormula(std::string_view option, const std::string& text) {
   formula.dependent = reader.column(Wanted::Numbers).name;
   reader.next();
   if (reader.word() != "~")
-    reader.fail(standalone::translated("expected {1} behind the dependent column", {"~"}),
-                standalone::translated("as in {1}", {"'qc_score ~ GC'"}));
+    reader.fail(translated("expected {1} behind the dependent column", {"~"}),
+                translated("as in {1}", {"'qc_score ~ GC'"}));
   do {
     reader.next();
     const ResultColumn& column = reader.column(Wanted::Numbers);
     if (column.name == formula.dependent)
-      reader.fail(standalone::translated("{1} stands on both sides", {formula.dependent}));
+      reader.fail(translated("{1} stands on both sides", {formula.dependent}));
     if (std::ranges::find(formula.predictors, column.name) != formula.predictors.end())
-      reader.fail(standalone::translated("{1} is named twice", {column.name}));
+      reader.fail(translated("{1} is named twice", {column.name}));
     formula.predictors.emplace_back(column.name);
     reader.next();
   } while (reader.word() == "+");
-  if (!reader.atEnd()) reader.fail(standalone::translated("expected {1} between columns", {"+"}));
+  if (!reader.atEnd()) reader.fail(translated("expected {1} between columns", {"+"}));
   return formula;
 }
 

@@ -12,6 +12,10 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::marked;
+using standalone::translated;
+using standalone::translatedCount;
+
 constexpr std::size_t kMostNames = 8;    // of samples behind one check
 constexpr std::size_t kMostFailed = 20;  // samples with failures that are listed
 constexpr int kMarkIndent = 4;
@@ -21,11 +25,11 @@ std::string capitalised(std::string_view text) {
 }
 
 std::string samplesOf(std::size_t count) {
-  return standalone::translatedCount(count, "{1} sample", "{1} samples");
+  return translatedCount(count, "{1} sample", "{1} samples");
 }
 
 std::string titleOf(const QcFinding& finding) {
-  return capitalised(standalone::translated(finding.check->title));
+  return capitalised(translated(finding.check->title));
 }
 
 // All of a name where there is no style.
@@ -40,7 +44,7 @@ std::string namesOf(const std::vector<std::string>& samples, const standalone::T
     names += (i > 0 ? ", " : "") + shownName(samples[i], style);
   }
   if (samples.size() > kMostNames)
-    names = standalone::translated("{1} and {2} more", {names, std::to_string(samples.size() - kMostNames)});
+    names = translated("{1} and {2} more", {names, std::to_string(samples.size() - kMostNames)});
   return names;
 }
 
@@ -63,7 +67,7 @@ std::string failedChecks(const QcSample& sample) {
   std::string titles;
   for (std::size_t i = 0; i < kCheckCount; ++i) {
     if (sample.verdicts[i] != Verdict::Fail) continue;
-    titles += (titles.empty() ? "" : ", ") + standalone::translated(qcChecks()[i].title);
+    titles += (titles.empty() ? "" : ", ") + translated(qcChecks()[i].title);
   }
   return titles;
 }
@@ -77,12 +81,11 @@ std::string failedSamples(const std::vector<QcSample>& samples, const standalone
                       paintedMark(Verdict::Fail, style), style);
   }
   if (failed > kMostFailed)
-    text += paragraph(
-        standalone::translatedCount(failed - kMostFailed, "and {1} more sample", "and {1} more samples"), " ",
-        style);
-  return heading(standalone::translatedCount(failed, "{1} sample of {2} failed a check; worst first",
-                                             "{1} samples of {2} failed a check; worst first",
-                                             {std::to_string(samples.size())}),
+    text += paragraph(translatedCount(failed - kMostFailed, "and {1} more sample", "and {1} more samples"),
+                      " ", style);
+  return heading(translatedCount(failed, "{1} sample of {2} failed a check; worst first",
+                                 "{1} samples of {2} failed a check; worst first",
+                                 {std::to_string(samples.size())}),
                  style) +
          text;
 }
@@ -92,19 +95,16 @@ std::string failedSamples(const std::vector<QcSample>& samples, const standalone
 std::string renderQcFindings(const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
   const std::vector<QcFinding> failures = findingsOf(samples, Verdict::Fail);
   const std::vector<QcFinding> warnings = findingsOf(samples, Verdict::Warn);
-  if (failures.empty() && warnings.empty())
-    return '\n' + standalone::translated("No check failed or warned.") + '\n';
-  std::string text = failures.empty() ? '\n' + standalone::translated("No check failed.") + '\n'
-                                      : failedSamples(samples, style);
-  if (!failures.empty())
-    text += heading(standalone::translated("What failed, and what people do about it"), style);
+  if (failures.empty() && warnings.empty()) return '\n' + translated("No check failed or warned.") + '\n';
+  std::string text =
+      failures.empty() ? '\n' + translated("No check failed.") + '\n' : failedSamples(samples, style);
+  if (!failures.empty()) text += heading(translated("What failed, and what people do about it"), style);
   for (const QcFinding& finding : failures) {
     text += paragraph(titleOf(finding) + " (" + samplesOf(finding.samples.size()) + "). " +
-                          standalone::translated(finding.check->meaning) + ' ' +
-                          standalone::translated(finding.check->remedy),
+                          translated(finding.check->meaning) + ' ' + translated(finding.check->remedy),
                       paintedMark(Verdict::Fail, style), style);
   }
-  if (!warnings.empty()) text += heading(standalone::translated("Warnings"), style);
+  if (!warnings.empty()) text += heading(translated("Warnings"), style);
   for (const QcFinding& finding : warnings) {
     text += paragraph(titleOf(finding) + ": " + namesOf(finding.samples, &style),
                       paintedMark(Verdict::Warn, style), style);
@@ -114,11 +114,10 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const standal
 
 standalone::PivotTable qcFindingsTable(const std::vector<QcSample>& samples) {
   standalone::PivotTable table;
-  table.title = standalone::translated("Checks that failed or warned");
-  for (const char* label :
-       {standalone::marked("Verdict"), standalone::marked("Samples"), standalone::marked("Which"),
-        standalone::marked("What it means"), standalone::marked("What people do about it")}) {
-    table.columns.push_back({standalone::translated(label), {}});
+  table.title = translated("Checks that failed or warned");
+  for (const char* label : {marked("Verdict"), marked("Samples"), marked("Which"), marked("What it means"),
+                            marked("What people do about it")}) {
+    table.columns.push_back({translated(label), {}});
   }
   for (const Verdict verdict : {Verdict::Fail, Verdict::Warn}) {
     for (const QcFinding& finding : findingsOf(samples, verdict)) {
@@ -126,11 +125,11 @@ standalone::PivotTable qcFindingsTable(const std::vector<QcSample>& samples) {
       const bool explained = verdict == Verdict::Fail;
       table.rows.push_back({titleOf(finding), {}});
       table.cells.push_back(
-          {standalone::textCell(standalone::translated(verdictWord(verdict))),
+          {standalone::textCell(translated(verdictWord(verdict))),
            standalone::numberCell(static_cast<double>(finding.samples.size()), 0),
            standalone::textCell(namesOf(finding.samples)),
-           standalone::textCell(explained ? standalone::translated(finding.check->meaning) : std::string()),
-           standalone::textCell(explained ? standalone::translated(finding.check->remedy) : std::string())});
+           standalone::textCell(explained ? translated(finding.check->meaning) : std::string()),
+           standalone::textCell(explained ? translated(finding.check->remedy) : std::string())});
     }
   }
   return table;

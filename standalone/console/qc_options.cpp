@@ -16,7 +16,10 @@ namespace genostat::console {
 
 namespace {
 
-constexpr const char* kQcHelp = standalone::marked(
+using standalone::marked;
+using standalone::translated;
+
+constexpr const char* kQcHelp = marked(
     "Writes the GENOSTAT command for these files and runs it as \"genostat run\" would. What is\n"
     "shown is a table of the samples with a mark for each check, the checks that failed, and\n"
     "the analyses that are asked for.\n"
@@ -45,8 +48,7 @@ const CLI::Validator& methodName() {
         for (const std::string_view method : kMethods) {
           if (standalone::equalsIgnoreCase(value, method)) return std::string();
         }
-        return describeChoice(standalone::translated("enter, stepwise, backward or forward"), value,
-                              kMethods);
+        return describeChoice(translated("enter, stepwise, backward or forward"), value, kMethods);
       },
       "", "the name of a method");
   return validator;
@@ -62,7 +64,7 @@ CLI::Validator numberBetween(Number least, Number most, const std::string& what)
         const auto result = std::from_chars(value.data(), end, number);
         if (result.ec == std::errc() && result.ptr == end && number >= least && number <= most)
           return std::string();
-        return standalone::translated("expected {1}, found {2}", {what, standalone::quoteForMessage(value)});
+        return translated("expected {1}, found {2}", {what, standalone::quoteForMessage(value)});
       },
       "");
 }
@@ -81,16 +83,16 @@ const CLI::Validator& withoutBlanks() {
 // The columns of the result in lines for the help.
 std::string columnHelp() {
   const std::pair<const char*, ResultColumn::Kind> kinds[] = {
-      {standalone::marked("Columns with numbers: {1}"), ResultColumn::Kind::Number},
-      {standalone::marked("with verdicts: {1}"), ResultColumn::Kind::Verdict},
-      {standalone::marked("with texts: {1}"), ResultColumn::Kind::Text}};
+      {marked("Columns with numbers: {1}"), ResultColumn::Kind::Number},
+      {marked("with verdicts: {1}"), ResultColumn::Kind::Verdict},
+      {marked("with texts: {1}"), ResultColumn::Kind::Text}};
   std::string text;
   for (const auto& [label, kind] : kinds) {
     std::string names;
     for (const ResultColumn& column : resultColumns()) {
       if (column.kind == kind) names += (names.empty() ? "" : ", ") + std::string(column.name);
     }
-    text += (text.empty() ? "" : "; ") + standalone::translated(label, {names});
+    text += (text.empty() ? "" : "; ") + translated(label, {names});
   }
   std::string lines;
   for (const std::string& line : standalone::wrapText(text + '.', kHelpWidth)) {
@@ -108,74 +110,66 @@ CLI::Option* addList(CLI::App& qc, const char* name, std::string& value, const c
 void addAnalyses(CLI::App& qc, QcOptions& options) {
   const auto flag = [&qc](const char* name, bool& value, const std::string& description,
                           CLI::Option* analysis) { qc.add_flag(name, value, description)->needs(analysis); };
-  CLI::Option* descriptives = addList(qc, "--descriptives", options.descriptives, "VARS",
-                                      standalone::translated("means, deviations and ranges"));
-  flag("--skewness", options.skewness, standalone::translated("skewness as well"), descriptives);
-  flag("--kurtosis", options.kurtosis, standalone::translated("kurtosis as well"), descriptives);
+  CLI::Option* descriptives =
+      addList(qc, "--descriptives", options.descriptives, "VARS", translated("means, deviations and ranges"));
+  flag("--skewness", options.skewness, translated("skewness as well"), descriptives);
+  flag("--kurtosis", options.kurtosis, translated("kurtosis as well"), descriptives);
   CLI::Option* frequencies = addList(qc, "--frequencies", options.frequencies, "VARS",
-                                     standalone::translated("tables of values and their counts"));
-  qc.add_option("--ntiles", options.tiles, standalone::translated("cut points of this many equal groups"))
+                                     translated("tables of values and their counts"));
+  qc.add_option("--ntiles", options.tiles, translated("cut points of this many equal groups"))
       ->type_name("N")
       ->take_last()
-      ->check(numberBetween(2, 1000, standalone::translated("a whole number from 2 to 1000")))
+      ->check(numberBetween(2, 1000, translated("a whole number from 2 to 1000")))
       ->needs(frequencies);
-  qc.add_option("--percentiles", options.percentiles, standalone::translated("percentiles such as 5,95.5"))
+  qc.add_option("--percentiles", options.percentiles, translated("percentiles such as 5,95.5"))
       ->type_name("LIST")
       ->delimiter(',')
       ->expected(1)
       ->take_all()
       ->transform(withoutBlanks())
-      ->check(numberBetween(0.0, 100.0, standalone::translated("numbers from 0 to 100")))
+      ->check(numberBetween(0.0, 100.0, translated("numbers from 0 to 100")))
       ->needs(frequencies);
-  flag("--quartiles", options.quartiles, standalone::translated("quartiles"), frequencies);
-  flag("--histogram", options.histogram, standalone::translated("histograms with the normal curve, in HTML"),
+  flag("--quartiles", options.quartiles, translated("quartiles"), frequencies);
+  flag("--histogram", options.histogram, translated("histograms with the normal curve, in HTML"),
        frequencies);
-  CLI::Option* correlations = addList(qc, "--correlations", options.correlations, "VARS",
-                                      standalone::translated("coefficients of all pairs"));
-  flag("--no-pearson", options.noPearson, standalone::translated("without Pearson's coefficients"),
-       correlations);
-  flag("--spearman", options.spearman, standalone::translated("Spearman's rho"), correlations);
-  flag("--kendall", options.kendall, standalone::translated("Kendall's tau-b"), correlations);
-  flag("--one-tailed", options.oneTailed, standalone::translated("one-tailed significance"), correlations);
-  CLI::Option* regression =
-      addTextOption(qc, "--regression", options.regression, "FORMULA",
-                    standalone::translated("linear regression; FORMULA is 'Y ~ A + B'"));
+  CLI::Option* correlations =
+      addList(qc, "--correlations", options.correlations, "VARS", translated("coefficients of all pairs"));
+  flag("--no-pearson", options.noPearson, translated("without Pearson's coefficients"), correlations);
+  flag("--spearman", options.spearman, translated("Spearman's rho"), correlations);
+  flag("--kendall", options.kendall, translated("Kendall's tau-b"), correlations);
+  flag("--one-tailed", options.oneTailed, translated("one-tailed significance"), correlations);
+  CLI::Option* regression = addTextOption(qc, "--regression", options.regression, "FORMULA",
+                                          translated("linear regression; FORMULA is 'Y ~ A + B'"));
   addTextOption(qc, "--method", options.method, "enter|stepwise|backward|forward",
-                standalone::translated("how predictors come in; default: enter"))
+                translated("how predictors come in; default: enter"))
       ->check(methodName())
       ->needs(regression);
-  qc.add_option("--ci", options.confidence,
-                standalone::translated("confidence intervals of this level in percent"))
+  qc.add_option("--ci", options.confidence, translated("confidence intervals of this level in percent"))
       ->type_name("LEVEL")
       ->take_last()
-      ->check(numberBetween(0.1, 99.999, standalone::translated("a level from 0.1 to 99.999 percent")))
+      ->check(numberBetween(0.1, 99.999, translated("a level from 0.1 to 99.999 percent")))
       ->needs(regression);
-  flag("--normal-plot", options.normalPlot,
-       standalone::translated("normal P-P plot of the residuals, in HTML"), regression);
+  flag("--normal-plot", options.normalPlot, translated("normal P-P plot of the residuals, in HTML"),
+       regression);
 }
 
 }  // namespace
 
 void addQcOptions(CLI::App& qc, QcOptions& options) {
-  qc.add_option("FILE", options.inputs,
-                standalone::translated("FASTQ files, plain or compressed, and folders of them"))
+  qc.add_option("FILE", options.inputs, translated("FASTQ files, plain or compressed, and folders of them"))
       ->type_name("")
       ->required()
       ->check(notEmpty());
-  addTextOption(
-      qc, "--adapter", options.adapter, "none|illumina|nextera|SEQUENCE",
-      standalone::translated("the adapter to look for; default: none, which looks for the common ones"));
-  addTextOption(qc, "--name", options.name, "NAME",
-                standalone::translated("the job's name; default: a free one"));
+  addTextOption(qc, "--adapter", options.adapter, "none|illumina|nextera|SEQUENCE",
+                translated("the adapter to look for; default: none, which looks for the common ones"));
+  addTextOption(qc, "--name", options.name, "NAME", translated("the job's name; default: a free one"));
   addAnalyses(qc, options);
-  addTextOption(qc, "--csv", options.csvFile, "FILE", standalone::translated("keep the result file"));
+  addTextOption(qc, "--csv", options.csvFile, "FILE", translated("keep the result file"));
   addTextOption(qc, "--fastqc-data", options.fastqcFolder, "DIR",
-                standalone::translated("write FastQC's data files for report programs into this folder"));
-  qc.add_flag("--print-syntax", options.printSyntax,
-              standalone::translated("show the command instead of running it"));
+                translated("write FastQC's data files for report programs into this folder"));
+  qc.add_flag("--print-syntax", options.printSyntax, translated("show the command instead of running it"));
   addSessionOptions(qc, options.session);
-  qc.footer(standalone::translated(kQcHelp) + columnHelp() + examplesHelp(kQcExamples) +
-            standalone::translated(kExitStatusHelp));
+  qc.footer(translated(kQcHelp) + columnHelp() + examplesHelp(kQcExamples) + translated(kExitStatusHelp));
 }
 
 }  // namespace genostat::console

@@ -19,10 +19,12 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::translated;
+
 namespace fs = std::filesystem;
 
 [[noreturn]] void refuseQc(const std::string& message) {
-  throw QcRequestError(standalone::translated("error: {1}", {message}));
+  throw QcRequestError(translated("error: {1}", {message}));
 }
 
 bool namesFastqFile(const std::string& name) {
@@ -46,25 +48,23 @@ std::vector<std::string> fastqFilesIn(const fs::path& folder, std::error_code& e
 // Empty when the file can be analysed, else why not.
 std::string faultOfFile(const std::string& name) {
   // No string of the command language can hold them.
-  if (name.find_first_of("\r\n") != std::string::npos)
-    return standalone::translated("its name holds a line break");
+  if (name.find_first_of("\r\n") != std::string::npos) return translated("its name holds a line break");
   const fs::path file = platform::pathFromUtf8(name);
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (!fs::exists(status)) {
-    if (name == "-")
-      return standalone::translated("a job cannot read standard input; genostat-analysis qc can");
+    if (name == "-") return translated("a job cannot read standard input; genostat-analysis qc can");
     // Not every command line fills in the names.
     if (name.find_first_of("*?") != std::string::npos)
-      return standalone::translated("no such file or folder; name the folder instead of a pattern");
+      return translated("no such file or folder; name the folder instead of a pattern");
     const std::string meant = platform::nearestPath(name);
-    return meant.empty() ? standalone::translated("no such file or folder")
-                         : standalone::translated("no such file or folder; did you mean {1}?", {meant});
+    return meant.empty() ? translated("no such file or folder")
+                         : translated("no such file or folder; did you mean {1}?", {meant});
   }
-  if (!fs::is_regular_file(status)) return standalone::translated("it is no regular file");
-  if (!std::ifstream(file, std::ios::binary)) return standalone::translated("it cannot be opened");
+  if (!fs::is_regular_file(status)) return translated("it is no regular file");
+  if (!std::ifstream(file, std::ios::binary)) return translated("it cannot be opened");
   const auto size = fs::file_size(file, error);
-  return !error && size == 0 ? standalone::translated("it is empty") : std::string();
+  return !error && size == 0 ? translated("it is empty") : std::string();
 }
 
 // Collects what is wrong with the inputs, one line each.
@@ -83,8 +83,7 @@ class InputCheck {
     const std::vector<std::string> names = fastqFilesIn(platform::pathFromUtf8(folder), error);
     if (error) return addFault(folder, standalone::translatedReason(error.message()));
     if (names.empty())
-      addFault(folder,
-               standalone::translated("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"));
+      addFault(folder, translated("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"));
     const bool ended =
         folder.ends_with('/') || folder.ends_with(static_cast<char>(fs::path::preferred_separator));
     for (const std::string& name : names) {
@@ -97,9 +96,8 @@ class InputCheck {
  private:
   void addFault(const std::string& input, const std::string& reason) {
     if (!faults_.empty()) faults_ += '\n';
-    faults_ += standalone::translated(
-        "error: {1}",
-        {standalone::translated("cannot read {1}: {2}", {standalone::quoteForMessage(input), reason})});
+    faults_ += translated("error: {1}",
+                          {translated("cannot read {1}: {2}", {standalone::quoteForMessage(input), reason})});
   }
 
   QcRequest& request_;
@@ -129,17 +127,16 @@ std::string adapterKeyword(const std::string& adapter) {
     return upper.empty() ? "NONE" : "CUSTOM(" + upper + ")";
   }
   constexpr std::array<std::string_view, 3> kAdapters = {"none", "illumina", "nextera"};
-  const std::string choices =
-      standalone::translated("none, illumina, nextera or a sequence of A, C, G, T and N");
+  const std::string choices = translated("none, illumina, nextera or a sequence of A, C, G, T and N");
   refuseQc("--adapter: " + describeChoice(choices, adapter, kAdapters));
 }
 
 void checkOutputName(const char* option, const std::string& name) {
-  if (name == "-") refuseQc(standalone::translated("{1}: expected the name of a file, found -", {option}));
+  if (name == "-") refuseQc(translated("{1}: expected the name of a file, found -", {option}));
   // An unquoted *.fastq behind the option would otherwise cost the first of the reads.
   if (namesFastqFile(platform::pathToUtf8(platform::pathFromUtf8(name).filename())))
-    refuseQc(standalone::translated("{1}: {2} is named like reads, which it would replace",
-                                    {option, standalone::quoteForMessage(name)}));
+    refuseQc(translated("{1}: {2} is named like reads, which it would replace",
+                        {option, standalone::quoteForMessage(name)}));
 }
 
 // As text of JSON, in quotes.
@@ -166,9 +163,9 @@ void checkLengthOfNames(const QcRequest& request, const RunOptions& session) {
       session.homeFolder.empty() ? platform::programFolder() : platform::pathFromUtf8(session.homeFolder);
   if (size / 3 * 4 <= platform::longestParameters(folder)) return;
   refuseQc(
-      standalone::translated("the names of {1} files are too long for one job; give it the folder they are "
-                             "in, or fewer of them",
-                             {std::to_string(request.files.size())}));
+      translated("the names of {1} files are too long for one job; give it the folder they are "
+                 "in, or fewer of them",
+                 {std::to_string(request.files.size())}));
 }
 
 // The name stands in the syntax that the job sends back, in quotes and without.
@@ -176,17 +173,16 @@ std::string checkedName(const std::string& name) {
   if (name.empty()) return "AUTO";
   constexpr std::size_t kLongestJobName = 255;
   if (name.size() > kLongestJobName)
-    refuseQc(standalone::translated("--name: a job's name has at most {1} bytes",
-                                    {std::to_string(kLongestJobName)}));
+    refuseQc(translated("--name: a job's name has at most {1} bytes", {std::to_string(kLongestJobName)}));
   for (const std::string_view word : {"ALL", "LT", "WITH"}) {
-    if (name == word) refuseQc(standalone::translated("--name: {1} cannot be the name of a job", {name}));
+    if (name == word) refuseQc(translated("--name: {1} cannot be the name of a job", {name}));
   }
   const bool fits = std::ranges::all_of(name, [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 0x20 && byte != 0x7F && std::string_view("'\"/*").find(c) == std::string_view::npos;
   });
   if (!fits) {
-    refuseQc(standalone::translated(
+    refuseQc(translated(
         "--name: a job's name holds no quotes, slashes, asterisks and control characters, found {1}",
         {standalone::quoteForMessage(name)}));
   }
@@ -206,9 +202,9 @@ QcRequest checkQcOptions(const QcOptions& options) {
   if (!options.correlations.empty()) {
     request.correlations = parseColumnList("--correlations", options.correlations, Wanted::Numbers);
     if (options.noPearson && !options.spearman && !options.kendall)
-      refuseQc(standalone::translated("--no-pearson leaves no coefficient; add --spearman or --kendall"));
+      refuseQc(translated("--no-pearson leaves no coefficient; add --spearman or --kendall"));
     if (request.correlations.size() < 2)
-      refuseQc(standalone::translated("{1}: expected two columns or more", {"--correlations"}));
+      refuseQc(translated("{1}: expected two columns or more", {"--correlations"}));
   }
   if (!options.regression.empty()) {
     QcFormula formula = parseFormula("--regression", options.regression);

@@ -24,6 +24,8 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::translated;
+
 int refuseQcRun(const std::string& message, int status) {
   std::fprintf(stderr, "%s\n", message.c_str());
   return status;
@@ -40,14 +42,13 @@ void checkOutputNames(const QcRequest& request, const QcOptions& options,
   for (const auto& [option, name] : outputs) {
     if (name->empty()) continue;
     if (csv && name != &options.csvFile && csv->isSameAs(platform::pathFromUtf8(*name)))
-      throw QcRequestError(standalone::translated(
-          "error: {1}", {standalone::translated("{1} and {2} name the same file", {"--csv", option})}));
+      throw QcRequestError(
+          translated("error: {1}", {translated("{1} and {2} name the same file", {"--csv", option})}));
     const std::filesystem::path output = platform::pathFromUtf8(*name);
     for (const std::string& file : request.files) {
       std::error_code different;
       if (std::filesystem::equivalent(output, platform::pathFromUtf8(file), different))
-        throw QcRequestError(standalone::translated(
-            "error: {1}", {standalone::translated("{1} names a file of reads", {option})}));
+        throw QcRequestError(translated("error: {1}", {translated("{1} names a file of reads", {option})}));
     }
   }
 }
@@ -61,9 +62,9 @@ void askForFastqcData(const std::string& folder) {
   try {
     platform::tryFolder(path);
   } catch (const std::runtime_error& reason) {
-    throw std::runtime_error(standalone::translated(
-        "cannot write into {1}: {2}",
-        {standalone::quoteForMessage(folder), standalone::translatedReason(reason.what())}));
+    throw std::runtime_error(
+        translated("cannot write into {1}: {2}",
+                   {standalone::quoteForMessage(folder), standalone::translatedReason(reason.what())}));
   }
   platform::setEnvironmentPath("GENOSTAT_FASTQC_DATA", error ? path : absolute);
 }
@@ -78,11 +79,9 @@ int runQc(const QcOptions& options) {
     command = qcCommand(request, options);
     if (options.printSyntax) {
       const bool written = std::fputs(command.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
-      return written
-                 ? kSuccess
-                 : refuseQcRun(standalone::translated(
-                                   "error: {1}", {standalone::translated("cannot write to standard output")}),
-                               kFailure);
+      return written ? kSuccess
+                     : refuseQcRun(translated("error: {1}", {translated("cannot write to standard output")}),
+                                   kFailure);
     }
     std::optional<OutputFile> csv;
     if (!options.csvFile.empty()) csv.emplace(options.csvFile);
@@ -93,12 +92,12 @@ int runQc(const QcOptions& options) {
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {
-    return refuseQcRun(standalone::translated("error: {1}", {error.what()}), kFailure);
+    return refuseQcRun(translated("error: {1}", {error.what()}), kFailure);
   }
   const auto text =
       std::make_shared<const standalone::SourceText>(standalone::SourceText{"<qc>", std::move(command)});
   return runText(options.session, text, std::move(view),
-                 options.name.empty() ? standalone::translated("Quality control") : options.name);
+                 options.name.empty() ? translated("Quality control") : options.name);
 }
 
 }  // namespace genostat::console

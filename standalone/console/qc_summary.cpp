@@ -14,9 +14,12 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::marked;
+using standalone::translated;
+
 // Indexed by Verdict.
-constexpr std::array<std::string_view, 4> kQcVerdictWords = {
-    "", standalone::marked("pass"), standalone::marked("warn"), standalone::marked("fail")};
+constexpr std::array<std::string_view, 4> kQcVerdictWords = {"", marked("pass"), marked("warn"),
+                                                             marked("fail")};
 static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kQcVerdictWords.size());
 
 standalone::Dataset importResults(const std::filesystem::path& csv) {
@@ -118,16 +121,14 @@ std::vector<std::size_t> worstFirst(const std::vector<QcSample>& samples) {
 
 standalone::PivotTable qcTable(const std::vector<QcSample>& samples) {
   standalone::PivotTable table;
-  table.title = standalone::translated("Samples");
-  for (const char* label :
-       {standalone::marked("Reads"), standalone::marked("Bases"), standalone::marked("Length"),
-        standalone::marked("GC %"), standalone::marked("Duplicates %"), standalone::marked("Mean Quality"),
-        standalone::marked("Score")}) {
-    table.columns.push_back({standalone::translated(label), {}});
+  table.title = translated("Samples");
+  for (const char* label : {marked("Reads"), marked("Bases"), marked("Length"), marked("GC %"),
+                            marked("Duplicates %"), marked("Mean Quality"), marked("Score")}) {
+    table.columns.push_back({translated(label), {}});
   }
-  standalone::Category checks{standalone::translated("Checks"), {}};
+  standalone::Category checks{translated("Checks"), {}};
   for (const QcCheck& check : qcChecks()) {
-    checks.children.push_back({standalone::translated(check.title), {}});
+    checks.children.push_back({translated(check.title), {}});
   }
   table.columns.push_back(std::move(checks));
   for (const QcSample& sample : samples) {
@@ -139,8 +140,8 @@ standalone::PivotTable qcTable(const std::vector<QcSample>& samples) {
              cellOf(sample.gc, 1),    cellOf(sample.duplicates, 1), cellOf(sample.quality, 1),
              cellOf(sample.score, 0)};
     for (const Verdict verdict : sample.verdicts) {
-      cells.push_back(standalone::textCell(
-          verdict == Verdict::None ? std::string() : standalone::translated(verdictWord(verdict))));
+      cells.push_back(
+          standalone::textCell(verdict == Verdict::None ? std::string() : translated(verdictWord(verdict))));
     }
   }
   return table;

@@ -16,6 +16,9 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::marked;
+using standalone::translated;
+
 constexpr int kGap = 2;              // blanks between columns
 constexpr int kLeastNameWidth = 14;  // names are shortened to this before columns go to another block
 constexpr int kLegendIndent = 2;
@@ -57,11 +60,9 @@ std::string decimals(double number, int count) {
 
 std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool unicode) {
   std::vector<ShownColumn> columns;
-  for (const char* header :
-       {standalone::marked("Reads"), standalone::marked("Bases"), standalone::marked("Length"),
-        standalone::marked("GC %"), standalone::marked("Dup. %"), standalone::marked("Qual."),
-        standalone::marked("Score")}) {
-    columns.push_back({standalone::translated(header), {}});
+  for (const char* header : {marked("Reads"), marked("Bases"), marked("Length"), marked("GC %"),
+                             marked("Dup. %"), marked("Qual."), marked("Score")}) {
+    columns.push_back({translated(header), {}});
   }
   columns.push_back({"", {}, true});
   for (const QcCheck& check : qcChecks()) {
@@ -124,7 +125,7 @@ std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> col
 }
 
 ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool unicode) {
-  ShownColumn names{standalone::translated("Sample"), {}};
+  ShownColumn names{translated("Sample"), {}};
   for (const QcSample& sample : samples) {
     const std::string name = standalone::printableText(sample.name);
     const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
@@ -139,7 +140,7 @@ std::string legend(const standalone::TextStyle& style) {
   std::string lines;
   int used = 0;
   for (const QcCheck& check : qcChecks()) {
-    std::string entry = std::string(1, check.letter) + ' ' + standalone::translated(check.title);
+    std::string entry = std::string(1, check.letter) + ' ' + translated(check.title);
     if (&check != &qcChecks().back()) entry += ',';
     const int width = standalone::displayWidth(entry) + 1;
     const bool fits = used > 0 && used + width <= style.width;
@@ -151,10 +152,10 @@ std::string legend(const standalone::TextStyle& style) {
   const auto addMark = [&](Verdict verdict, const std::string& meaning) {
     lines += blanks(kLegendIndent) + paintedMark(verdict, style) + ' ' + meaning;
   };
-  addMark(Verdict::Pass, standalone::translated("pass"));
-  addMark(Verdict::Warn, standalone::translated("warning"));
-  addMark(Verdict::Fail, standalone::translated("failed"));
-  addMark(Verdict::None, standalone::translated("not judged"));
+  addMark(Verdict::Pass, translated("pass"));
+  addMark(Verdict::Warn, translated("warning"));
+  addMark(Verdict::Fail, translated("failed"));
+  addMark(Verdict::None, translated("not judged"));
   return lines + '\n';
 }
 
@@ -198,7 +199,7 @@ std::string renderQcTable(const std::vector<QcSample>& samples, const standalone
   const int room = style.width - all;
   const int nameWidth = room >= kLeastNameWidth ? room : std::max(kLeastNameWidth, style.width / 3);
   const ShownColumn names = nameColumn(samples, nameWidth, style.unicode);
-  std::string text = "\n" + emphasised(standalone::translated("Samples"), style) + '\n';
+  std::string text = "\n" + emphasised(translated("Samples"), style) + '\n';
   for (std::size_t begin = 0; begin < columns.size();) {
     int used = names.width;
     std::size_t end = begin;

@@ -23,6 +23,8 @@ const char* const kExitStatusHelp = standalone::marked(
 
 namespace {
 
+using standalone::translated;
+
 std::optional<OutputFormat> formatNamed(std::string_view name) {
   if (name == "text") return OutputFormat::Text;
   if (name == "json") return OutputFormat::Json;
@@ -35,7 +37,7 @@ const CLI::Validator& formatName() {
       [](std::string& value) {
         if (formatNamed(value)) return std::string();
         constexpr std::array<std::string_view, 3> kForms = {"text", "json", "html"};
-        return describeChoice(standalone::translated("text, json or html"), value, kForms);
+        return describeChoice(translated("text, json or html"), value, kForms);
       },
       "", "text, json or html");
   return validator;
@@ -53,21 +55,18 @@ std::string describeChoice(std::string_view choices, std::string_view found,
                            std::span<const std::string_view> words) {
   const std::string quoted = standalone::quoteForMessage(found);
   const auto meant = platform::nearestWord(found, words);
-  return meant
-             ? standalone::translated("expected {1}, found {2}; did you mean {3}?", {choices, quoted, *meant})
-             : standalone::translated("expected {1}, found {2}", {choices, quoted});
+  return meant ? translated("expected {1}, found {2}; did you mean {3}?", {choices, quoted, *meant})
+               : translated("expected {1}, found {2}", {choices, quoted});
 }
 
 std::string examplesHelp(const char* lines) {
-  return standalone::translated("Examples:") + '\n' + lines;
+  return translated("Examples:") + '\n' + lines;
 }
 
 const CLI::Validator& notEmpty() {
   static const CLI::Validator validator(
-      [](std::string& value) {
-        return value.empty() ? standalone::translated("the value is empty") : std::string();
-      },
-      "", "not empty");
+      [](std::string& value) { return value.empty() ? translated("the value is empty") : std::string(); }, "",
+      "not empty");
   return validator;
 }
 
@@ -82,34 +81,32 @@ void addSessionOptions(CLI::App& command, RunOptions& options) {
     addTextOption(command, name, value, type, description);
   };
   add("--temp", options.temporaryFolder, "DIR",
-      standalone::translated("folder for temporary files; default: the system's"));
+      translated("folder for temporary files; default: the system's"));
   add("--home", options.homeFolder, "DIR",
-      standalone::translated("folder that holds the launcher; default: the program's"));
+      translated("folder that holds the launcher; default: the program's"));
   add("--strings", options.stringsFolder, "DIR",
-      standalone::translated("folder of string tables; default: strings in the home folder"));
+      translated("folder of string tables; default: strings in the home folder"));
   command
-      .add_option(
-          "--language", options.language,
-          standalone::translated("language of what the program says, such as de; default: the system's"))
+      .add_option("--language", options.language,
+                  translated("language of what the program says, such as de; default: the system's"))
       ->type_name("CODE")
       ->take_last()
       ->check(languageName());
   add("--events", options.eventsFile, "FILE",
-      standalone::translated("append each client message to this file as a line of JSON"));
+      translated("append each client message to this file as a line of JSON"));
   command
       .add_option_function<std::string>(
           "--output",
           [&options](const std::string& value) {
             options.output = formatNamed(value).value_or(OutputFormat::Text);
           },
-          standalone::translated("form of the results; default: text"))
+          translated("form of the results; default: text"))
       ->type_name("text|json|html")
       ->take_last()
       ->check(formatName());
-  add("--to", options.outputFile, "FILE",
-      standalone::translated("write the results to this file, at the end"));
+  add("--to", options.outputFile, "FILE", translated("write the results to this file, at the end"));
   add("--html", options.htmlFile, "FILE",
-      standalone::translated("write a report with charts as well: one page, at the end"));
+      translated("write a report with charts as well: one page, at the end"));
 }
 
 }  // namespace genostat::console

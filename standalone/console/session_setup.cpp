@@ -13,6 +13,8 @@ namespace genostat::console {
 
 namespace {
 
+using standalone::translated;
+
 using std::filesystem::path;
 
 path absolutePath(const std::string& utf8) {
@@ -50,8 +52,8 @@ standalone::SessionOptions sessionOptions(const RunOptions& options) {
   session.folders.strings = absolutePath(options.stringsFolder);
   std::error_code ignored;
   if (!options.stringsFolder.empty() && !std::filesystem::is_directory(session.folders.strings, ignored)) {
-    throw UsageError(standalone::translated("the folder of string tables {1} does not exist",
-                                            {"\"" + options.stringsFolder + "\""}));
+    throw UsageError(
+        translated("the folder of string tables {1} does not exist", {"\"" + options.stringsFolder + "\""}));
   }
   session.interactive = !options.commandLineMode;
   session.eventsFile = absolutePath(options.eventsFile);
@@ -67,17 +69,16 @@ void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::str
   if (!options.file.empty()) {
     const path syntax = platform::pathFromUtf8(options.file);
     if (results && results->isSameAs(syntax))
-      throw UsageError(standalone::translated("{1} names the syntax file", {"--to"}));
+      throw UsageError(translated("{1} names the syntax file", {"--to"}));
     if (report && report->isSameAs(syntax))
-      throw UsageError(standalone::translated("{1} names the syntax file", {"--html"}));
+      throw UsageError(translated("{1} names the syntax file", {"--html"}));
   }
   if (results && report && results->isSameAs(platform::pathFromUtf8(options.htmlFile))) {
-    throw UsageError(standalone::translated("--to and --html name the same file"));
+    throw UsageError(translated("--to and --html name the same file"));
   }
   const bool pageOnTerminal =
       options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
-  if (pageOnTerminal)
-    throw UsageError(standalone::translated("--output html is nothing for a terminal; add --to FILE"));
+  if (pageOnTerminal) throw UsageError(translated("--output html is nothing for a terminal; add --to FILE"));
   view.setFiles(std::move(results), std::move(report), title);
 }
 
