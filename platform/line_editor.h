@@ -23,6 +23,8 @@ class LineEditor {
   struct Options {
     std::filesystem::path historyFile;  // kept between runs; empty: none
     std::function<Completion(std::string_view line, std::size_t cursor)> complete;
+    // Candidates as whole lines for a terminal of so many columns.
+    std::function<std::string(const std::vector<std::string>& candidates, int columns)> list;
     // Called some twenty times a second while a line is waited for; what it writes comes between
     // hideLine() and its return. True ends read() with Kind::Woken.
     std::function<bool(bool lineIsEmpty)> idle;
@@ -41,7 +43,7 @@ class LineEditor {
 
   virtual ~LineEditor() = default;
 
-  // Waits for a line. The prompt is shown where a person types.
+  // Waits for a line. The prompt, in ASCII, is shown where a person types.
   virtual Input read(const std::string& prompt) = 0;
 
   // Whether a person types.

@@ -18,7 +18,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cwchar>
-#include <cwctype>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -31,7 +30,6 @@ namespace genostat::platform {
 namespace {
 
 constexpr int kIdleMilliseconds = 50;
-constexpr std::size_t kMostShown = 120;
 
 struct EndEditor {
   void operator()(EditLine* editor) const { el_end(editor); }
@@ -63,60 +61,6 @@ bool ownsTerminal() {
 bool inputWaits(int milliseconds) {
   pollfd input = {STDIN_FILENO, POLLIN, 0};
   return poll(&input, 1, milliseconds) > 0;
-}
-
-std::wstring toWide(std::string_view text) {
-  std::wstring wide;
-  std::mbstate_t state = {};
-  for (std::size_t i = 0; i < text.size();) {
-    wchar_t character = 0;
-    const std::size_t size = std::mbrtowc(&character, text.data() + i, text.size() - i, &state);
-    if (size == 0 || size > text.size() - i) {
-      state = {};
-      character = L'\xFFFD';
-    }
-    i += size == 0 || size > text.size() - i ? 1 : size;
-    wide += character;
-  }
-  return wide;
-}
-
-// A candidate in a list: a path's last part, with nothing that would steer the terminal.
-std::wstring shownCandidate(std::string_view candidate) {
-  const std::size_t slash = candidate.substr(0, candidate.size() - 1).rfind('/');
-  std::wstring shown = toWide(slash == std::string_view::npos ? candidate : candidate.substr(slash + 1));
-  std::replace_if(
-      shown.begin(), shown.end(), [](wchar_t c) { return iswprint(static_cast<wint_t>(c)) == 0; }, L'?');
-  return shown;
-}
-
-std::size_t columnsOf(const std::wstring& text) {
-  const int columns = wcswidth(text.c_str(), text.size());
-  return columns < 0 ? text.size() : static_cast<std::size_t>(columns);
-}
-
-// In columns, read downwards.
-std::wstring listOf(const std::vector<std::string>& candidates, std::size_t terminalColumns) {
-  std::vector<std::wstring> shown;
-  std::size_t widest = 0;
-  for (std::size_t i = 0; i < std::min(candidates.size(), kMostShown); ++i) {
-    shown.push_back(shownCandidate(candidates[i]));
-    widest = std::max(widest, columnsOf(shown.back()));
-  }
-  const std::size_t perRow = std::max<std::size_t>(1, (terminalColumns - 1) / (widest + 2));
-  const std::size_t rows = (shown.size() + perRow - 1) / perRow;
-  std::wstring list;
-  for (std::size_t row = 0; row < rows; ++row) {
-    for (std::size_t i = row; i < shown.size(); i += rows) {
-      const bool last = i + rows >= shown.size();
-      list += shown[i] + (last ? std::wstring() : std::wstring(widest + 2 - columnsOf(shown[i]), L' '));
-    }
-    list += L'\n';
-  }
-  if (shown.size() < candidates.size()) {
-    list += L"(+" + std::to_wstring(candidates.size() - shown.size()) + L")\n";
-  }
-  return list;
 }
 
 std::size_t characterCount(std::string_view utf8) {
@@ -303,7 +247,7 @@ class EditedLines : public LineEditor {
     return 0;
   }
 
-  int promptColumns() const { return static_cast<int>(columnsOf(toWide(prompt_))); }
+  int promptColumns() const { return static_cast<int>(prompt_.size()); }
 
   int cursorRow(int columns) const {
     const LineInfoW* line = el_wline(editor_.get());
@@ -364,20 +308,13 @@ class EditedLines : public LineEditor {
       el_insertstr(editor_.get(), replacement.c_str());
       return CC_REFRESH;
     }
-    if (completion.candidates.size() > 1) showCandidates(completion.candidates);
+    if (completion.candidates.size() > 1 && options_.list) showCandidates(completion.candidates);
     return CC_NORM;
   }
 
   void showCandidates(const std::vector<std::string>& candidates) {
     goBelow("\n");
-    std::string list;
-    std::mbstate_t state = {};
-    for (const wchar_t character : listOf(candidates, size_.ws_col)) {
-      char bytes[16];
-      const std::size_t size = std::wcrtomb(bytes, character, &state);
-      if (size <= sizeof(bytes)) list.append(bytes, size);
-    }
-    std::fputs(list.c_str(), stdout);
+    std::fputs(options_.list(candidates, size_.ws_col).c_str(), stdout);
     std::fflush(stdout);
     el_set(editor_.get(), EL_REFRESH);
   }

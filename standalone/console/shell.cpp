@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/program.h"
+#include "standalone/console/candidate_list.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell_completion.h"
@@ -40,6 +41,7 @@ Shell::Shell(const ShellOptions& options) : options_(options), view_(options.ses
   if (!options_.noHistory) editing.historyFile = historyFile();
   editing.idle = [this](bool lineIsEmpty) { return idle(lineIsEmpty); };
   editing.complete = [this](std::string_view line, std::size_t cursor) { return complete(line, cursor); };
+  editing.list = candidateList;
   editor_ = LineEditor::create(std::move(editing));
   view_.beforeWriting([this, reader = std::this_thread::get_id()] {
     if (std::this_thread::get_id() == reader) editor_->hideLine();

@@ -1,6 +1,7 @@
 // What genostat shell makes of the lines that are typed.
 #include <gtest/gtest.h>
 
+#include "standalone/console/candidate_list.h"
 #include "standalone/console/shell_completion.h"
 #include "standalone/console/shell_help.h"
 #include "standalone/console/shell_input.h"
@@ -203,6 +204,15 @@ TEST_F(ShellCompletion, HelpKnowsEveryCommandAndItsWords) {
   }
   EXPECT_EQ(helpOn("nonsense"), "");
   EXPECT_EQ(helpOn("desc"), helpOn("DESCRIPTIVES"));
+}
+
+TEST(CandidateList, FitsTheTerminal) {
+  const std::vector<std::string> names = {"runs/eins", "runs/übung/", "runs/d\x1B[2J"};
+  EXPECT_EQ(candidateList(names, 80), "eins      übung/    d\\x1B[2J\n");
+  EXPECT_EQ(candidateList(names, 19), "eins      d\\x1B[2J\nübung/\n");
+  EXPECT_EQ(candidateList(names, 18), "eins\nübung/\nd\\x1B[2J\n");
+  const std::string many = candidateList(std::vector<std::string>(500, "x"), 80);
+  EXPECT_EQ(many.substr(many.size() - 13), "and 380 more\n");
 }
 
 TEST(ShellTables, ShowJobsAndCases) {
