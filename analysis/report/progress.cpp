@@ -1,6 +1,7 @@
 #include "analysis/report/progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "analysis/report/number_text.h"
@@ -39,6 +40,31 @@ std::string fitted(std::string_view text, std::size_t width) {
     at += size;
   }
   return line;
+}
+
+// As many as matter: "950 reads", "12 k reads", "1.25 M reads".
+std::string readsText(std::uint64_t reads) {
+  const auto count = static_cast<double>(reads);
+  if (reads < 10'000) return integerText(reads) + (reads == 1 ? " read" : " reads");
+  if (count < 1e6) return fixedText(count / 1e3, 0) + " k reads";
+  return fixedText(count / 1e6, count < 1e7 ? 2 : 1) + " M reads";
+}
+
+// "  1:05 left", or nothing where it cannot be foreseen.
+std::string timeLeftText(const JobProgress::State& state, double seconds) {
+  // The first moments say little about the rest.
+  constexpr double kFirstEstimate = 2;
+  constexpr double kLongestEstimate = 99 * 3600;
+  if (seconds < kFirstEstimate || state.bytesDone == 0 || state.bytesDone >= state.bytesTotal) return {};
+  const auto left = static_cast<double>(state.bytesTotal - state.bytesDone);
+  const double estimate = left * seconds / static_cast<double>(state.bytesDone);
+  if (estimate > kLongestEstimate) return {};
+  const auto whole = static_cast<std::uint64_t>(std::ceil(estimate));
+  const auto twoDigits = [](std::uint64_t number) { return (number < 10 ? "0" : "") + integerText(number); };
+  const std::uint64_t minutes = whole / 60;
+  const std::string clock =
+      minutes < 60 ? integerText(minutes) : integerText(minutes / 60) + ':' + twoDigits(minutes % 60);
+  return "  " + clock + ':' + twoDigits(whole % 60) + " left";
 }
 
 }  // namespace
@@ -84,6 +110,8 @@ std::string progressLine(const JobProgress::State& state, double seconds, std::s
     line += fixedText(done / 1e6, 0) + " MB  ";
   }
   line += fixedText(seconds > 0 ? done / 1e6 / seconds : 0, 0) + " MB/s";
+  if (state.readsDone > 0) line += "  " + readsText(state.readsDone);
+  line += timeLeftText(state, seconds);
   if (state.samples > 1) {
     line += "  " + integerText(state.samplesDone) + " of " + integerText(state.samples) + " files";
   }

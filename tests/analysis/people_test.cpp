@@ -25,6 +25,9 @@ TEST(ProgressLine, FitsItsTerminal) {
       {{0, 7'000'000, 0, 1, 0, {{"stdin"}}}, 2, 80, "7 MB  4 MB/s  stdin"},
       {{10, 0, 0, 96, 3, {{"a"}, {"b\x1b[2J"}}}, 1, 80, "0 %  0 MB/s  3 of 96 files  a, b?[2J"},
       {{10, 0, 0, 1, 0, {{"abcdef"}}}, 1, 16, "0 %  0 MB/s  abc"},
+      {{4'000'000, 1'000'000, 9'999, 1, 0, {{"a"}}}, 25, 80, "25 %  0 MB/s  9999 reads  1:15 left  a"},
+      {{9'000'000, 1'000, 2'345'678, 1, 0, {}}, 2, 80, "0 %  0 MB/s  2.35 M reads  4:59:58 left"},
+      {{9'000'000'000, 1, 12'345, 1, 0, {}}, 2, 80, "0 %  0 MB/s  12 k reads"},
       // A wide character is not cut in half, nor does it reach over the edge.
       {{10, 0, 0, 1, 0, {{"\xC3\xA9\xE6\xA2\x9D\xE6\xA2\x9D"}}}, 1, 17, "0 %  0 MB/s  \xC3\xA9\xE6\xA2\x9D"},
       {{10, 0, 0, 1, 0, {{"a"}}}, 1, 0, ""},
