@@ -46,7 +46,9 @@ Expectation Session::expectedBehind(const std::string& text) {
   const std::optional<Command> command = commandWithPlace(text);
   if (!command) return expectation;
   DatasetStore datasets;
-  if (const Dataset* active = datasets_.active()) datasets.add(withoutCases(*active));
+  // Commands that need a dataset are completed without one.
+  const Dataset* active = datasets_.active();
+  datasets.add(active != nullptr ? withoutCases(*active) : Dataset());
   OutputDocument output;
   Settings settings = settings_;
   const ExpectationScope noting(expectation);

@@ -132,6 +132,7 @@ class ShellCompletion : public testing::Test {
 };
 
 TEST_F(ShellCompletion, OffersWhatTheParsersTake) {
+  EXPECT_EQ(complete("REGRESSION /CRI"), "REGRESSION /[CRITERIA]");
   run("GET DATA /TYPE=TXT /FILE='rune.csv' /FIRSTCASE=2 /DELIMITERS=',' /VARIABLES=name A9 GC AUTO.\n"
       "DATASET NAME cohort.\n");
   const int said = view_.said;
