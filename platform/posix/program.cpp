@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <langinfo.h>
-#include <pthread.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -13,7 +12,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
-#include <thread>
+#include <utility>
+
+#include "platform/interrupts.h"
 
 namespace genostat::platform {
 
@@ -68,22 +69,7 @@ void* DynamicLibrary::symbol(const char* name) const {
 }
 
 void onInterrupt(std::function<void()> handler) {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction action = {};
-    sigaction(signal, nullptr, &action);
-    // What the parent chose to ignore (nohup) stays ignored.
-    if (action.sa_handler != SIG_IGN) sigaddset(&signals, signal);
-  }
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread([signals, handler = std::move(handler)] {
-    int signal = 0;
-    while (sigwait(&signals, &signal) == 0) {
-      // A handler may take its time; the next signal does not wait for it.
-      std::thread(handler).detach();
-    }
-  }).detach();
+  onEachInterrupt([handler = std::move(handler)](Interrupt) { handler(); });
 }
 
 void exitNow(int status) {

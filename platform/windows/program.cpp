@@ -9,6 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <system_error>
+#include <utility>
+
+#include "platform/interrupts.h"
 
 namespace genostat::platform {
 
@@ -32,17 +35,7 @@ std::string narrow(std::wstring_view wide, UINT codePage) {
   return text;
 }
 
-std::function<void()>& interruptHandler() {
-  static std::function<void()>* handler = new std::function<void()>;
-  return *handler;
-}
-
 constexpr std::size_t kConsoleBuffer = 1 << 16;
-
-BOOL WINAPI handleConsoleEvent(DWORD) {
-  interruptHandler()();
-  return TRUE;
-}
 
 std::string systemMessage(DWORD code) {
   return std::error_code(static_cast<int>(code), std::system_category()).message();
@@ -107,8 +100,7 @@ void* DynamicLibrary::symbol(const char* name) const {
 }
 
 void onInterrupt(std::function<void()> handler) {
-  interruptHandler() = std::move(handler);
-  SetConsoleCtrlHandler(handleConsoleEvent, TRUE);
+  onEachInterrupt([handler = std::move(handler)](Interrupt) { handler(); });
 }
 
 void exitNow(int status) {
