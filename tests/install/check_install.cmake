@@ -48,6 +48,10 @@ if(EMULATOR)
   return()
 endif()
 
+# It finds its string tables wherever it stands.
+execute_process(COMMAND "${prefix}/bin/genostat" run missing.syntax --language de ERROR_VARIABLE output)
+expect("${output}" "\"missing.syntax\" kann nicht gelesen werden")
+
 foreach(program IN ITEMS genostat genostat-analysis)
   execute_process(COMMAND "${prefix}/bin/${program}" --version
     OUTPUT_VARIABLE version COMMAND_ERROR_IS_FATAL ANY OUTPUT_STRIP_TRAILING_WHITESPACE)
