@@ -64,7 +64,7 @@ void widenSpans(const TextGrid& grid, std::vector<int>& widths, int spare) {
       const int least = std::min(longestWordWidth(cells[begin].text), kNarrowHeader);
       // Half a label's worth of blanks would still wrap it.
       const int whole = displayWidth(cells[begin].text) - width;
-      const int missing = whole <= spare ? whole : least - width;
+      const int missing = whole <= spare ? whole : std::min(least - width, spare);
       for (int i = 0; i < missing; ++i) {
         ++widths[begin + static_cast<std::size_t>(i) % columns];
         --spare;

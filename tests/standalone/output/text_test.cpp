@@ -217,8 +217,16 @@ TEST(TextTable, KeepsItsShapeAtEveryWidth) {
   PivotTable table = correlations();
   table.rows.push_back({"total_deduplicated_percentage \xE6\x95\xB0\xE6\x8D\xAE", {}});
   table.cells.push_back({text("a text of many words that has to be wrapped"), number(123456.789, 3), {}});
+  PivotTable wide;
+  wide.rows = {{"1", {}}};
+  wide.cells.resize(1);
+  for (const char* name : {"median_phred_first_10bp", "median_phred_last_10bp", "mean_phred_all_reads",
+                           "low_complexity_percentage", "unexpected_bases_percentage"}) {
+    wide.columns.push_back({name, {}});
+    wide.cells.front().push_back(number(34, 4));
+  }
   for (int width = 45; width <= 140; ++width) {
-    const std::string rendered = render(table, {false, false, width});
+    const std::string rendered = render(table, {false, false, width}) + render(wide, {false, false, width});
     int boxWidth = 0;
     for (std::size_t begin = 0; begin < rendered.size();) {
       const std::size_t end = rendered.find('\n', begin);
