@@ -87,7 +87,9 @@ std::string nearestPath(const std::string& path) {
   // Endings are alike in all names, and would let any of them seem near.
   const std::size_t stem = std::min(name.find('.', 1), name.size());
   const auto nearest = nearestWord(name, views, std::max<std::size_t>(1, stem / 3));
-  return nearest ? pathToUtf8(folder / pathFromUtf8(*nearest)) : std::string();
+  if (!nearest) return {};
+  // The rest stays as it was written, its separators too.
+  return path.substr(0, path.rfind(name)) + std::string(*nearest);
 }
 
 }  // namespace genostat::platform
