@@ -1,5 +1,6 @@
 #include "standalone/console/console_view.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +12,7 @@
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
+#include "standalone/output/display_text.h"
 #include "standalone/output/html_report.h"
 
 namespace genostat::console {
@@ -32,6 +34,23 @@ standalone::TextStyle chooseStyle() {
   const int wanted = platform::columnsWanted();
   style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
   return style;
+}
+
+// At blanks; what begins with one, a list or an excerpt, stays as it is.
+std::string broken(std::string_view text, int width, std::string_view indent = {}) {
+  std::string lines;
+  for (std::size_t begin = 0; begin <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    const std::string_view line = text.substr(begin, end - begin);
+    const int space = std::max(1, width - static_cast<int>(indent.size()));
+    const auto pieces =
+        line.starts_with(' ') ? std::vector{std::string(line)} : standalone::wrapText(line, space);
+    for (const std::string& piece : pieces) {
+      lines.append(lines.empty() ? "" : "\n").append(indent).append(piece);
+    }
+    begin = end + 1;
+  }
+  return lines;
 }
 
 void writeToStandardError(std::string_view text) {
@@ -64,16 +83,34 @@ void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<Outp
 }
 
 void ConsoleView::showNotice(const std::string& text) {
-  writeLine(text);
+  const int width = noticeWidth();
+  writeLine(width > 0 ? broken(text, width) : text);
 }
 
 void ConsoleView::showDiagnostic(const standalone::Diagnostic& diagnostic) {
   const std::string text = standalone::renderDiagnostic(diagnostic);
-  writeLine(text);
+  writeLine(shownDiagnostic(diagnostic, text));
   recording_ = true;
   document_.addText(diagnostic.severity == standalone::Diagnostic::Severity::Error ? "error" : "warning",
                     text);
   recording_ = false;
+}
+
+// A terminal would break long lines in the middle of a word, and a long excerpt's caret off its place.
+std::string ConsoleView::shownDiagnostic(const standalone::Diagnostic& diagnostic,
+                                         const std::string& rendered) const {
+  const int width = noticeWidth();
+  if (width == 0) return rendered;
+  const auto parts = standalone::describeDiagnostic(diagnostic, static_cast<std::size_t>(width));
+  std::string text = broken(parts.message, width);
+  if (!parts.excerpt.empty()) text += '\n' + parts.excerpt;
+  if (!parts.hint.empty()) text += '\n' + broken(parts.hint, width, "  ");
+  return text;
+}
+
+int ConsoleView::noticeWidth() const {
+  const platform::Terminal terminal = live_.terminal();
+  return terminal.isTerminal ? std::max(terminal.width, 1) : 0;
 }
 
 void ConsoleView::jobsChanged(const std::vector<standalone::JobStatus>& jobs) {

@@ -49,13 +49,17 @@ class ConsoleView : public standalone::SessionView {
   const standalone::TextStyle& style() const { return style_; }
   // Adds items to the document that are shown as `text` where tables are.
   void showAs(std::string_view text, const std::function<void()>& addItems);
+  // Whole lines for standard error, as they are.
+  void writeLine(const std::string& text);
 
  private:
   void show(std::string_view text);
   void writeOutput(std::string_view text);
   void writeFile(const OutputFile& file, std::string_view text);
   std::string report() const;
-  void writeLine(const std::string& text);
+  std::string shownDiagnostic(const standalone::Diagnostic& diagnostic, const std::string& rendered) const;
+  // The columns in which notices are broken; 0: they are not, for a program or a file.
+  int noticeWidth() const;
 
   const OutputFormat format_;
   standalone::TextStyle style_;

@@ -24,7 +24,8 @@ void ShellView::showAnswer(const std::string& text) {
   if (answersAreOutput_) {
     showAs(text + '\n', [] {});
   } else {
-    showNotice(text);
+    if (makeRoom_) makeRoom_();
+    writeLine(text);
   }
 }
 

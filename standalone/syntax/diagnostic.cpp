@@ -13,9 +13,12 @@ namespace {
 constexpr std::string_view kIndent = "  ";
 constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
 
-// How much of a long line is shown: characters before the place, and in all.
+// How much of a long line is shown at most: characters before the place, and in all.
 constexpr std::size_t kCharactersBefore = 60;
 constexpr std::size_t kCharactersShown = 100;
+// Beside the characters of a line: the indent, and an ellipsis at either end.
+constexpr std::size_t kColumnsAround = 4;
+constexpr std::size_t kLeastColumns = 20;
 
 constexpr std::size_t kQuotedCharacters = 60;
 
@@ -44,20 +47,50 @@ std::size_t countCharacters(std::string_view text) {
   return count;
 }
 
-// Where the shown part begins: at most kCharactersBefore characters before `position`.
-std::size_t shownBegin(std::string_view text, std::size_t lineBegin, std::size_t position) {
-  for (std::size_t i = 0; i < kCharactersBefore && position > lineBegin; ++i) {
+// A character of a line as it is shown.
+std::string shownCharacter(std::string_view text, std::size_t position) {
+  return printableText(text.substr(position, codePointAt(text, position).size), LineBreaks::Keep);
+}
+
+std::size_t columnsOf(std::string_view shown) {
+  return static_cast<std::size_t>(displayWidth(shown));
+}
+
+// The columns of a text, as far as it is ever shown, or `most` when they are more.
+std::size_t columnsUpTo(std::string_view text, std::size_t most) {
+  std::size_t columns = 0;
+  for (std::size_t count = 0; !text.empty() && columns < most && count < kCharactersShown; ++count) {
+    columns += columnsOf(shownCharacter(text, 0));
+    text.remove_prefix(codePointAt(text, 0).size);
+  }
+  return std::min(columns, most);
+}
+
+// Where the shown part begins: at most so many characters, and columns, before `position`.
+std::size_t shownBegin(std::string_view text, std::size_t lineBegin, std::size_t position,
+                       std::size_t characters, std::size_t columns) {
+  for (std::size_t i = 0; i < characters && position > lineBegin; ++i) {
+    std::size_t before = position;
     do {
-      --position;
-    } while (position > lineBegin && (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U);
+      --before;
+    } while (before > lineBegin && (static_cast<unsigned char>(text[before]) & 0xC0U) == 0x80U);
+    const std::size_t taken = columnsOf(shownCharacter(text.substr(0, position), before));
+    if (taken > columns) break;
+    columns -= taken;
+    position = before;
   }
   return position;
 }
 
 // The line and, below it, the caret with a tail as long as the range. What stands before the
 // caret is copied as blanks of the same width and as tabs, so that any tab stops will do.
-std::string excerpt(std::string_view text, const Line& line, std::size_t begin, std::size_t end) {
-  std::size_t position = shownBegin(text, line.begin, begin);
+std::string excerpt(std::string_view text, const Line& line, std::size_t begin, std::size_t end,
+                    std::size_t columns) {
+  const std::size_t space = std::max(columns, kLeastColumns) - kColumnsAround;
+  const std::string_view whole = text.substr(0, line.end);
+  // The place and what follows get at most two fifths.
+  const std::size_t behind = columnsUpTo(whole.substr(std::min(begin, line.end)), space - space / 5 * 3);
+  std::size_t position = shownBegin(text, line.begin, begin, kCharactersBefore, space - behind);
   std::string shown(kIndent);
   std::string carets(kIndent);
   if (position > line.begin) {
@@ -65,18 +98,20 @@ std::string excerpt(std::string_view text, const Line& line, std::size_t begin, 
     carets += ' ';
   }
   std::size_t caret = carets.size();
+  std::size_t used = 0;
   for (std::size_t count = 0; position < line.end && count < kCharactersShown; ++count) {
-    const std::size_t size = codePointAt(text.substr(0, line.end), position).size;
-    const std::string character = printableText(text.substr(position, size), LineBreaks::Keep);
-    const auto columns = static_cast<std::size_t>(displayWidth(character));
+    const std::string character = shownCharacter(whole, position);
+    const std::size_t taken = columnsOf(character);
+    used += taken;
+    if (used > space) break;
     shown += character;
     if (position < begin) {
-      character == "\t" ? carets += '\t' : carets.append(columns, ' ');
+      character == "\t" ? carets += '\t' : carets.append(taken, ' ');
       caret = carets.size();
     } else if (position < end) {
-      carets.append(columns, '~');
+      carets.append(taken, '~');
     }
-    position += size;
+    position += codePointAt(whole, position).size;
   }
   if (position < line.end) shown += kEllipsis;
   if (caret == carets.size()) carets += '^';
@@ -86,9 +121,8 @@ std::string excerpt(std::string_view text, const Line& line, std::size_t begin, 
 
 }  // namespace
 
-std::string renderDiagnostic(const Diagnostic& diagnostic) {
-  std::string rendered;
-  std::string quotedLine;
+DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t columns) {
+  DiagnosticParts parts;
   if (diagnostic.range && diagnostic.range->source) {
     const SourceText& source = *diagnostic.range->source;
     const std::string_view text = source.text;
@@ -97,16 +131,22 @@ std::string renderDiagnostic(const Diagnostic& diagnostic) {
     const std::size_t lineNumber =
         diagnostic.range->line ? diagnostic.range->line : countLineFeeds(text.substr(0, begin)) + 1;
     const std::size_t column = countCharacters(text.substr(line.begin, begin - line.begin)) + 1;
-    rendered =
+    parts.message =
         printableText(source.name) + ":" + std::to_string(lineNumber) + ":" + std::to_string(column) + ": ";
-    quotedLine = "\n" + excerpt(text, line, begin, diagnostic.range->end);
+    parts.excerpt = excerpt(text, line, begin, diagnostic.range->end, columns);
   }
   const bool isError = diagnostic.severity == Diagnostic::Severity::Error;
-  rendered += translated(isError ? "error: {1}" : "warning: {1}",
-                         {printableText(diagnostic.message, LineBreaks::Keep)}) +
-              quotedLine;
-  if (!diagnostic.hint.empty())
-    rendered += "\n" + std::string(kIndent) + printableText(diagnostic.hint, LineBreaks::Keep);
+  parts.message += translated(isError ? "error: {1}" : "warning: {1}",
+                              {printableText(diagnostic.message, LineBreaks::Keep)});
+  parts.hint = printableText(diagnostic.hint, LineBreaks::Keep);
+  return parts;
+}
+
+std::string renderDiagnostic(const Diagnostic& diagnostic) {
+  const DiagnosticParts parts = describeDiagnostic(diagnostic, std::string_view::npos);
+  std::string rendered = parts.message;
+  if (!parts.excerpt.empty()) rendered.append("\n").append(parts.excerpt);
+  if (!parts.hint.empty()) rendered.append("\n").append(kIndent).append(parts.hint);
   return rendered;
 }
 
@@ -115,7 +155,8 @@ std::string quoteForMessage(std::string_view text) {
   for (std::size_t count = 0; end < text.size() && count < kQuotedCharacters; ++count) {
     end += codePointAt(text, end).size;
   }
-  std::string quoted = "\"" + std::string(text.substr(0, end));
+  std::string quoted = "\"";
+  quoted += text.substr(0, end);
   if (end < text.size()) quoted += kEllipsis;
   return quoted + "\"";
 }

@@ -44,6 +44,15 @@ struct Diagnostic {
 // cut around the place. Characters that would steer a terminal are written visibly. No final line feed.
 std::string renderDiagnostic(const Diagnostic& diagnostic);
 
+// Its parts, for whoever breaks lines: the first line, the line with its caret (two lines, or nothing
+// without a place) and the hint, not indented. The excerpt is cut to so many columns, 20 or more.
+struct DiagnosticParts {
+  std::string message;
+  std::string excerpt;
+  std::string hint;
+};
+DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t columns);
+
 // Words of the user for use inside a message: in double quotes, cut short when very long.
 std::string quoteForMessage(std::string_view text);
 

@@ -65,6 +65,31 @@ TEST(RenderDiagnostic, CutsALongLineAroundThePlace) {
   EXPECT_EQ(quoteForMessage(before), "\"" + std::string(60, 'x') + "\u2026\"");
 }
 
+TEST(DescribeDiagnostic, CutsTheExcerptToTheTerminal) {
+  struct Row {
+    std::string before;
+    std::string place;
+    std::string after;
+    std::string excerpt;
+  };
+  const std::string wide = "\xE6\x97\xA5";
+  const Row rows[] = {
+      {"0123456789", "abcdef", "", "  0123456789abcdef\n            ^~~~~~"},
+      {"0123456789", "abcdefg", "", "  \u2026123456789abcdefg\n            ^~~~~~~"},
+      {std::string(30, 'x'), "abc", "yyyyy", "  \u2026xxxxxxxxxabcyyyy\u2026\n            ^~~"},
+      {wide + wide + wide + wide + wide, "abcd", "efg",
+       "  \u2026" + wide + wide + wide + wide + "abcdefg\n           ^~~~"},
+  };
+  for (const Row& row : rows) {
+    const SourceRange range{makeSource(row.before + row.place + row.after), row.before.size(),
+                            row.before.size() + row.place.size()};
+    const DiagnosticParts parts = describeDiagnostic({{}, "wrong", range, "hint"}, 20);
+    EXPECT_EQ(parts.excerpt, row.excerpt);
+    EXPECT_EQ(parts.message.substr(parts.message.rfind(':')), ": wrong");
+    EXPECT_EQ(parts.hint, "hint");
+  }
+}
+
 TEST(RenderDiagnostic, NeedsNoPlace) {
   EXPECT_EQ(renderDiagnostic({Diagnostic::Severity::Warning, "odd\x1B", {}, ""}), "warning: odd\\x1B");
 }
