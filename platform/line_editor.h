@@ -43,7 +43,8 @@ class LineEditor {
 
   virtual ~LineEditor() = default;
 
-  // Waits for a line. The prompt, in ASCII, is shown where a person types.
+  // Waits for a line. The prompt, of characters that take a column each, is shown where a
+  // person types.
   virtual Input read(const std::string& prompt) = 0;
 
   // Whether a person types.

@@ -30,6 +30,7 @@ namespace genostat::platform {
 namespace {
 
 constexpr int kIdleMilliseconds = 50;
+constexpr wchar_t kInterruptKey = 3;  // Ctrl-C
 
 struct EndEditor {
   void operator()(EditLine* editor) const { el_end(editor); }
@@ -124,7 +125,7 @@ class EditedLines : public LineEditor {
     reading_ = true;
     // The library would do so behind the prompt, and what is typed in between would be seen twice.
     el_set(editor_.get(), EL_PREP_TERM, 1);
-    freeSuspendKey();
+    freeSignalKeys();
     int count = 0;
     const char* text = el_gets(editor_.get(), &count);
     reading_ = false;
@@ -194,18 +195,22 @@ class EditedLines : public LineEditor {
       if (interrupted_.exchange(false)) return leave(Input::Kind::Interrupted);
       followTerminalSize(true);
       if (inputWaits(kIdleMilliseconds)) {
-        if (decode(character)) return 1;
-        return leave(Input::Kind::End);
+        if (!decode(character)) return leave(Input::Kind::End);
+        return character == kInterruptKey ? leave(Input::Kind::Interrupted) : 1;
       }
       if (idle()) return leave(Input::Kind::Woken);
     }
   }
 
-  // Ctrl-Z comes as a key, so that the line can be put away first. The library itself would set it back.
-  static void freeSuspendKey() {
+  // Ctrl-Z comes as a key, so that the line can be put away first, and Ctrl-C too, so that it keeps its place
+  // among the keys around it; Ctrl-\ would leave the terminal as it is now. The library itself would set them
+  // back.
+  static void freeSignalKeys() {
     termios mode = {};
     if (tcgetattr(STDIN_FILENO, &mode) != 0) return;
-    mode.c_cc[VSUSP] = _POSIX_VDISABLE;
+    for (const int key : {VINTR, VQUIT, VSUSP}) {
+      mode.c_cc[key] = _POSIX_VDISABLE;
+    }
     tcsetattr(STDIN_FILENO, TCSADRAIN, &mode);
   }
 
@@ -247,7 +252,7 @@ class EditedLines : public LineEditor {
     return 0;
   }
 
-  int promptColumns() const { return static_cast<int>(prompt_.size()); }
+  int promptColumns() const { return static_cast<int>(characterCount(prompt_)); }
 
   int cursorRow(int columns) const {
     const LineInfoW* line = el_wline(editor_.get());
@@ -328,7 +333,7 @@ class EditedLines : public LineEditor {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     } while (!ownsTerminal());
     el_set(editor_.get(), EL_PREP_TERM, 1);
-    freeSuspendKey();
+    freeSignalKeys();
     el_set(editor_.get(), EL_REFRESH);
     return CC_NORM;
   }

@@ -32,8 +32,12 @@ class PlainLines : public LineEditor {
     while (true) {
       if (const auto end = buffer_.find('\n', searched_); end != std::string::npos) return takeLine(end, 1);
       searched_ = buffer_.size();
-      if (ended_) return buffer_.empty() ? Input{Input::Kind::End, {}} : takeLine(buffer_.size(), 0);
+      if (ended_) {
+        leavePrompt();
+        return buffer_.empty() ? Input{Input::Kind::End, {}} : takeLine(buffer_.size(), 0);
+      }
       if (interrupted_.exchange(false)) {
+        leavePrompt();
         buffer_.clear();
         searched_ = 0;
         return {Input::Kind::Interrupted, {}};
@@ -50,6 +54,11 @@ class PlainLines : public LineEditor {
   void interrupt() override { interrupted_ = true; }
 
  private:
+  // No line feed of the user's has ended its row.
+  void leavePrompt() const {
+    if (interactive_) std::fputc('\n', stderr);
+  }
+
   Input takeLine(std::size_t end, std::size_t lineFeed) {
     Input input{Input::Kind::Line, buffer_.substr(0, end)};
     buffer_.erase(0, end + lineFeed);
