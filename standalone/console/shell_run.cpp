@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/interrupts.h"
+#include "platform/suspension.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell.h"
@@ -13,8 +14,9 @@
 namespace genostat::console {
 
 int runShell(const ShellOptions& options) {
-  // The interrupts' thread keeps it until the program ends.
+  // The threads of signals keep it until the program ends.
   const auto shell = std::make_shared<Shell>(options);
+  platform::onSuspend([shell] { shell->view().suspend(); });
   platform::onEachInterrupt([shell](platform::Interrupt kind) { shell->interrupt(kind); });
   const auto refuse = [&shell](const char* message, int status) {
     shell->view().showNotice(standalone::translated("error: {1}", {message}));
