@@ -105,7 +105,7 @@ void Shell::rejectArguments(const Arguments& arguments, std::size_t most) const 
   if (arguments.size() <= most + 1) return;
   const ShellArgument& first = arguments[most + 1];
   fail(translated("{1} takes no {2} here", {arguments.front().text, standalone::quoteForMessage(first.text)}),
-       first, translated("a name with blanks stands in quotes"));
+       first, most > 0 ? translated("a name with blanks stands in quotes") : std::string());
 }
 
 void Shell::showJobs() {
@@ -269,7 +269,7 @@ bool Shell::askToQuit() {
   using Kind = platform::LineEditor::Input::Kind;
   if (answer.kind == Kind::Line && (answer.text.starts_with('w') || answer.text.starts_with('W'))) {
     waitForJobs();
-    return !stopped_;
+    return session_->openJobs().empty() && !session_->hasEndedJobs();
   }
   const bool cancels =
       answer.kind == Kind::End || answer.text.starts_with('c') || answer.text.starts_with('C');
