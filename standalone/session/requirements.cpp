@@ -66,17 +66,21 @@ std::string missingRequirement(const HostFolders& folders) {
                       {quoted(launcher)});
   }
   if (std::filesystem::is_regular_file(folders.temporary, ignored)) {
-    return translated("the analysis cannot be started: the temporary folder {1} is a file",
-                      {quoted(folders.temporary)});
+    return translated(
+        "the analysis cannot be started: the temporary folder {1} is a file (--temp chooses another)",
+        {quoted(folders.temporary)});
   }
   if (!std::filesystem::is_directory(folders.temporary, ignored)) {
-    return translated("the analysis cannot be started: the temporary folder {1} does not exist",
-                      {quoted(folders.temporary)});
+    return translated(
+        "the analysis cannot be started: the temporary folder {1} does not exist (--temp chooses another)",
+        {quoted(folders.temporary)});
   }
   const std::string reason = whyNotWritable(folders.temporary);
   if (reason.empty()) return {};
-  return translated("the analysis cannot be started: cannot write to the temporary folder {1}: {2}",
-                    {quoted(folders.temporary), reason});
+  return translated(
+      "the analysis cannot be started: cannot write to the temporary folder {1}: {2} (--temp chooses "
+      "another)",
+      {quoted(folders.temporary), reason});
 }
 
 }  // namespace genostat::standalone

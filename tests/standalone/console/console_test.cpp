@@ -145,7 +145,7 @@ TEST_F(Console, ReportsWhatAJobNeedsBeforeItIsQueued) {
       {submit,
        {"--temp", "nowhere"},
        "a.syntax:1:1: error: the analysis cannot be started: the temporary folder \"" + text("nowhere") +
-           "\" does not exist" + mark},
+           "\" does not exist (--temp chooses another)" + mark},
       // The command's own errors come first, and command-line mode before all needs.
       {"GENOSTAT\n  /JOB FILE='a' /PRIMT.\n",
        {"--temp", "nowhere"},
