@@ -32,6 +32,7 @@ constexpr const char* kExamples =
     "  genostat run quality_control.syntax\n"
     "  genostat run cohort.syntax --html report.html\n"
     "  genostat run - --output json --csv results < cohort.syntax\n"
+    "  genostat shell\n"
     "\n";
 
 constexpr const char* kRunHelp = marked(
