@@ -291,6 +291,49 @@ def shell_asks_before_it_drops_jobs(place):
         place.check_nothing_is_left()
 
 
+@case
+def shell_keeps_keys_and_words_whole(place):
+    with place.terminal(columns=50) as terminal:
+        terminal.type("genostat shell --home held --no-history")
+        terminal.wait_for(PROMPT)
+        terminal.keys("a", "b", "C-c", "d", "e")
+        screen = terminal.wait_for(r"^genostat> de\Z")
+        check("genostat> ab^C\n" in screen, "Ctrl-C keeps its place among the keys", screen)
+        terminal.keys("C-u")
+        # A name that no line can hold is none to complete; the word stays.
+        open(bytes(place.folder) + b"/odd\xff.syntax", "wb").close()
+        terminal.type("run odd", enter=False)
+        terminal.keys("Tab")
+        terminal.type("x")
+        screen = terminal.wait_for(PROMPT)
+        check("genostat> run oddx\n" in screen, "what was typed stays", screen)
+        terminal.type("GENOSTAT /JOB NAME='a long name of a job, longer than a row' FILE='x' /NONE.")
+        screen = terminal.wait_for("DELETE\n" + PROMPT)
+        shown = screen[screen.index("<shell>:1:", screen.index("/NONE.")):]
+        check(shown.startswith("""<shell>:1:72: error: unknown subcommand "NONE"
+  \u2026e of a job, longer than a row' FILE='x' /NONE.
+                                            ^~~~
+  expected JOB, DESCRIPTIVES, FREQUENCIES,
+  CORRELATIONS, REGRESSION, PRINT or DELETE
+"""), "no word is broken, and the caret stands below its place", screen)
+        terminal.type(JOB)
+        terminal.wait_for("job 'check' running")
+        terminal.type("wait")
+        terminal.wait_for(BAR)
+        terminal.keys("C-z")
+        terminal.wait_for("Stopped")
+        screen = terminal.wait_for(r"^\$\Z")
+        check(not re.search(BAR, screen), "nothing of the progress stays", screen)
+        terminal.type("fg")
+        terminal.wait_for(BAR)
+        place.go_on()
+        terminal.wait_for("Quality Overview")
+        terminal.wait_for(PROMPT)
+        terminal.type("quit")
+        check_status(terminal, 0)
+        place.check_nothing_is_left()
+
+
 def play(function, programs, source):
     with tempfile.TemporaryDirectory(prefix="genostat-") as name:
         try:
