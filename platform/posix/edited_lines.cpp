@@ -18,6 +18,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cwchar>
+#include <exception>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -129,6 +130,11 @@ class EditedLines : public LineEditor {
     int count = 0;
     const char* text = el_gets(editor_.get(), &count);
     reading_ = false;
+    if (failure_) {
+      std::fputc('\n', stdout);
+      std::fflush(stdout);
+      std::rethrow_exception(std::exchange(failure_, nullptr));
+    }
     if (text == nullptr || count <= 0) {
       if (outcome_ == Input::Kind::End) std::fputc('\n', stdout);
       std::fflush(stdout);
@@ -171,7 +177,15 @@ class EditedLines : public LineEditor {
   }
   static char* promptOf(EditLine* editor) { return self(editor).prompt_.data(); }
   static int readCharacter(EditLine* editor, wchar_t* character) { return self(editor).next(*character); }
-  static unsigned char completeKey(EditLine* editor, int) { return self(editor).complete(); }
+  static unsigned char completeKey(EditLine* editor, int) {
+    EditedLines& lines = self(editor);
+    try {
+      return lines.complete();
+    } catch (...) {
+      lines.failure_ = std::current_exception();
+      return CC_EOF;
+    }
+  }
   static unsigned char suspendKey(EditLine* editor, int) { return self(editor).suspend(); }
 
   void bind(const char* key, const char* command) {
@@ -237,7 +251,12 @@ class EditedLines : public LineEditor {
     const LineInfoW* line = el_wline(editor_.get());
     hidden_ = false;
     idling_ = true;
-    const bool wake = options_.idle(line->lastchar == line->buffer);
+    bool wake = true;
+    try {
+      wake = options_.idle(line->lastchar == line->buffer);
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
     if (wake) hideLine();
     idling_ = false;
     if (hidden_ && !wake) el_set(editor_.get(), EL_REFRESH);
@@ -352,6 +371,8 @@ class EditedLines : public LineEditor {
   bool idling_ = false;
   bool hidden_ = false;
   bool failed_ = false;  // the history's file cannot be written
+  // Thrown by what the library's code has called: that must get back first, and set the terminal back.
+  std::exception_ptr failure_;
   std::atomic<bool> interrupted_{false};
 };
 
