@@ -58,8 +58,10 @@ std::string zshCompletion(const ProgramModel& model) {
     cases +=
         "        " + command.name + ")\n          _arguments \\\n" + argumentLines(command, "            ");
     for (const OptionModel& argument : command.arguments) {
-      cases += "            " + shellQuoted((argument.repeated ? "*" : "") + zshProposal(argument.value)) +
-               " \\\n";
+      cases +=
+          "            " +
+          shellQuoted((argument.repeated ? std::string("*") : std::string()) + zshProposal(argument.value)) +
+          " \\\n";
     }
     cases += "            && return\n          ;;\n";
   }
