@@ -326,7 +326,9 @@ class EditedLines : public LineEditor {
     if (completion.candidates.empty()) return CC_NORM;
     const std::string typed = text.substr(completion.begin, cursor - completion.begin);
     std::string replacement = commonBeginning(completion.candidates);
-    if (completion.candidates.size() == 1) replacement += completion.ending;
+    // A quote or a blank that is there already is not wanted twice.
+    const bool ended = std::string_view(text).substr(cursor).starts_with(completion.ending);
+    if (completion.candidates.size() == 1 && !ended) replacement += completion.ending;
     if (replacement.size() >= typed.size() && replacement != typed) {
       el_deletestr(editor_.get(), static_cast<int>(characterCount(typed)));
       el_insertstr(editor_.get(), replacement.c_str());

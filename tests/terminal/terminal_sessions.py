@@ -300,6 +300,10 @@ def shell_keeps_keys_and_words_whole(place):
         screen = terminal.wait_for(r"^genostat> de\Z")
         check("genostat> ab^C\n" in screen, "Ctrl-C keeps its place among the keys", screen)
         terminal.keys("C-u")
+        terminal.type("run 'con'", enter=False)
+        terminal.keys("Left", "Tab")
+        terminal.wait_for(r"^genostat> run 'control.fastq'\Z")
+        terminal.keys("C-e", "C-u")
         # A name that no line can hold is none to complete; the word stays.
         open(bytes(place.folder) + b"/odd\xff.syntax", "wb").close()
         terminal.type("run odd", enter=False)
