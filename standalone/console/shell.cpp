@@ -114,8 +114,7 @@ bool Shell::idle(bool lineIsEmpty) {
 
 void Shell::tellOfHeldResults() {
   const std::size_t held = session_->endedJobCount();
-  if (held > heldResultsTold_)
-    view_.showNotice(translated("results are shown when nothing is being typed"));
+  if (held > heldResultsTold_) view_.showNotice(translated("results are shown when nothing is being typed"));
   heldResultsTold_ = held;
 }
 

@@ -85,7 +85,7 @@ class Session {
   void stop() { stopped_ = true; }
 
   DatasetStore& datasets() { return datasets_; }
-  // What may stand behind a text whose last command has no end yet, as the command's parser says. Nothing runs.
+  // What may stand behind a text whose last command has no end yet, as the command's parser says.
   Expectation expectedBehind(const std::string& text);
   // The commands that there are, in upper case.
   std::vector<std::string_view> commandNames() const { return dispatcher_.names(); }
@@ -148,7 +148,8 @@ class Session {
   bool eventsFailureShown_ = false;
   JobTracker tracker_;
   std::atomic<bool> stopped_{false};
-  std::map<std::string, std::chrono::steady_clock::time_point> cancels_;  // when each is to be repeated
+  // When the cancellation of each is to be repeated.
+  std::map<std::string, std::chrono::steady_clock::time_point> cancels_;
   std::deque<ClientMessage> ended_;  // jobs whose syntax has not run
   CopyNames copyNames_;
 

@@ -1,8 +1,8 @@
 // What may stand at one place of a command, as its own parser says.
 //
-// For completion: the command is parsed with a token at the place that no parser can take. What the parsers look
-// for there is noted, and the first that wants to go beyond it fails. So the one definition of a command's
-// grammar is its parser.
+// For completion: the command is parsed with a token at the place that no parser can take. What the parsers
+// look for there is noted, and the first that wants to go beyond it fails. So the one definition of a
+// command's grammar is its parser.
 #pragma once
 
 #include <span>
