@@ -2,16 +2,18 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
+#include <exception>
 #include <string>
+#include <utility>
 
 namespace genostat::analysis {
 
 // what() reads "record 3, line 12: the quality has 24 characters, the sequence 25", without the file's
 // name; for a file without any record it is the bare sentence.
-class FastqError : public std::runtime_error {
+// Copies share nothing, unlike those of the standard exceptions: threads hand them on.
+class FastqError : public std::exception {
  public:
-  explicit FastqError(const std::string& sentence) : std::runtime_error(sentence) {}
+  explicit FastqError(std::string sentence) : sentence_(std::move(sentence)) {}
 
   // Records and lines are counted from 1.
   FastqError(std::uint64_t record, std::uint64_t line, const std::string& sentence)
@@ -19,10 +21,13 @@ class FastqError : public std::runtime_error {
     record_ = record;
   }
 
+  const char* what() const noexcept override { return sentence_.c_str(); }
+
   // Which of two errors comes first in the file; 0 for the bare sentence.
   std::uint64_t record() const { return record_; }
 
  private:
+  std::string sentence_;
   std::uint64_t record_ = 0;
 };
 
