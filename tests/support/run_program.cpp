@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr bool kWindows = fs::path::preferred_separator == '\\';
+constexpr int kWindowsNotStarted = 9009;
 
 std::string quoted(const std::string& text) {
   if (kWindows) return '"' + text + '"';
@@ -49,7 +50,10 @@ ProgramResult runProgram(const ProgramCall& call) {
     line += ' ' + quoted(argument);
   }
   line += " <" + quoted(in) + " >" + quoted(out) + " 2>" + quoted(err);
-  const int status = std::system(platform::pathToNarrow(platform::pathFromUtf8(line)).c_str());
+  const std::string command = platform::pathToNarrow(platform::pathFromUtf8(line));
+  int status = std::system(command.c_str());
+  // On a loaded machine Wine's shell now and then fails to start a program that is there.
+  if (kWindows && status == kWindowsNotStarted) status = std::system(command.c_str());
   ProgramResult result{kWindows ? status : status >> 8, readWholeFile(out), readWholeFile(err)};
   std::erase(result.out, '\r');
   std::erase(result.err, '\r');
