@@ -1,7 +1,7 @@
 // What DESCRIPTIVES, FREQUENCIES, CORRELATIONS and REGRESSION ask for, written into the job record.
 #pragma once
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "host/syntax_parser.h"
 
 namespace genostat {

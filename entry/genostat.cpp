@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "entry/geno_job_settings.h"
 #include "entry/genostat_command.h"
-#include "entry/texts.h"
+#include "entry/record/geno_job_settings.h"
+#include "entry/record/texts.h"
 #include "host/language.h"
 #include "host/procedure.h"
 #include "jobs/geno_stat_algo_manager.h"

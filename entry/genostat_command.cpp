@@ -5,9 +5,9 @@
 
 #include "entry/analysis_subcommands.h"
 #include "entry/command_grammar.h"
-#include "entry/genomic_parser_exception.h"
 #include "entry/job_subcommands.h"
-#include "entry/texts.h"
+#include "entry/record/genomic_parser_exception.h"
+#include "entry/record/texts.h"
 #include "jobs/geno_stat_algo_manager.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // One GENOSTAT command: its description for the host's parser, its checks, and its reading.
 #pragma once
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "host/language.h"
 #include "host/syntax_parser.h"
 

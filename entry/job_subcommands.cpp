@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "entry/genomic_parser_exception.h"
+#include "entry/record/genomic_parser_exception.h"
 #include "jobs/dataset_names.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/files.h"

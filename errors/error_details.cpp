@@ -4,7 +4,7 @@
 #include <iostream>
 #include <iterator>
 
-#include "entry/texts.h"
+#include "entry/record/texts.h"
 #include "run/paths.h"
 
 namespace genostat {

@@ -1,7 +1,7 @@
 // The manager's members for failed analyses.
 #include <string>
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "errors/error_details.h"
 #include "errors/error_templates.h"
 #include "jobs/geno_stat_algo_manager.h"

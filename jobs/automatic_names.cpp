@@ -1,6 +1,6 @@
 // Names for jobs that ask for one.
-#include "entry/genomic_parser_exception.h"
-#include "entry/texts.h"
+#include "entry/record/genomic_parser_exception.h"
+#include "entry/record/texts.h"
 #include "jobs/dataset_names.h"
 #include "jobs/geno_stat_algo_manager.h"
 

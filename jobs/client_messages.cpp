@@ -1,5 +1,5 @@
 // What the host's client is told of a job. Without an adapter nobody listens.
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "host/language.h"
 #include "host/message_bus.h"
 #include "jobs/geno_stat_algo_manager.h"

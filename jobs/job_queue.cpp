@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "jobs/geno_stat_algo_manager.h"
 
 void GenoStatAlgoManager::addJobToQueue(GenoJobSettings* job) {

@@ -2,7 +2,7 @@
 #include <new>
 #include <system_error>
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "host/string_tables.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/process.h"

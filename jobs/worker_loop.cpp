@@ -1,8 +1,8 @@
 // The worker thread: queued jobs, one after another, in the order of their submission.
 #include <memory>
 
-#include "entry/geno_job_settings.h"
-#include "entry/texts.h"
+#include "entry/record/geno_job_settings.h"
+#include "entry/record/texts.h"
 #include "host/string_tables.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "run/installation_folder.h"

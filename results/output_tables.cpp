@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "entry/geno_job_settings.h"
-#include "entry/texts.h"
+#include "entry/record/geno_job_settings.h"
+#include "entry/record/texts.h"
 #include "host/output.h"
 #include "host/procedure.h"
 #include "jobs/geno_stat_algo_manager.h"

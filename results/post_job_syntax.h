@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 
 namespace genostat {
 

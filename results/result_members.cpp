@@ -1,5 +1,5 @@
 // The manager's members for result files and generated syntax.
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "results/csv_counts.h"
 #include "results/post_job_syntax.h"

@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "entry/geno_job_settings.h"
-#include "entry/texts.h"
+#include "entry/record/geno_job_settings.h"
+#include "entry/record/texts.h"
 #include "host/path_service.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/process.h"

@@ -83,7 +83,7 @@ def source_texts(root):
 
 def command_errors(root):
     """The module's own sentences about its command, which the host shows in the user's language."""
-    name = "entry/genomic_parser_exception.cpp"
+    name = "entry/record/genomic_parser_exception.cpp"
     source = (root / name).read_text(encoding="utf-8")
     begin = source.index("kTexts = {") + len("kTexts = {")
     found = arguments(source, begin) + [[literal] for literal in re.findall(r': ("[A-Z][^"]*");', source)]
@@ -93,9 +93,9 @@ def command_errors(root):
 def module_texts(root):
     """What the module looks up: its words, and why an analysis failed."""
     texts = {}
-    words = (root / "entry/texts.h").read_text(encoding="utf-8").split("// Diagnostics on")[0]
+    words = (root / "entry/record/texts.h").read_text(encoding="utf-8").split("// Diagnostics on")[0]
     reasons = (root / "errors/error_templates.cpp").read_text(encoding="utf-8")
-    for place, source, pattern in (("entry/texts.h", words.split("// Keys", 1)[1], r'= ("[^"]*")'),
+    for place, source, pattern in (("entry/record/texts.h", words.split("// Keys", 1)[1], r'= ("[^"]*")'),
                                    ("errors/error_templates.cpp", reasons, r'\{("[^"]+"), "')):
         for literal in re.findall(pattern, source):
             texts[ast.literal_eval(literal)] = place

@@ -26,9 +26,9 @@ ALLOWED = {
 MODULE = ("entry", "jobs", "run", "results", "errors")
 # What every room of the module speaks, and the manager whose members live in all of them.
 VOCABULARY = {
-    "entry/geno_job_settings.h",
-    "entry/genomic_parser_exception.h",
-    "entry/texts.h",
+    "entry/record/geno_job_settings.h",
+    "entry/record/genomic_parser_exception.h",
+    "entry/record/texts.h",
     "jobs/geno_stat_algo_manager.h",
 }
 STANDALONE = {

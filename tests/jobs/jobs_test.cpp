@@ -7,8 +7,8 @@
 #include <set>
 #include <thread>
 
-#include "entry/geno_job_settings.h"
-#include "entry/genomic_parser_exception.h"
+#include "entry/record/geno_job_settings.h"
+#include "entry/record/genomic_parser_exception.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "tests/support/test_host.h"
 

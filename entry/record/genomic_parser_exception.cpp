@@ -1,4 +1,4 @@
-#include "entry/genomic_parser_exception.h"
+#include "entry/record/genomic_parser_exception.h"
 
 #include <array>
 

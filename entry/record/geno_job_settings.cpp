@@ -1,4 +1,4 @@
-#include "entry/geno_job_settings.h"
+#include "entry/record/geno_job_settings.h"
 
 #include <rapidjson/document.h>
 
