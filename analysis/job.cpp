@@ -17,7 +17,6 @@
 #include "analysis/crew.h"
 #include "analysis/report/error_details.h"
 #include "analysis/report/fastqc_folder.h"
-#include "analysis/report/output_file.h"
 #include "analysis/report/progress.h"
 #include "analysis/report/progress_file.h"
 #include "analysis/report/result_csv.h"
@@ -25,8 +24,9 @@
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
 #include "analysis/utf8.h"
-#include "platform/columns.h"
-#include "platform/nearest_word.h"
+#include "common/cli/columns.h"
+#include "common/files/output_file.h"
+#include "common/text/nearest_word.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
@@ -104,14 +104,14 @@ std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const st
   refuseInputs(target, samples, ExitCode::OutputFailed);
   // An impossible output is told before hours of reading. The trial file does not stay: a job that is
   // killed while it reads leaves nothing behind.
-  writeOutput(target, [&] { OutputFile trial(target); });
+  writeOutput(target, [&] { common::OutputFile trial(target); });
   JobProgress progress;
   progress.expect(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressFile progressFile(progress, target, {});
   std::vector<ResultRow> rows = rowsOf(samples, options);
   const std::string csv = resultCsv(rows);
-  writeOutput(target, [&] { writeFile(target, csv); });
+  writeOutput(target, [&] { common::writeFile(target, csv); });
   removeAbandonedProgress(target.parent_path());
   return rows;
 }
@@ -147,7 +147,7 @@ ExitCode runGuarded(const std::function<void()>& job, const std::function<void(c
 // False where that is impossible: where the result cannot be written, this file usually cannot either.
 bool writeErrorDetails(const std::string& csvPath, const Failure& failure) {
   try {
-    writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure));
+    common::writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure));
     return true;
   } catch (const std::exception&) {
     return false;
@@ -161,7 +161,7 @@ Adapter adapterFromOption(std::string_view option) {
   const std::optional<AdapterKind> kind = adapterKindFromName(upper);
   if (kind && *kind != AdapterKind::Custom) return {*kind, {}};
   constexpr std::array<std::string_view, 3> kNames = {"none", "illumina", "nextera"};
-  const auto meant = platform::nearestWord(option, kNames);
+  const auto meant = common::nearestWord(option, kNames);
   if (meant && option.find_first_not_of("ACGTNacgtn") != std::string_view::npos) {
     const std::string given(option);
     throw Failure(ExitCode::InvalidAdapter, given,
@@ -175,7 +175,7 @@ void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
   if (place.empty() || place == kStandardStream) return;
   const std::filesystem::path target = platform::pathFromUtf8(place);
   refuseInputs(target, samples, ExitCode::WrongArguments);
-  writeOutput(target, [&] { OutputFile trial(target); });
+  writeOutput(target, [&] { common::OutputFile trial(target); });
 }
 
 // Where a path leads, whether or not there is anything.
@@ -207,7 +207,7 @@ void refuseSharedOutput(const QcOptions& options) {
 void putOutput(const std::string& place, const std::string& text) {
   if (place != kStandardStream) {
     const std::filesystem::path target = platform::pathFromUtf8(place);
-    writeOutput(target, [&] { writeFile(target, text); });
+    writeOutput(target, [&] { common::writeFile(target, text); });
     return;
   }
   std::cout << text << std::flush;
@@ -227,7 +227,7 @@ std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
 // A wider line than the terminal's would be broken, and could not be rewritten.
 std::size_t progressWidth() {
   const int terminal = platform::standardErrorTerminal().width;
-  const int wanted = platform::columnsWanted();
+  const int wanted = common::columnsWanted();
   return static_cast<std::size_t>(wanted > 0 ? std::min(wanted, terminal) : terminal);
 }
 

@@ -12,17 +12,17 @@
 #include <utility>
 
 #include "analysis/request/samples.h"
-#include "platform/documents/argument_fault.h"
-#include "platform/documents/help_text.h"
-#include "platform/documents/option_documents.h"
-#include "platform/nearest_word.h"
+#include "common/cli/argument_fault.h"
+#include "common/cli/help_text.h"
+#include "common/cli/option_documents.h"
+#include "common/text/nearest_word.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
 
 namespace {
 
-using platform::ArgumentFault;
+using common::ArgumentFault;
 
 constexpr const char* kAbout =
     "The launched form is for hosts: it takes the parameters of one job and writes a result file.\n"
@@ -187,7 +187,7 @@ bool isPath(const std::string& argument) {
 std::string unknownCommand(const std::string& word) {
   if (isPath(word)) return "files are measured by \"genostat-analysis qc " + word + "\"";
   constexpr std::array<std::string_view, 1> kCommands = {"qc"};
-  const auto meant = platform::nearestWord(word, kCommands);
+  const auto meant = common::nearestWord(word, kCommands);
   return "unknown subcommand '" + word + "'" + (meant ? "; did you mean qc?" : "");
 }
 
@@ -220,7 +220,7 @@ std::string messageOf(const ArgumentFault& fault) {
 
 std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::string> arguments) {
   CLI::App app("Quality metrics of FASTQ files, one row of a CSV table per file.", "genostat-analysis");
-  platform::shapeHelp(app, platform::helpWidth);
+  common::shapeHelp(app, common::helpWidth);
   // In all commands. Extras are collected, so that the error can name what was meant.
   const auto prepare = [](CLI::App& command) {
     command.set_help_flag("-h,--help", "show this help and exit");
@@ -231,7 +231,7 @@ std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::str
   };
   prepare(app);
   app.footer(std::string(kAbout) + kExamples + kEnvironment + kExitStatusHelp);
-  platform::offerDocuments(app, "genostat(1)");
+  common::offerDocuments(app, "genostat(1)");
 
   std::string script;
   std::string payload;
@@ -244,20 +244,20 @@ std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::str
 
   if (arguments.empty()) return Answer{app.help(), ExitCode::WrongArguments};
   if (arguments == std::vector<std::string>{"help"}) arguments = {"--help"};
-  const bool helpWanted = platform::asksForHelp(arguments);
+  const bool helpWanted = common::asksForHelp(arguments);
   std::transform(arguments.begin(), arguments.end(), arguments.begin(), protectedArgument);
   // The library takes the arguments from the back.
   std::reverse(arguments.begin(), arguments.end());
   ArgumentFault fault;
   try {
     app.parse(std::move(arguments));
-    fault = platform::argumentFault(app, nullptr);
+    fault = common::argumentFault(app, nullptr);
   } catch (const CLI::CallForHelp&) {
     // Below.
   } catch (const CLI::CallForVersion& version) {
     return Answer{version.what() + std::string("\n"), ExitCode::Success};
   } catch (const CLI::ParseError& error) {
-    fault = platform::argumentFault(app, &error);
+    fault = common::argumentFault(app, &error);
   }
   // The library would also take it for an option's value.
   if (helpWanted) return Answer{app.help(), ExitCode::Success};

@@ -11,7 +11,7 @@
 
 #include "analysis/failure.h"
 #include "analysis/report/fastqc_data.h"
-#include "analysis/report/output_file.h"
+#include "common/files/output_file.h"
 #include "platform/part_file.h"
 #include "platform/program.h"
 
@@ -91,7 +91,7 @@ void FastqcFolder::write(const std::vector<ResultRow>& rows,
     if (error) failAt(folder, error.message());
     const fs::path file = folder / "fastqc_data.txt";
     try {
-      writeFile(file, fastqcData(rows[i].result, places[i].fileName));
+      common::writeFile(file, fastqcData(rows[i].result, places[i].fileName));
     } catch (const std::runtime_error& failure) {
       failAt(file, failure.what());
     }

@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "analysis/failure.h"
-#include "platform/nearest_word.h"
+#include "common/text/nearest_word.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
@@ -56,7 +56,7 @@ Sample makeSample(fs::path path, std::string givenPath) {
 void refuseMisspelled(const std::string& path) {
   std::error_code unknown;
   if (fs::status(platform::pathFromUtf8(path), unknown).type() != fs::file_type::not_found) return;
-  const std::string meant = platform::nearestPath(path);
+  const std::string meant = common::nearestPath(path);
   if (meant.empty()) return;
   throw Failure(ExitCode::FileNotFound, path, path + ": no such file; did you mean " + meant + "?");
 }

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <string_view>
 
+#include "common/text/printable_text.h"
+#include "common/text/utf8.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/printable_text.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 
@@ -23,7 +23,7 @@ std::string_view lastPart(std::string_view path) {
 }
 
 std::size_t listedWidth(const std::string& text) {
-  return static_cast<std::size_t>(standalone::displayWidth(text));
+  return static_cast<std::size_t>(common::displayWidth(text));
 }
 
 }  // namespace
@@ -32,7 +32,7 @@ std::string candidateList(const std::vector<std::string>& candidates, int column
   std::vector<std::string> listed;
   std::size_t widest = 0;
   for (std::size_t i = 0; i < std::min(candidates.size(), kMostListed); ++i) {
-    listed.push_back(standalone::printableText(lastPart(candidates[i])));
+    listed.push_back(common::printableText(lastPart(candidates[i])));
     widest = std::max(widest, listedWidth(listed.back()));
   }
   const auto space = static_cast<std::size_t>(std::max(columns, 1)) + kGap - 1;

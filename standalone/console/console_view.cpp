@@ -8,11 +8,11 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/columns.h"
+#include "common/cli/columns.h"
+#include "common/text/wrapped_text.h"
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/output/html_report.h"
 
 namespace genostat::console {
@@ -31,7 +31,7 @@ standalone::TextStyle chooseStyle() {
   standalone::TextStyle style;
   style.unicode = terminal.isUtf8;
   style.colour = terminal.isTerminal && terminal.movesCursor && environment("NO_COLOR").empty();
-  const int wanted = platform::columnsWanted();
+  const int wanted = common::columnsWanted();
   style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
   return style;
 }
@@ -44,7 +44,7 @@ std::string broken(std::string_view text, int width, std::string_view indent = {
     const std::string_view line = text.substr(begin, end - begin);
     const int space = std::max(1, width - static_cast<int>(indent.size()));
     const auto pieces =
-        line.starts_with(' ') ? std::vector{std::string(line)} : standalone::wrapText(line, space);
+        line.starts_with(' ') ? std::vector{std::string(line)} : common::wrapText(line, space);
     for (const std::string& piece : pieces) {
       lines.append(lines.empty() ? "" : "\n").append(indent).append(piece);
     }
@@ -79,7 +79,7 @@ void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<Outp
   title_ = std::move(title);
   if (!resultsFile_) return;
   style_.colour = false;
-  style_.width = platform::columnsWanted() > 0 ? platform::columnsWanted() : kWidthOfFiles;
+  style_.width = common::columnsWanted() > 0 ? common::columnsWanted() : kWidthOfFiles;
 }
 
 void ConsoleView::showNotice(const std::string& text) {

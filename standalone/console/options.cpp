@@ -7,9 +7,9 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/documents/argument_fault.h"
-#include "platform/documents/help_text.h"
-#include "platform/documents/option_documents.h"
+#include "common/cli/argument_fault.h"
+#include "common/cli/help_text.h"
+#include "common/cli/option_documents.h"
 #include "platform/program.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_options.h"
@@ -20,7 +20,7 @@ namespace genostat::console {
 
 namespace {
 
-using platform::ArgumentFault;
+using common::ArgumentFault;
 using standalone::marked;
 using standalone::quoteForMessage;
 using standalone::translated;
@@ -142,8 +142,8 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
   QcOptions qcOptions;
   ShellOptions shellOptions;
   CLI::App app(translated("Runs command syntax and the quality-control jobs that it submits."), "genostat");
-  platform::shapeHelp(
-      app, platform::helpWidth,
+  common::shapeHelp(
+      app, common::helpWidth,
       {translated("Usage"), translated("Arguments"), translated("Options"), translated("Commands")});
   // In all commands. Extras are collected, so that the error can name what was meant.
   const auto prepare = [](CLI::App& command) {
@@ -154,7 +154,7 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
   };
   prepare(app);
   app.footer(translated(kAbout) + examplesHelp(kExamples) + translated(kExitStatusHelp));
-  platform::offerDocuments(app, "genostat-analysis(1)");
+  common::offerDocuments(app, "genostat-analysis(1)");
   CLI::App& run = *app.add_subcommand("run", translated("run a file of command syntax"));
   prepare(run);
   addRunOptions(run, options);
@@ -170,23 +170,23 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
     arguments.erase(arguments.begin());
     arguments.emplace_back("--help");
   }
-  const bool helpWanted = platform::asksForHelp(arguments);
+  const bool helpWanted = common::asksForHelp(arguments);
   std::reverse(arguments.begin(), arguments.end());
   ArgumentFault fault;
   try {
     app.parse(std::move(arguments));
-    fault = platform::argumentFault(app, nullptr);
+    fault = common::argumentFault(app, nullptr);
   } catch (const CLI::CallForHelp&) {
-    fault = platform::argumentFault(app, nullptr);
+    fault = common::argumentFault(app, nullptr);
   } catch (const CLI::CallForVersion& version) {
     return Answer{version.what() + std::string("\n"), kSuccess};
   } catch (const CLI::ParseError& error) {
-    fault = platform::argumentFault(app, &error);
+    fault = common::argumentFault(app, &error);
   }
   // The library would also take it for an option's value. "genostat hlep --help" asks for the help of a
   // command that does not exist.
   if (helpWanted && fault.kind != ArgumentFault::Kind::UnknownCommand) return Answer{app.help(), kSuccess};
-  const CLI::App& used = platform::usedCommand(app);
+  const CLI::App& used = common::usedCommand(app);
   const std::string program = &used == &app ? "genostat" : "genostat " + used.get_name();
   if (fault.kind != ArgumentFault::Kind::None) return usageError(describeFault(fault), program);
   if (qc.parsed()) return qcOptions;

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/columns.h"
+#include "common/cli/columns.h"
 #include "standalone/console/progress_lines.h"
 #include "standalone/session/host_folders.h"
 #include "standalone/session/job_progress.h"
@@ -85,7 +85,7 @@ void ProgressDisplay::end() {
 
 void ProgressDisplay::run() {
   ProgressFollower follower;
-  const int wanted = platform::columnsWanted();
+  const int wanted = common::columnsWanted();
   std::unique_lock lock(mutex_);
   while (!wake_.wait_for(lock, kRenewal, [this] { return ended_; })) {
     const std::vector<JobStatus> jobs = jobs_;

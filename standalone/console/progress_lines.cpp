@@ -8,10 +8,10 @@
 #include <string_view>
 #include <utility>
 
+#include "common/text/printable_text.h"
+#include "common/text/utf8.h"
 #include "standalone/console/qc_text.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/printable_text.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 
@@ -106,7 +106,7 @@ std::string joinedParts(std::vector<LinePart> parts, int room, bool unicode) {
     }
     return line;
   };
-  while (parts.size() > 1 && standalone::displayWidth(lineOf()) > room) {
+  while (parts.size() > 1 && common::displayWidth(lineOf()) > room) {
     parts.erase(std::ranges::min_element(parts, {}, &LinePart::weight));
   }
   return shortenedName(lineOf(), room, unicode);
@@ -114,7 +114,7 @@ std::string joinedParts(std::vector<LinePart> parts, int room, bool unicode) {
 
 std::string jobLine(const ShownProgress& shown, const LineSpace& space, int room) {
   const std::string name =
-      shown.jobName.empty() ? translated("(unnamed)") : standalone::printableText(shown.jobName);
+      shown.jobName.empty() ? translated("(unnamed)") : common::printableText(shown.jobName);
   std::vector<LinePart> parts = {{shortenedName(name, std::max(room / 3, kLeastName), space.unicode), 7}};
   if (!shown.progress) {
     parts.push_back({clockText(std::floor(shown.elapsed)), 6});
@@ -147,7 +147,7 @@ std::string bar(const SampleProgress& sample, int width, bool unicode) {
 }
 
 std::string padded(std::string text, int width, bool atFront) {
-  const int missing = std::max(width - standalone::displayWidth(text), 0);
+  const int missing = std::max(width - common::displayWidth(text), 0);
   text.insert(atFront ? 0 : text.size(), static_cast<std::size_t>(missing), ' ');
   return text;
 }
@@ -162,8 +162,8 @@ std::vector<std::string> sampleLines(const std::vector<SampleProgress>& samples,
   std::vector<std::string> names;
   int nameWidth = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    names.push_back(shortenedName(standalone::printableText(samples[i].name), nameRoom, space.unicode));
-    nameWidth = std::max(nameWidth, standalone::displayWidth(names.back()));
+    names.push_back(shortenedName(common::printableText(samples[i].name), nameRoom, space.unicode));
+    nameWidth = std::max(nameWidth, common::displayWidth(names.back()));
   }
   std::vector<std::string> lines;
   for (std::size_t i = 0; i < count; ++i) {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/text/utf8.h"
 #include "standalone/syntax/keyword.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 
@@ -50,7 +50,7 @@ class SubcommandWriter {
     const std::size_t column = indent_ + keyword.size() + 1;
     int used = static_cast<int>(column);
     for (std::size_t i = 0; i < values.size(); ++i) {
-      const int width = standalone::displayWidth(values[i]) + 1;
+      const int width = common::displayWidth(values[i]) + 1;
       if (i > 0 && (oneALine || used + width >= kLineWidth)) {
         breakLine(column);
         used = static_cast<int>(column);

@@ -2,10 +2,10 @@
 #include <string>
 #include <vector>
 
+#include "common/text/wrapped_text.h"
 #include "standalone/console/qc_marks.h"
 #include "standalone/console/qc_text.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::console {
@@ -34,7 +34,7 @@ std::string titleOf(const QcFinding& finding) {
 
 // All of a name where there is no style.
 std::string shownName(const std::string& name, const standalone::TextStyle* style) {
-  const std::string printable = standalone::printableText(name);
+  const std::string printable = common::printableText(name);
   return style != nullptr ? shortenedName(printable, style->width / 2, style->unicode) : printable;
 }
 
@@ -52,7 +52,7 @@ std::string namesOf(const std::vector<std::string>& samples, const standalone::T
 std::string paragraph(std::string_view text, const std::string& mark, const standalone::TextStyle& style) {
   std::string lines;
   std::string front = "  " + mark + ' ';
-  for (const std::string& line : standalone::wrapText(text, style.width - kMarkIndent)) {
+  for (const std::string& line : common::wrapText(text, style.width - kMarkIndent)) {
     lines += front + line + '\n';
     front = std::string(kMarkIndent, ' ');
   }

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "common/text/wrapped_text.h"
 #include "standalone/console/qc_checks.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
 
@@ -95,7 +95,7 @@ std::string columnHelp() {
     text += (text.empty() ? "" : "; ") + translated(label, {names});
   }
   std::string lines;
-  for (const std::string& line : standalone::wrapText(text + '.', kHelpWidth)) {
+  for (const std::string& line : common::wrapText(text + '.', kHelpWidth)) {
     lines += line + '\n';
   }
   return lines + '\n';

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "common/text/nearest_word.h"
 #include "platform/launcher_folder.h"
-#include "platform/nearest_word.h"
 #include "platform/program.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/system_reason.h"
@@ -57,7 +57,7 @@ std::string faultOfFile(const std::string& name) {
     // Not every command line fills in the names.
     if (name.find_first_of("*?") != std::string::npos)
       return translated("no such file or folder; name the folder instead of a pattern");
-    const std::string meant = platform::nearestPath(name);
+    const std::string meant = common::nearestPath(name);
     return meant.empty() ? translated("no such file or folder")
                          : translated("no such file or folder; did you mean {1}?", {meant});
   }

@@ -5,12 +5,12 @@
 #include <string_view>
 #include <utility>
 
+#include "common/text/utf8.h"
+#include "common/text/wrapped_text.h"
 #include "standalone/console/qc_marks.h"
 #include "standalone/console/qc_text.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/output/number_format.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 
@@ -31,9 +31,9 @@ struct ShownColumn {
 
   // When all cells are there.
   void measure() {
-    width = standalone::displayWidth(header);
+    width = common::displayWidth(header);
     for (const std::string& cell : cells) {
-      width = std::max(width, standalone::displayWidth(cell));
+      width = std::max(width, common::displayWidth(cell));
     }
   }
 };
@@ -46,8 +46,8 @@ std::string blanks(int count) {
 std::size_t fittingBytes(std::string_view text, int width) {
   std::size_t end = 0;
   while (end < text.size()) {
-    const standalone::CodePoint point = standalone::codePointAt(text, end);
-    width -= standalone::codePointWidth(point.value);
+    const common::CodePoint point = common::codePointAt(text, end);
+    width -= common::codePointWidth(point.value);
     if (width < 0) break;
     end += point.size;
   }
@@ -75,7 +75,7 @@ std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool
     }
     const std::array<std::string, 8> cells = {shortCount(sample.reads),
                                               shortCount(sample.bases),
-                                              standalone::printableText(sample.length),
+                                              common::printableText(sample.length),
                                               decimals(sample.gc, 1),
                                               decimals(sample.duplicates, 1),
                                               decimals(sample.quality, 1),
@@ -107,16 +107,16 @@ std::string emphasised(const std::string& text, const standalone::TextStyle& sty
 std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> columns,
                       const std::vector<QcSample>& samples, const standalone::TextStyle& style) {
   const int nameWidth = names.width;
-  std::string header = names.header + blanks(nameWidth - standalone::displayWidth(names.header));
+  std::string header = names.header + blanks(nameWidth - common::displayWidth(names.header));
   for (const ShownColumn& column : columns) {
-    header += blanks(kGap + column.width - standalone::displayWidth(column.header)) + column.header;
+    header += blanks(kGap + column.width - common::displayWidth(column.header)) + column.header;
   }
   std::string text = emphasised(header, style) + '\n';
   for (std::size_t row = 0; row < samples.size(); ++row) {
-    text += names.cells[row] + blanks(nameWidth - standalone::displayWidth(names.cells[row]));
+    text += names.cells[row] + blanks(nameWidth - common::displayWidth(names.cells[row]));
     for (const ShownColumn& column : columns) {
       const std::string& cell = column.cells[row];
-      text += blanks(kGap + column.width - standalone::displayWidth(cell));
+      text += blanks(kGap + column.width - common::displayWidth(cell));
       text += column.marks ? paintedMarks(samples[row], style) : cell;
     }
     text += '\n';
@@ -127,7 +127,7 @@ std::string drawBlock(const ShownColumn& names, std::span<const ShownColumn> col
 ShownColumn nameColumn(const std::vector<QcSample>& samples, int width, bool unicode) {
   ShownColumn names{translated("Sample"), {}};
   for (const QcSample& sample : samples) {
-    const std::string name = standalone::printableText(sample.name);
+    const std::string name = common::printableText(sample.name);
     const std::string read = sample.read == 0 ? "" : " R" + std::to_string(sample.read);
     names.cells.push_back(shortenedName(name, width - static_cast<int>(read.size()), unicode) + read);
   }
@@ -142,7 +142,7 @@ std::string legend(const standalone::TextStyle& style) {
   for (const QcCheck& check : qcChecks()) {
     std::string entry = std::string(1, check.letter) + ' ' + translated(check.title);
     if (&check != &qcChecks().back()) entry += ',';
-    const int width = standalone::displayWidth(entry) + 1;
+    const int width = common::displayWidth(entry) + 1;
     const bool fits = used > 0 && used + width <= style.width;
     lines += fits ? " " : (used > 0 ? "\n" : "") + blanks(kLegendIndent);
     used = (fits ? used : kLegendIndent - 1) + width;
@@ -162,17 +162,17 @@ std::string legend(const standalone::TextStyle& style) {
 }  // namespace
 
 std::string shortenedName(const std::string& text, int width, bool unicode) {
-  if (standalone::displayWidth(text) <= width) return text;
+  if (common::displayWidth(text) <= width) return text;
   const std::string_view dots = unicode ? "\u2026" : "..";
-  const int room = std::max(width - standalone::displayWidth(dots), 2);
+  const int room = std::max(width - common::displayWidth(dots), 2);
   std::size_t tail = text.size();
-  while (standalone::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
+  while (common::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
     // To the beginning of the character before.
     do
       --tail;
     while (tail > 0 && (static_cast<unsigned char>(text[tail]) & 0xC0U) == 0x80U);
   }
-  const int behind = standalone::displayWidth(std::string_view(text).substr(tail));
+  const int behind = common::displayWidth(std::string_view(text).substr(tail));
   return text.substr(0, fittingBytes(text, room - behind)).append(dots) + text.substr(tail);
 }
 

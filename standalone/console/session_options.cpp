@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/nearest_word.h"
+#include "common/text/nearest_word.h"
 #include "standalone/console/language_choice.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -54,7 +54,7 @@ const CLI::Validator& languageName() {
 std::string describeChoice(std::string_view choices, std::string_view found,
                            std::span<const std::string_view> words) {
   const std::string quoted = standalone::quoteForMessage(found);
-  const auto meant = platform::nearestWord(found, words);
+  const auto meant = common::nearestWord(found, words);
   return meant ? translated("expected {1}, found {2}; did you mean {3}?", {choices, quoted, *meant})
                : translated("expected {1}, found {2}", {choices, quoted});
 }

@@ -5,12 +5,12 @@
 #include <system_error>
 #include <utility>
 
+#include "common/text/utf8.h"
 #include "platform/program.h"
 #include "standalone/console/qc_checks.h"
 #include "standalone/console/shell_help.h"
 #include "standalone/console/shell_word.h"
 #include "standalone/syntax/keyword.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 
@@ -114,7 +114,7 @@ std::vector<std::string> pathsFrom(const std::string& typed) {
     const std::string name = platform::pathToUtf8(entry->path().filename());
     // Nothing that a line could not hold.
     if (!name.starts_with(beginning) || name.find_first_of("\r\n") != std::string::npos) continue;
-    if (standalone::toValidUtf8(name) != name) continue;
+    if (common::toValidUtf8(name) != name) continue;
     if (name.starts_with('.') && beginning.empty()) continue;
     std::error_code unknown;
     paths.push_back(folder + name + (entry->is_directory(unknown) ? "/" : ""));

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "common/text/utf8.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::console {
 

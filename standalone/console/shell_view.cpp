@@ -3,8 +3,8 @@
 #include <sstream>
 #include <vector>
 
+#include "common/text/wrapped_text.h"
 #include "standalone/console/output_file.h"
-#include "standalone/output/display_text.h"
 #include "standalone/output/html_report.h"
 #include "standalone/output/text_table.h"
 
@@ -40,7 +40,7 @@ void ShellView::showText(const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     const bool asItIs = line.empty() || line.starts_with(' ');
-    const auto pieces = asItIs ? std::vector{line} : standalone::wrapText(line, style().width);
+    const auto pieces = asItIs ? std::vector{line} : common::wrapText(line, style().width);
     for (const std::string& piece : pieces) {
       shown += (shown.empty() ? "" : "\n") + piece;
     }

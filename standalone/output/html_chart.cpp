@@ -55,16 +55,16 @@ std::size_t thinChart(Other&) {
 
 void makePrintable(std::vector<std::string>& texts) {
   for (std::string& text : texts) {
-    text = printableText(text);
+    text = common::printableText(text);
   }
 }
 
 void makePrintable(Histogram& histogram) {
-  histogram.variable = printableText(histogram.variable);
+  histogram.variable = common::printableText(histogram.variable);
 }
 
 void makePrintable(ProbabilityPlot& plot) {
-  plot.variable = printableText(plot.variable);
+  plot.variable = common::printableText(plot.variable);
 }
 
 void makePrintable(ScatterMatrix& matrix) {

@@ -73,7 +73,7 @@ std::string messageHtml(std::string_view kind, std::string_view text, const std:
   const std::string word = messageWord(kind);
   return "<div class=\"message " + std::string(kind == "error" || kind == "warning" ? kind : "note") +
          "\" id=\"" + id + "\"><strong>" + escapeHtml(word) + "</strong>\n<pre>" +
-         escapeHtml(text, LineBreaks::Keep) + "</pre></div>\n";
+         escapeHtml(text, common::LineBreaks::Keep) + "</pre></div>\n";
 }
 
 class ReportReader {

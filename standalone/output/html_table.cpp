@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "common/text/utf8.h"
 #include "standalone/output/html_text.h"
 #include "standalone/output/text_grid.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -80,7 +80,8 @@ std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) 
   if (span.text->alignment == Alignment::Right) classes = "number";
   if (header && column >= grid.labelColumns && span.text->alignment == Alignment::Centre) classes = "span";
   if (!header && label && span.rows > 1) classes = "group";
-  const bool shortLabel = label && displayWidth(text) <= (header ? kShortColumnLabel : kShortRowLabel);
+  const bool shortLabel =
+      label && common::displayWidth(text) <= (header ? kShortColumnLabel : kShortRowLabel);
   if (shortLabel && !header) classes += classes.empty() ? "short" : " short";
   if (header && row + span.rows == grid.headerRows && span.rows > 1) more += " data-bottom";
   if (heads) {

@@ -23,9 +23,9 @@ std::string_view entityFor(char c) {
 
 }  // namespace
 
-std::string escapeHtml(std::string_view text, LineBreaks lineBreaks) {
+std::string escapeHtml(std::string_view text, common::LineBreaks lineBreaks) {
   std::string escaped;
-  for (const char c : printableText(text, lineBreaks)) {
+  for (const char c : common::printableText(text, lineBreaks)) {
     const std::string_view entity = entityFor(c);
     if (entity.empty()) {
       escaped += c;

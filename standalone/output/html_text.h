@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
-#include "standalone/syntax/printable_text.h"
+#include "common/text/printable_text.h"
 
 namespace genostat::standalone {
 
 // A text as it stands between tags or inside a double-quoted attribute. Characters that would steer the
 // display are written visibly, invalid UTF-8 becomes U+FFFD.
-std::string escapeHtml(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
+std::string escapeHtml(std::string_view text, common::LineBreaks lineBreaks = common::LineBreaks::Escape);
 
 // A JSON text as it stands inside a script element: the same values, without a character that could end
 // the element or begin a comment.

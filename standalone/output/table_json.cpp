@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "standalone/syntax/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::standalone {
 
@@ -123,7 +123,7 @@ CellValue readCell(const rapidjson::Value& value) {
 }  // namespace
 
 void writeString(JsonWriter& writer, std::string_view text) {
-  const std::string valid = toValidUtf8(text);
+  const std::string valid = common::toValidUtf8(text);
   writer.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
 }
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "standalone/output/display_text.h"
-#include "standalone/syntax/utf8.h"
+#include "common/text/utf8.h"
+#include "common/text/wrapped_text.h"
 
 namespace genostat::standalone {
 
@@ -75,7 +75,7 @@ class BoxDrawer {
   }
 
   static std::string aligned(const std::string& text, int width, Alignment alignment) {
-    const int gap = std::max(width - displayWidth(text), 0);
+    const int gap = std::max(width - common::displayWidth(text), 0);
     const int before = alignment == Alignment::Left ? 0 : alignment == Alignment::Right ? gap : gap / 2;
     return repeat(" ", before) + text + repeat(" ", gap - before);
   }
@@ -93,7 +93,7 @@ class BoxDrawer {
     for (std::size_t column = 0; column < cells.size(); column = spanEnd(cells, column)) {
       const int width = spanWidth(widths_, column, spanEnd(cells, column));
       const GridCell& cell = cells[column];
-      boxes.push_back({wrapText(cell.text, cell.breakable ? width : INT_MAX), width, cell.alignment});
+      boxes.push_back({common::wrapText(cell.text, cell.breakable ? width : INT_MAX), width, cell.alignment});
       height = std::max(height, boxes.back().lines.size());
     }
     std::string text;

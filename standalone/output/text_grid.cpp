@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "standalone/output/display_text.h"
+#include "common/text/wrapped_text.h"
 #include "standalone/output/number_format.h"
 
 namespace genostat::standalone {
@@ -47,8 +47,8 @@ bool anyLabel(const std::vector<LabelPath>& paths) {
 
 GridCell markedCell(const std::string& text, const std::string& mark, const void* region,
                     Alignment alignment) {
-  const std::string shownMark = printableText(mark);
-  return {printableText(text) + shownMark, region, alignment, true, shownMark.size()};
+  const std::string shownMark = common::printableText(mark);
+  return {common::printableText(text) + shownMark, region, alignment, true, shownMark.size()};
 }
 
 GridCell labelCell(const Category& category, bool shown, Alignment alignment = Alignment::Left) {
@@ -96,10 +96,11 @@ void addHeader(TextGrid& grid, const PivotTable& table, const std::vector<LabelP
   grid.headerRows = depth + heading;
   for (std::size_t level = 0; level < grid.headerRows; ++level) {
     std::vector<GridCell>& row = grid.rows.emplace_back(grid.labelColumns, GridCell{{}, &table});
-    if (level + 1 == grid.headerRows && !row.empty()) row.front().text = printableText(table.rowLabel);
+    if (level + 1 == grid.headerRows && !row.empty())
+      row.front().text = common::printableText(table.rowLabel);
     for (const LabelPath& path : columns) {
       if (level < heading) {
-        row.push_back({printableText(table.columnLabel), &table.columns, Alignment::Centre});
+        row.push_back({common::printableText(table.columnLabel), &table.columns, Alignment::Centre});
         continue;
       }
       const std::size_t step = std::min(level - heading, path.size() - 1);

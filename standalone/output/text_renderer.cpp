@@ -1,7 +1,7 @@
 #include "standalone/output/text_renderer.h"
 
+#include "common/text/wrapped_text.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/output/table_json.h"
 #include "standalone/output/text_table.h"
 
@@ -25,7 +25,7 @@ std::string renderText(std::string_view kind, std::string_view text, const TextS
   const std::string_view colour = colourOf(kind);
   std::string rendered;
   if (!colour.empty() && !namesItsKind(text, kind)) rendered.append(kind).append(": ");
-  rendered += printableText(text, LineBreaks::Keep);
+  rendered += common::printableText(text, common::LineBreaks::Keep);
   while (rendered.ends_with('\n')) {
     rendered.pop_back();
   }
@@ -41,7 +41,8 @@ std::string renderItemAsText(std::string_view itemJson, const TextStyle& style) 
   if (type == "table") return '\n' + renderTableAsText(readTable(item), style);
   if (type == "chart") {
     return "\n[" +
-           translated("chart: {1}; shown in HTML output", {printableText(stringMember(item, "title"))}) +
+           translated("chart: {1}; shown in HTML output",
+                      {common::printableText(stringMember(item, "title"))}) +
            "]\n";
   }
   if (type == "text") return renderText(stringMember(item, "kind"), stringMember(item, "text"), style);

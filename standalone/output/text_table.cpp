@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
-#include "standalone/output/display_text.h"
+#include "common/text/utf8.h"
+#include "common/text/wrapped_text.h"
 #include "standalone/output/text_box.h"
 #include "standalone/output/text_grid.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -38,12 +38,12 @@ ColumnNeed measureColumn(const TextGrid& grid, std::size_t column, int lineWidth
     const std::vector<GridCell>& cells = grid.rows[row];
     const GridCell& cell = cells[column];
     if (joined(cells, column) || joined(cells, column + 1)) continue;
-    const int natural = displayWidth(cell.text);
+    const int natural = common::displayWidth(cell.text);
     int narrow = std::clamp(lineWidth / 3, kNarrowest, kNarrowText);
     if (column < grid.labelColumns) {
       narrow = std::max(lineWidth / (static_cast<int>(grid.labelColumns) + 2), kNarrowest);
     }
-    if (grid.isHeader(row)) narrow = std::min(longestWordWidth(cell.text), kNarrowHeader);
+    if (grid.isHeader(row)) narrow = std::min(common::longestWordWidth(cell.text), kNarrowHeader);
     need.least = std::max(need.least, cell.breakable ? std::min(natural, narrow) : natural);
     need.natural = std::max(need.natural, natural);
   }
@@ -61,9 +61,9 @@ void widenSpans(const TextGrid& grid, std::vector<int>& widths, int spare) {
     for (std::size_t begin = 0; begin < cells.size(); begin = spanEnd(cells, begin)) {
       const std::size_t columns = spanEnd(cells, begin) - begin;
       const int width = spanWidth(widths, begin, begin + columns);
-      const int least = std::min(longestWordWidth(cells[begin].text), kNarrowHeader);
+      const int least = std::min(common::longestWordWidth(cells[begin].text), kNarrowHeader);
       // Half a label's worth of blanks would still wrap it.
-      const int whole = displayWidth(cells[begin].text) - width;
+      const int whole = common::displayWidth(cells[begin].text) - width;
       const int missing = whole <= spare ? whole : std::min(least - width, spare);
       for (int i = 0; i < missing; ++i) {
         ++widths[begin + static_cast<std::size_t>(i) % columns];
@@ -78,8 +78,9 @@ int usedWidth(const TextGrid& grid, std::size_t column, int width) {
   int used = 1;
   for (const std::vector<GridCell>& row : grid.rows) {
     if (joined(row, column) || joined(row, column + 1)) continue;
-    for (const std::string& line : wrapText(row[column].text, row[column].breakable ? width : INT_MAX)) {
-      used = std::max(used, displayWidth(line));
+    for (const std::string& line :
+         common::wrapText(row[column].text, row[column].breakable ? width : INT_MAX)) {
+      used = std::max(used, common::displayWidth(line));
     }
   }
   return used;
@@ -177,7 +178,7 @@ void setLabelMarksApart(TextGrid& grid) {
 // Marks hang to the right of the digits, so that those stand below each other.
 void hangMarks(TextGrid& grid) {
   const auto markOf = [](const GridCell& cell) {
-    return displayWidth(std::string_view(cell.text).substr(cell.text.size() - cell.markSize));
+    return common::displayWidth(std::string_view(cell.text).substr(cell.text.size() - cell.markSize));
   };
   for (std::size_t column = grid.labelColumns; column < grid.columnCount(); ++column) {
     int widest = 0;
@@ -220,7 +221,8 @@ std::string renderBoxes(const TextGrid& grid, const TextStyle& style) {
 }
 
 void appendWrapped(std::string& text, const std::string& paragraph, const TextStyle& style) {
-  for (const std::string& line : wrapText(printableText(paragraph), std::max(style.width, kLeastLineWidth))) {
+  for (const std::string& line :
+       common::wrapText(common::printableText(paragraph), std::max(style.width, kLeastLineWidth))) {
     text += line + '\n';
   }
 }

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/text/utf8.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -18,7 +18,7 @@ constexpr int kMostDecimals = 6;
 std::string shorten(const std::string& text) {
   std::size_t end = 0;
   for (std::size_t count = 0; end < text.size() && count < kShownCharacters; ++count) {
-    end += codePointAt(text, end).size;
+    end += common::codePointAt(text, end).size;
   }
   return end < text.size() ? text.substr(0, end) + "..." : text;
 }

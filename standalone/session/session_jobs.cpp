@@ -5,10 +5,10 @@
 #include <thread>
 #include <utility>
 
+#include "common/text/wrapped_text.h"
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
-#include "standalone/output/display_text.h"
 #include "standalone/session/session.h"
 
 namespace genostat::standalone {
@@ -29,7 +29,7 @@ constexpr auto kNoticePatience = 300ms;
 constexpr int kInterruptedStatus = 130;
 
 std::string shownJobName(const std::string& name) {
-  return name.empty() ? translated("(unnamed)") : printableText(name);
+  return name.empty() ? translated("(unnamed)") : common::printableText(name);
 }
 
 }  // namespace

@@ -6,11 +6,11 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/nearest_word.h"
+#include "common/text/nearest_word.h"
+#include "common/text/utf8.h"
 #include "platform/program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -27,7 +27,7 @@ TextFile readTextFile(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
   if (status.type() == std::filesystem::file_type::not_found) {
-    const std::string meant = platform::nearestPath(name);
+    const std::string meant = common::nearestPath(name);
     return {{},
             cannotRead(name, meant.empty() ? translated("no such file")
                                            : translated("no such file; did you mean {1}?", {meant}))};
@@ -52,7 +52,7 @@ TextFile readTextStream(std::istream& stream, const std::string& name) {
     file.text.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
   }
   if (stream.bad()) return {{}, cannotRead(name, translated("reading failed"))};
-  if (file.text.starts_with(kByteOrderMark)) file.text.erase(0, kByteOrderMark.size());
+  if (file.text.starts_with(common::kByteOrderMark)) file.text.erase(0, common::kByteOrderMark.size());
   return file;
 }
 

@@ -7,9 +7,9 @@
 #include <system_error>
 #include <utility>
 
+#include "common/text/utf8.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/command.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -43,7 +43,7 @@ class CommandScanner::Reader {
   explicit Reader(SourcePtr source) : source_(std::move(source)) {
     if (!source_) source_ = std::make_shared<const SourceText>();
     text_ = source_->text;
-    if (text_.starts_with(kByteOrderMark)) position_ = kByteOrderMark.size();
+    if (text_.starts_with(common::kByteOrderMark)) position_ = common::kByteOrderMark.size();
   }
 
   std::optional<ScanResult::Item> next();

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "common/text/printable_text.h"
+#include "common/text/utf8.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/printable_text.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 
@@ -30,7 +30,8 @@ struct Line {
 Line lineAround(std::string_view text, std::size_t position) {
   std::size_t begin = position == 0 ? std::string_view::npos : text.rfind('\n', position - 1);
   begin = begin == std::string_view::npos ? 0 : begin + 1;
-  if (begin == 0 && text.starts_with(kByteOrderMark)) begin = std::min(kByteOrderMark.size(), position);
+  if (begin == 0 && text.starts_with(common::kByteOrderMark))
+    begin = std::min(common::kByteOrderMark.size(), position);
   std::size_t end = std::min(text.find('\n', position), text.size());
   if (end > begin && text[end - 1] == '\r') --end;
   return {begin, end};
@@ -43,17 +44,18 @@ std::size_t countLineFeeds(std::string_view text) {
 std::size_t countCharacters(std::string_view text) {
   std::size_t count = 0;
   for (std::size_t position = 0; position < text.size(); ++count)
-    position += codePointAt(text, position).size;
+    position += common::codePointAt(text, position).size;
   return count;
 }
 
 // A character of a line as it is shown.
 std::string shownCharacter(std::string_view text, std::size_t position) {
-  return printableText(text.substr(position, codePointAt(text, position).size), LineBreaks::Keep);
+  return common::printableText(text.substr(position, common::codePointAt(text, position).size),
+                               common::LineBreaks::Keep);
 }
 
 std::size_t columnsOf(std::string_view shown) {
-  return static_cast<std::size_t>(displayWidth(shown));
+  return static_cast<std::size_t>(common::displayWidth(shown));
 }
 
 // The columns of a text, as far as it is ever shown, or `most` when they are more.
@@ -61,7 +63,7 @@ std::size_t columnsUpTo(std::string_view text, std::size_t most) {
   std::size_t columns = 0;
   for (std::size_t count = 0; !text.empty() && columns < most && count < kCharactersShown; ++count) {
     columns += columnsOf(shownCharacter(text, 0));
-    text.remove_prefix(codePointAt(text, 0).size);
+    text.remove_prefix(common::codePointAt(text, 0).size);
   }
   return std::min(columns, most);
 }
@@ -111,7 +113,7 @@ std::string excerpt(std::string_view text, const Line& line, std::size_t begin, 
     } else if (position < end) {
       carets.append(taken, '~');
     }
-    position += codePointAt(whole, position).size;
+    position += common::codePointAt(whole, position).size;
   }
   if (position < line.end) shown += kEllipsis;
   if (caret == carets.size()) carets += '^';
@@ -131,14 +133,14 @@ DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t col
     const std::size_t lineNumber =
         diagnostic.range->line ? diagnostic.range->line : countLineFeeds(text.substr(0, begin)) + 1;
     const std::size_t column = countCharacters(text.substr(line.begin, begin - line.begin)) + 1;
-    parts.message =
-        printableText(source.name) + ":" + std::to_string(lineNumber) + ":" + std::to_string(column) + ": ";
+    parts.message = common::printableText(source.name) + ":" + std::to_string(lineNumber) + ":" +
+                    std::to_string(column) + ": ";
     parts.excerpt = excerpt(text, line, begin, diagnostic.range->end, columns);
   }
   const bool isError = diagnostic.severity == Diagnostic::Severity::Error;
   parts.message += translated(isError ? "error: {1}" : "warning: {1}",
-                              {printableText(diagnostic.message, LineBreaks::Keep)});
-  parts.hint = printableText(diagnostic.hint, LineBreaks::Keep);
+                              {common::printableText(diagnostic.message, common::LineBreaks::Keep)});
+  parts.hint = common::printableText(diagnostic.hint, common::LineBreaks::Keep);
   return parts;
 }
 
@@ -153,7 +155,7 @@ std::string renderDiagnostic(const Diagnostic& diagnostic) {
 std::string quoteForMessage(std::string_view text) {
   std::size_t end = 0;
   for (std::size_t count = 0; end < text.size() && count < kQuotedCharacters; ++count) {
-    end += codePointAt(text, end).size;
+    end += common::codePointAt(text, end).size;
   }
   std::string quoted = "\"";
   quoted += text.substr(0, end);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/nearest_word.h"
+#include "common/text/nearest_word.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
@@ -38,7 +38,7 @@ std::optional<std::size_t> matchKeyword(std::string_view word, std::span<const s
 
 std::optional<std::string_view> nearestKeyword(std::string_view word,
                                                std::span<const std::string_view> keywords) {
-  return platform::nearestWord(word, keywords);
+  return common::nearestWord(word, keywords);
 }
 
 KeywordFault explainKeyword(std::string_view word, std::span<const std::string_view> keywords,

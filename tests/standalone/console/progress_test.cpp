@@ -1,9 +1,9 @@
 // What is shown of a job that runs, as lines and as a terminal's rows.
 #include <gtest/gtest.h>
 
+#include "common/text/utf8.h"
 #include "standalone/console/live_lines.h"
 #include "standalone/console/progress_lines.h"
-#include "standalone/syntax/utf8.h"
 #include "tests/support/test_screen.h"
 
 namespace genostat::console {
@@ -69,7 +69,7 @@ TEST(ProgressLines, SayWhatIsKnownAndFit) {
     const Lines lines = progressLines(row.shown, row.space);
     EXPECT_EQ(joined(lines), row.lines);
     for (const std::string& line : lines) {
-      EXPECT_TRUE(row.space.width < 4 || standalone::displayWidth(line) < row.space.width) << line;
+      EXPECT_TRUE(row.space.width < 4 || common::displayWidth(line) < row.space.width) << line;
     }
   }
 }

@@ -38,7 +38,7 @@ TEST(HtmlText, LetsNothingBecomeMarkup) {
   for (const auto& row : rows) {
     EXPECT_EQ(escapeHtml(row.text), row.html) << row.text;
   }
-  EXPECT_EQ(escapeHtml("a\n<\t\r", LineBreaks::Keep), "a\n&lt;\t\\r");
+  EXPECT_EQ(escapeHtml("a\n<\t\r", common::LineBreaks::Keep), "a\n&lt;\t\\r");
 }
 
 TEST(HtmlText, KeepsTheValuesOfJsonInAScript) {

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "standalone/output/display_text.h"
+#include "common/text/utf8.h"
+#include "common/text/wrapped_text.h"
 #include "standalone/output/number_format.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/syntax/utf8.h"
 
 namespace genostat::standalone {
 namespace {
@@ -65,18 +65,19 @@ TEST(Utf8, CountsColumnsAndReplacesInvalidBytes) {
       {"\xF4\x90\x80\x80", replacement + replacement + replacement + replacement, 4},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(toValidUtf8(row.text), row.valid) << row.text;
-    EXPECT_EQ(displayWidth(row.text), row.width) << row.text;
+    EXPECT_EQ(common::toValidUtf8(row.text), row.valid) << row.text;
+    EXPECT_EQ(common::displayWidth(row.text), row.width) << row.text;
   }
 }
 
 TEST(DisplayText, ShowsWhatWouldSteerATerminal) {
-  EXPECT_EQ(printableText("a\tb\r\nc\x1B[2J\x7F"), "a\\tb\\r\\nc\\x1B[2J\\x7F");
-  EXPECT_EQ(printableText(std::string("\0\xC2\x9B"
-                                      "1m\xE2\x80\xAE",
-                                      8)),
+  EXPECT_EQ(common::printableText("a\tb\r\nc\x1B[2J\x7F"), "a\\tb\\r\\nc\\x1B[2J\\x7F");
+  EXPECT_EQ(common::printableText(std::string("\0\xC2\x9B"
+                                              "1m\xE2\x80\xAE",
+                                              8)),
             "\\x00\\x9B1m\\u202E");
-  EXPECT_EQ(printableText("a\n\tb\r\x1B\xFF", LineBreaks::Keep), "a\n\tb\\r\\x1B\xEF\xBF\xBD");
+  EXPECT_EQ(common::printableText("a\n\tb\r\x1B\xFF", common::LineBreaks::Keep),
+            "a\n\tb\\r\\x1B\xEF\xBF\xBD");
 }
 
 TEST(DisplayText, WrapsLines) {
@@ -97,7 +98,7 @@ TEST(DisplayText, WrapsLines) {
       {"e\xCC\x81x", 1, "[e\xCC\x81][x]"},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(join(wrapText(row.text, row.width)), row.expected) << row.text;
+    EXPECT_EQ(join(common::wrapText(row.text, row.width)), row.expected) << row.text;
   }
 }
 
@@ -231,9 +232,9 @@ TEST(TextTable, KeepsItsShapeAtEveryWidth) {
     for (std::size_t begin = 0; begin < rendered.size();) {
       const std::size_t end = rendered.find('\n', begin);
       const std::string line = rendered.substr(begin, end - begin);
-      EXPECT_LE(displayWidth(line), width) << rendered;
-      if (line.starts_with('+')) boxWidth = displayWidth(line);
-      EXPECT_TRUE(!line.starts_with('|') || displayWidth(line) == boxWidth) << rendered;
+      EXPECT_LE(common::displayWidth(line), width) << rendered;
+      if (line.starts_with('+')) boxWidth = common::displayWidth(line);
+      EXPECT_TRUE(!line.starts_with('|') || common::displayWidth(line) == boxWidth) << rendered;
       begin = end + 1;
     }
   }

@@ -8,7 +8,7 @@ namespace CLI {
 class App;
 }
 
-namespace genostat::platform {
+namespace genostat::common {
 
 // Gives a program the hidden option --generate man|bash|zsh|fish, which prints that document and ends parsing
 // as
@@ -26,4 +26,4 @@ namespace genostat::platform {
 // - options of the empty group and subcommands of the empty group stay out.
 void offerDocuments(CLI::App& program, std::string seeAlso);
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

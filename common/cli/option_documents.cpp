@@ -1,4 +1,4 @@
-#include "platform/documents/option_documents.h"
+#include "common/cli/option_documents.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,9 +8,9 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/documents/program_model.h"
+#include "common/cli/program_model.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -128,4 +128,4 @@ void offerDocuments(CLI::App& program, std::string seeAlso) {
   program.add_option_function<std::string>("--generate", generate)->group("");
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,10 +1,10 @@
-#include "standalone/syntax/utf8.h"
+#include "common/text/utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 namespace {
 
@@ -86,4 +86,4 @@ int displayWidth(std::string_view text) {
   return width;
 }
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

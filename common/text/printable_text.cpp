@@ -1,10 +1,10 @@
-#include "standalone/syntax/printable_text.h"
+#include "common/text/printable_text.h"
 
 #include <cstddef>
 
-#include "standalone/syntax/utf8.h"
+#include "common/text/utf8.h"
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 namespace {
 
@@ -56,4 +56,4 @@ std::string printableText(std::string_view text, LineBreaks lineBreaks) {
   return printable;
 }
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

@@ -1,4 +1,4 @@
-#include "platform/documents/help_text.h"
+#include "common/cli/help_text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -9,12 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "platform/columns.h"
-#include "platform/documents/program_model.h"
-#include "platform/documents/shell_words.h"
+#include "common/cli/columns.h"
+#include "common/cli/program_model.h"
+#include "common/cli/shell_words.h"
 #include "platform/program.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -224,10 +224,10 @@ void shapeHelp(CLI::App& program, std::function<int()> width, HelpWords words) {
 
 int helpWidth() {
   const int wanted = columnsWanted();
-  Terminal terminal = standardOutputTerminal();
+  platform::Terminal terminal = platform::standardOutputTerminal();
   // A pager shows it in the terminal that errors go to.
-  if (!terminal.isTerminal) terminal = standardErrorTerminal();
+  if (!terminal.isTerminal) terminal = platform::standardErrorTerminal();
   return std::clamp(wanted > 0 ? wanted : terminal.width, 40, 100);
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -8,7 +8,7 @@ namespace CLI {
 class App;
 }
 
-namespace genostat::platform {
+namespace genostat::common {
 
 // The words that are no option's own.
 struct HelpWords {
@@ -26,4 +26,4 @@ void shapeHelp(CLI::App& program, std::function<int()> width, HelpWords words = 
 // The columns that help may take: COLUMNS, or the terminal's, or 80; no less than 40 and no more than 100.
 int helpWidth();
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,8 +1,8 @@
 // Completion for fish: one line for each option.
-#include "platform/documents/program_model.h"
-#include "platform/documents/shell_words.h"
+#include "common/cli/program_model.h"
+#include "common/cli/shell_words.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::string fishCompletion(const ProgramModel& model) {
   return out;
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,4 +1,4 @@
-#include "platform/nearest_word.h"
+#include "common/text/nearest_word.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 
 #include "platform/program.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -71,15 +71,15 @@ std::string nearestPath(const std::string& path) {
   namespace fs = std::filesystem;
   // Nobody waits for a guess from a folder of millions.
   constexpr std::size_t kMostNames = 10'000;
-  fs::path given = pathFromUtf8(path);
+  fs::path given = platform::pathFromUtf8(path);
   if (!given.has_filename()) given = given.parent_path();
-  const std::string name = pathToUtf8(given.filename());
+  const std::string name = platform::pathToUtf8(given.filename());
   const fs::path folder = given.parent_path();
   std::vector<std::string> names;
   std::error_code error;
   for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
        !error && entry != end && names.size() < kMostNames; entry.increment(error)) {
-    names.push_back(pathToUtf8(entry->path().filename()));
+    names.push_back(platform::pathToUtf8(entry->path().filename()));
   }
   // The same guess each time.
   std::sort(names.begin(), names.end());
@@ -92,4 +92,4 @@ std::string nearestPath(const std::string& path) {
   return path.substr(0, path.rfind(name)) + std::string(*nearest);
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,8 +1,8 @@
-#include "platform/documents/shell_words.h"
+#include "common/cli/shell_words.h"
 
 #include <algorithm>
 
-namespace genostat::platform {
+namespace genostat::common {
 
 std::string joinWords(const std::vector<std::string>& words, std::string_view separator) {
   std::string out;
@@ -39,4 +39,4 @@ std::string functionName(std::string program) {
   return program;
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

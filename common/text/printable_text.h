@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 enum class LineBreaks { Escape, Keep };
 
@@ -12,4 +12,4 @@ enum class LineBreaks { Escape, Keep };
 // Invalid UTF-8 becomes U+FFFD. `Keep` lets line feeds and tabs through, for texts of several lines.
 std::string printableText(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

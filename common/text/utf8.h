@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 // May open a UTF-8 text; it is no part of it.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -27,4 +27,4 @@ std::string toValidUtf8(std::string_view text);
 int codePointWidth(char32_t codePoint);
 int displayWidth(std::string_view text);
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

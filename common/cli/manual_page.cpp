@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/documents/program_model.h"
+#include "common/cli/program_model.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -177,4 +177,4 @@ std::string manualPage(const ProgramModel& model, const std::string& seeAlso) {
   return out;
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

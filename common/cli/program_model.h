@@ -9,7 +9,7 @@ namespace CLI {
 class App;
 }
 
-namespace genostat::platform {
+namespace genostat::common {
 
 // What a value may be.
 struct ValueModel {
@@ -60,4 +60,4 @@ std::string bashCompletion(const ProgramModel& model);
 std::string zshCompletion(const ProgramModel& model);
 std::string fishCompletion(const ProgramModel& model);
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,11 +1,11 @@
-#include "platform/columns.h"
+#include "common/cli/columns.h"
 
 #include <charconv>
 #include <cstdlib>
 #include <string_view>
 #include <system_error>
 
-namespace genostat::platform {
+namespace genostat::common {
 
 int columnsWanted() {
   constexpr int kNarrowest = 20;
@@ -19,4 +19,4 @@ int columnsWanted() {
   return usable ? columns : 0;
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "standalone/syntax/printable_text.h"
+#include "common/text/printable_text.h"
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 // Breaks a printable text into lines of at most `width` columns: at blanks, in a longer word
 // behind `_`, `-`, `/`, `\`, `,` or `;`, and else anywhere. At least one line.
@@ -16,4 +16,4 @@ std::vector<std::string> wrapText(std::string_view text, int width);
 // The columns of the longest piece that wrapText would not like to break.
 int longestWordWidth(std::string_view text);
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

@@ -8,7 +8,7 @@
 
 #include "platform/part_file.h"
 
-namespace genostat::analysis {
+namespace genostat::common {
 
 // Written beside the target under a passing name and moved to its own by commit(), which also removes what
 // runs that were killed have left in that folder. Without a commit nothing stays. A link is followed; what is
@@ -30,4 +30,4 @@ class OutputFile {
 // Writes a whole file in the way of OutputFile.
 void writeFile(const std::filesystem::path& target, std::string_view text);
 
-}  // namespace genostat::analysis
+}  // namespace genostat::common

@@ -1,10 +1,10 @@
-#include "analysis/report/output_file.h"
+#include "common/files/output_file.h"
 
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
 
-namespace genostat::analysis {
+namespace genostat::common {
 
 namespace {
 
@@ -55,4 +55,4 @@ void writeFile(const std::filesystem::path& target, std::string_view text) {
   file.commit();
 }
 
-}  // namespace genostat::analysis
+}  // namespace genostat::common

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace genostat::platform {
+namespace genostat::common {
 
 std::string joinWords(const std::vector<std::string>& words, std::string_view separator = " ");
 // One word, whatever it holds, for bash and zsh.
@@ -15,4 +15,4 @@ std::string fishQuoted(std::string_view text);
 // A name that a shell function may bear.
 std::string functionName(std::string program);
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,4 +1,4 @@
-#include "platform/documents/argument_fault.h"
+#include "common/cli/argument_fault.h"
 
 #include <CLI/CLI.hpp>
 
@@ -6,10 +6,10 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/documents/program_model.h"
-#include "platform/nearest_word.h"
+#include "common/cli/program_model.h"
+#include "common/text/nearest_word.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -111,4 +111,4 @@ bool asksForHelp(const std::vector<std::string>& arguments) {
   return false;
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

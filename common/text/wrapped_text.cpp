@@ -1,11 +1,11 @@
-#include "standalone/output/display_text.h"
+#include "common/text/wrapped_text.h"
 
 #include <algorithm>
 #include <cstddef>
 
-#include "standalone/syntax/utf8.h"
+#include "common/text/utf8.h"
 
-namespace genostat::standalone {
+namespace genostat::common {
 
 namespace {
 
@@ -76,4 +76,4 @@ int longestWordWidth(std::string_view text) {
   return longest;
 }
 
-}  // namespace genostat::standalone
+}  // namespace genostat::common

@@ -10,7 +10,7 @@ class App;
 class ParseError;
 }  // namespace CLI
 
-namespace genostat::platform {
+namespace genostat::common {
 
 struct ArgumentFault {
   enum class Kind {
@@ -39,4 +39,4 @@ ArgumentFault argumentFault(const CLI::App& program, const CLI::ParseError* erro
 // Whether -h or --help is among the arguments, so that help wins over all that is wrong with them.
 bool asksForHelp(const std::vector<std::string>& arguments);
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace genostat::platform {
+namespace genostat::common {
 
 // The one of `words` nearest to a misspelled one, or none when all are far off. ASCII letters count without
 // regard to case, and the word may be cut short. A view of one of `words`.
@@ -21,4 +21,4 @@ std::optional<std::string_view> nearestWord(std::string_view word, std::span<con
 // meant; empty when there is none.
 std::string nearestPath(const std::string& path);
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,10 +1,10 @@
 // Completion for bash: one function that looks for the command among the words before the cursor.
 #include <string_view>
 
-#include "platform/documents/program_model.h"
-#include "platform/documents/shell_words.h"
+#include "common/cli/program_model.h"
+#include "common/cli/shell_words.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::string bashCompletion(const ProgramModel& model) {
          function + ' ' + program + '\n';
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common

@@ -1,10 +1,10 @@
 // Completion for zsh: specifications for its _arguments function.
 #include <string_view>
 
-#include "platform/documents/program_model.h"
-#include "platform/documents/shell_words.h"
+#include "common/cli/program_model.h"
+#include "common/cli/shell_words.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::string zshCompletion(const ProgramModel& model) {
          cases + "      esac\n      ;;\n  esac\n}\n" + function + " \"$@\"\n";
 }
 
-}  // namespace genostat::platform
+}  // namespace genostat::common
