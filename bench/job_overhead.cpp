@@ -14,8 +14,8 @@
 #include "platform/process.h"
 #include "run/base64.h"
 #include "run/launch_command.h"
-#include "standalone/session/current_scope.h"
-#include "standalone/session/host_folders.h"
+#include "standalone/services/current_scope.h"
+#include "standalone/services/host_folders.h"
 #include "standalone/syntax/command.h"
 #include "tests/support/test_host.h"
 

@@ -39,7 +39,7 @@ STANDALONE = {
     "data": {"data", "syntax"},
 }
 # The rooms of the standalone host may ask for the running session.
-SESSION_DOORS = {"standalone/session/current.h", "standalone/session/command_context.h"}
+SESSION_DOORS = {"standalone/services/current.h", "standalone/session/command_context.h"}
 
 
 def findings(root: pathlib.Path):

@@ -17,7 +17,7 @@
 #include "standalone/console/session_setup.h"
 #include "standalone/language/translation.h"
 #include "standalone/session/session.h"
-#include "standalone/session/text_file.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::console {
 

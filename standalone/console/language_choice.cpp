@@ -7,7 +7,7 @@
 #include "platform/program.h"
 #include "standalone/language/translation.h"
 #include "standalone/language/wanted_languages.h"
-#include "standalone/session/installed_language.h"
+#include "standalone/services/installed_language.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::console {

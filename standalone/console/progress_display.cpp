@@ -10,7 +10,7 @@
 
 #include "common/cli/columns.h"
 #include "standalone/console/progress_lines.h"
-#include "standalone/session/host_folders.h"
+#include "standalone/services/host_folders.h"
 #include "standalone/session/job_progress.h"
 
 namespace genostat::console {

@@ -10,8 +10,8 @@
 #include "standalone/console/qc_text.h"
 #include "standalone/data/record_reader.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/text_file.h"
 #include "standalone/syntax/diagnostic.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::console {
 

@@ -12,10 +12,10 @@
 #include "standalone/console/shell_tables.h"
 #include "standalone/console/shell_working.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/host_folders.h"
+#include "standalone/services/host_folders.h"
 #include "standalone/session/job_progress.h"
-#include "standalone/session/text_file.h"
 #include "standalone/syntax/keyword.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::console {
 

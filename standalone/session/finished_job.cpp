@@ -14,9 +14,9 @@
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
 #include "standalone/session/job_progress.h"
-#include "standalone/session/text_file.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/keyword.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::standalone {
 

@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "standalone/session/client_message.h"
+#include "standalone/services/client_message.h"
 
 namespace genostat::standalone {
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "standalone/session/client_message.h"
+#include "standalone/services/client_message.h"
 
 namespace genostat::standalone {
 

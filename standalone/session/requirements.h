@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "standalone/session/host_folders.h"
+#include "standalone/services/host_folders.h"
 #include "standalone/syntax/command.h"
 
 namespace genostat::standalone {

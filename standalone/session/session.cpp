@@ -8,10 +8,10 @@
 
 #include "platform/program.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/installed_language.h"
-#include "standalone/session/job_metadata.h"
+#include "standalone/services/installed_language.h"
+#include "standalone/services/job_metadata.h"
+#include "standalone/services/string_table_file.h"
 #include "standalone/session/requirements.h"
-#include "standalone/session/string_table_file.h"
 
 namespace genostat::standalone {
 

@@ -17,8 +17,8 @@
 #include "standalone/data/dataset.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/session/current_scope.h"
-#include "standalone/session/job_metadata.h"
+#include "standalone/services/current_scope.h"
+#include "standalone/services/job_metadata.h"
 #include "standalone/syntax/command.h"
 #include "tests/support/test_host.h"
 

@@ -7,10 +7,10 @@
 #include "entry/genostat.h"
 #include "host/message_bus.h"
 #include "platform/process.h"
-#include "standalone/session/current_adapter.h"
-#include "standalone/session/current_scope.h"
-#include "standalone/session/host_folders.h"
-#include "standalone/session/job_metadata.h"
+#include "standalone/services/current_adapter.h"
+#include "standalone/services/current_scope.h"
+#include "standalone/services/host_folders.h"
+#include "standalone/services/job_metadata.h"
 #include "standalone/syntax/command.h"
 
 namespace genostat::test {

@@ -1,4 +1,4 @@
-#include "standalone/session/text_file.h"
+#include "standalone/syntax/text_file.h"
 
 #include <cerrno>
 #include <fstream>

@@ -1,4 +1,4 @@
-#include "standalone/session/event_log.h"
+#include "standalone/services/event_log.h"
 
 #include <chrono>
 #include <cstdio>

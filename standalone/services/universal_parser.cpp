@@ -16,11 +16,11 @@
 
 #include "host/syntax_parser.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
+#include "standalone/services/token_sequence.h"
 #include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
-#include "standalone/syntax/token_sequence.h"
 
 using genostat::standalone::Command;
 using genostat::standalone::CommandError;

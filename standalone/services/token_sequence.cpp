@@ -1,6 +1,6 @@
-#include "standalone/syntax/token_sequence.h"
+#include "standalone/services/token_sequence.h"
 
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 
 ZORV_TokenSequence::ZORV_TokenSequence(bool current)
     : contents_(

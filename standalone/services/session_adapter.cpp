@@ -1,10 +1,10 @@
-#include "standalone/session/session_adapter.h"
+#include "standalone/services/session_adapter.h"
 
 #include <utility>
 
 #include "host/message_bus.h"
 #include "platform/program.h"
-#include "standalone/session/current_adapter.h"
+#include "standalone/services/current_adapter.h"
 #include "standalone/session/finished_job.h"
 
 namespace genostat::standalone {

@@ -6,7 +6,7 @@
 
 #include "host/language.h"
 #include "host/syntax_parser.h"
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 #include "tests/standalone/syntax/syntax_fixture.h"
 
 namespace genostat::standalone {

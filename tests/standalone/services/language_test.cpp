@@ -3,7 +3,7 @@
 
 #include "standalone/language/translation.h"
 #include "standalone/language/wanted_languages.h"
-#include "standalone/session/installed_language.h"
+#include "standalone/services/installed_language.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 
 namespace genostat::standalone {
 

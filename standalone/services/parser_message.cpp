@@ -4,7 +4,7 @@
 
 #include "host/syntax_parser.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 
 using genostat::standalone::Command;
 using genostat::standalone::Diagnostic;

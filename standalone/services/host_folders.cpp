@@ -1,4 +1,4 @@
-#include "standalone/session/host_folders.h"
+#include "standalone/services/host_folders.h"
 
 #include <string>
 #include <utility>

@@ -5,7 +5,7 @@
 
 #include "host/dataset_manager.h"
 #include "standalone/data/dataset.h"
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 
 ServerDataManager* ServerDataManager::GetInstance() {
   static ServerDataManager* const kManager = new ServerDataManager;

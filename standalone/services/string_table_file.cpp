@@ -1,4 +1,4 @@
-#include "standalone/session/string_table_file.h"
+#include "standalone/services/string_table_file.h"
 
 #include <algorithm>
 #include <memory>
@@ -8,7 +8,7 @@
 
 #include "platform/program.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/text_file.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::standalone {
 

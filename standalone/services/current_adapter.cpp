@@ -1,4 +1,4 @@
-#include "standalone/session/current_adapter.h"
+#include "standalone/services/current_adapter.h"
 
 #include <atomic>
 

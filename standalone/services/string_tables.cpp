@@ -9,8 +9,8 @@
 
 #include "platform/program.h"
 #include "standalone/language/language.h"
-#include "standalone/session/host_folders.h"
-#include "standalone/session/string_table_file.h"
+#include "standalone/services/host_folders.h"
+#include "standalone/services/string_table_file.h"
 
 namespace standalone = genostat::standalone;
 namespace platform = genostat::platform;

@@ -1,8 +1,8 @@
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 
 #include <utility>
 
-#include "standalone/session/current_scope.h"
+#include "standalone/services/current_scope.h"
 
 namespace genostat::standalone {
 

@@ -7,7 +7,7 @@
 #include "host/procedure.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/table_json.h"
-#include "standalone/session/current.h"
+#include "standalone/services/current.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace standalone = genostat::standalone;

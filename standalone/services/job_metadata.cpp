@@ -1,4 +1,4 @@
-#include "standalone/session/job_metadata.h"
+#include "standalone/services/job_metadata.h"
 
 #include <string>
 

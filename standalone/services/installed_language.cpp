@@ -1,4 +1,4 @@
-#include "standalone/session/installed_language.h"
+#include "standalone/services/installed_language.h"
 
 #include <set>
 #include <system_error>
@@ -7,7 +7,7 @@
 #include "platform/program.h"
 #include "standalone/language/pseudo_language.h"
 #include "standalone/language/wanted_languages.h"
-#include "standalone/session/string_table_file.h"
+#include "standalone/services/string_table_file.h"
 
 namespace genostat::standalone {
 

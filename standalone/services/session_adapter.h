@@ -11,8 +11,8 @@
 #include <string>
 
 #include "host/language.h"
-#include "standalone/session/client_message.h"
-#include "standalone/session/event_log.h"
+#include "standalone/services/client_message.h"
+#include "standalone/services/event_log.h"
 
 namespace genostat::standalone {
 
