@@ -12,14 +12,14 @@
 
 #include "platform/program.h"
 #include "platform/suspension.h"
-#include "standalone/console/console_view.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
+#include "standalone/console/view/console_view.h"
 #include "standalone/language/translation.h"
 #include "standalone/session/session.h"
 #include "standalone/syntax/text_file.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 namespace {
 
@@ -28,7 +28,7 @@ struct BatchRun {
   explicit BatchRun(std::unique_ptr<ConsoleView> shown) : view(std::move(shown)) {}
 
   const std::unique_ptr<ConsoleView> view;
-  std::optional<standalone::Session> session;
+  std::optional<Session> session;
   enum class Phase { Starting, Running, Interrupted };
   std::atomic<Phase> phase{Phase::Starting};
   std::atomic<bool> progressEnded{false};
@@ -52,32 +52,30 @@ struct BatchRun {
   }
 };
 
-standalone::SourcePtr readSyntax(const std::string& file) {
+SourcePtr readSyntax(const std::string& file) {
   const bool fromStream = file == "-";
   const std::string name = fromStream ? "<stdin>" : file;
-  standalone::TextFile text = fromStream ? standalone::readTextStream(std::cin, name)
-                                         : standalone::readTextFile(platform::pathFromUtf8(file));
+  TextFile text = fromStream ? readTextStream(std::cin, name) : readTextFile(platform::pathFromUtf8(file));
   if (!text.error.empty()) throw UsageError(text.error);
-  return std::make_shared<const standalone::SourceText>(standalone::SourceText{name, std::move(text.text)});
+  return std::make_shared<const SourceText>(SourceText{name, std::move(text.text)});
 }
 
 // What heads the report: the syntax file's name without its ending.
 std::string reportTitle(const std::string& file) {
-  return file == "-" ? standalone::translated("Results")
-                     : platform::pathToUtf8(platform::pathFromUtf8(file).stem());
+  return file == "-" ? translated("Results") : platform::pathToUtf8(platform::pathFromUtf8(file).stem());
 }
 
-int runShown(const RunOptions& options, const std::function<standalone::SourcePtr()>& readText,
+int runShown(const RunOptions& options, const std::function<SourcePtr()>& readText,
              std::unique_ptr<ConsoleView> view, const std::string& title) {
   const auto run = std::make_shared<BatchRun>(std::move(view));
   platform::onSuspend([run] { run->view->suspend(); });
   platform::onInterrupt([run] { run->interrupt(); });
   const auto refuse = [&run](const char* message, int status) {
-    run->view->showNotice(standalone::translated("error: {1}", {message}));
+    run->view->showNotice(translated("error: {1}", {message}));
     return status;
   };
   try {
-    const standalone::SourcePtr syntax = readText();
+    const SourcePtr syntax = readText();
     prepareOutputs(options, *run->view, title);
     run->session.emplace(sessionOptions(options), *run->view, run->view->document());
     run->begin();
@@ -101,10 +99,10 @@ int runBatch(const RunOptions& options) {
       reportTitle(options.file));
 }
 
-int runText(const RunOptions& options, const standalone::SourcePtr& text, std::unique_ptr<ConsoleView> view,
+int runText(const RunOptions& options, const SourcePtr& text, std::unique_ptr<ConsoleView> view,
             const std::string& title) {
   return runShown(
       options, [&] { return text; }, std::move(view), title);
 }
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

@@ -10,7 +10,7 @@
 #include "standalone/services/installed_language.h"
 #include "standalone/syntax/diagnostic.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 namespace {
 
@@ -36,7 +36,7 @@ std::vector<std::string> languagesOfSystem() {
   const auto variable = [](const char* name) {
     return platform::pathToUtf8(platform::environmentPath(name));
   };
-  return standalone::wantedLanguages(
+  return wantedLanguages(
       {variable("LANGUAGE"), variable("LC_ALL"), variable("LC_MESSAGES"), variable("LANG")},
       platform::systemLanguages());
 }
@@ -52,21 +52,20 @@ void chooseLanguage(const std::vector<std::string>& arguments) {
     tableFolders().push_back(platform::pathFromUtf8(home) / "strings");
   }
   tableFolders().push_back(platform::programFolder() / "strings");
-  std::vector<std::string> wanted = standalone::languageNames(valueOf("--language", arguments));
+  std::vector<std::string> wanted = languageNames(valueOf("--language", arguments));
   if (wanted.empty()) wanted = languagesOfSystem();
-  standalone::setLanguage(standalone::firstInstalledLanguage(wanted, tableFolders()));
+  setLanguage(firstInstalledLanguage(wanted, tableFolders()));
 }
 
 std::string missingLanguage(const std::string& name) {
-  for (const std::string& wanted : standalone::languageNames(name)) {
-    if (standalone::installedLanguage(wanted, tableFolders())) return {};
+  for (const std::string& wanted : languageNames(name)) {
+    if (installedLanguage(wanted, tableFolders())) return {};
   }
   std::string installed;
-  for (const std::string& language : standalone::installedLanguages(tableFolders())) {
+  for (const std::string& language : installedLanguages(tableFolders())) {
     installed += (installed.empty() ? "" : ", ") + language;
   }
-  return standalone::translated("there is no language {1}; expected one of: {2}",
-                                {standalone::quoteForMessage(name), installed});
+  return translated("there is no language {1}; expected one of: {2}", {quoteForMessage(name), installed});
 }
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

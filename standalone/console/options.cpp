@@ -16,14 +16,11 @@
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 namespace {
 
 using common::ArgumentFault;
-using standalone::marked;
-using standalone::quoteForMessage;
-using standalone::translated;
 
 constexpr const char* kAbout = marked("\"genostat COMMAND --help\" tells more about a command.\n\n");
 
@@ -195,4 +192,4 @@ std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::ve
   return Answer{app.help(), kUsageError};
 }
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

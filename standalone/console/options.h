@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 enum class OutputFormat { Text, Json, Html };
 
@@ -67,4 +67,4 @@ struct Answer {
 // `arguments` are UTF-8, without the program's name.
 std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::vector<std::string> arguments);
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

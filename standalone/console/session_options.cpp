@@ -12,9 +12,9 @@
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
-const char* const kExitStatusHelp = standalone::marked(
+const char* const kExitStatusHelp = marked(
     "Exit status:\n"
     "  0    everything succeeded\n"
     "  1    a command or a job failed, or output could not be written\n"
@@ -22,8 +22,6 @@ const char* const kExitStatusHelp = standalone::marked(
     "  130  interrupted; all jobs were cancelled\n");
 
 namespace {
-
-using standalone::translated;
 
 std::optional<OutputFormat> formatNamed(std::string_view name) {
   if (name == "text") return OutputFormat::Text;
@@ -53,7 +51,7 @@ const CLI::Validator& languageName() {
 
 std::string describeChoice(std::string_view choices, std::string_view found,
                            std::span<const std::string_view> words) {
-  const std::string quoted = standalone::quoteForMessage(found);
+  const std::string quoted = quoteForMessage(found);
   const auto meant = common::nearestWord(found, words);
   return meant ? translated("expected {1}, found {2}; did you mean {3}?", {choices, quoted, *meant})
                : translated("expected {1}, found {2}", {choices, quoted});
@@ -109,4 +107,4 @@ void addSessionOptions(CLI::App& command, RunOptions& options) {
       translated("write a report with charts as well: one page, at the end"));
 }
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

@@ -13,7 +13,7 @@ class Option;
 class Validator;
 }  // namespace CLI
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 // The part of a subcommand's footer that explains how the program ends, to be translated.
 extern const char* const kExitStatusHelp;
@@ -39,4 +39,4 @@ const CLI::Validator& notEmpty();
 CLI::Option* addTextOption(CLI::App& command, const char* name, std::string& value, const char* type,
                            const std::string& description);
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

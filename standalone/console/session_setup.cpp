@@ -9,11 +9,9 @@
 #include "platform/program.h"
 #include "standalone/language/translation.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 namespace {
-
-using standalone::translated;
 
 using std::filesystem::path;
 
@@ -38,8 +36,8 @@ path systemTemporaryFolder() {
 
 }  // namespace
 
-standalone::SessionOptions sessionOptions(const RunOptions& options) {
-  standalone::SessionOptions session;
+SessionOptions sessionOptions(const RunOptions& options) {
+  SessionOptions session;
   session.moduleFolder = platform::programFolder();
   session.folders.temporary = absolutePath(options.temporaryFolder);
   if (session.folders.temporary.empty()) {
@@ -82,4 +80,4 @@ void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::str
   view.setFiles(std::move(results), std::move(report), title);
 }
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

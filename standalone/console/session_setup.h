@@ -4,11 +4,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "standalone/console/console_view.h"
 #include "standalone/console/options.h"
+#include "standalone/console/view/console_view.h"
 #include "standalone/session/session.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 
 // The command line cannot be followed; what() is the sentence for the user.
 struct UsageError : std::runtime_error {
@@ -16,10 +16,10 @@ struct UsageError : std::runtime_error {
 };
 
 // Throws UsageError.
-standalone::SessionOptions sessionOptions(const RunOptions& options);
+SessionOptions sessionOptions(const RunOptions& options);
 
 // Makes sure of the files before the work begins. Throws UsageError, or std::runtime_error for a file that
 // cannot be written.
 void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::string& title);
 
-}  // namespace genostat::console
+}  // namespace genostat::standalone

@@ -2,15 +2,13 @@
 #include <gtest/gtest.h>
 
 #include "common/text/utf8.h"
-#include "standalone/console/live_lines.h"
-#include "standalone/console/progress_lines.h"
+#include "standalone/console/view/live_lines.h"
+#include "standalone/console/view/progress_lines.h"
 #include "tests/support/test_screen.h"
 
-namespace genostat::console {
+namespace genostat::standalone {
 namespace {
 
-using standalone::JobProgress;
-using standalone::SampleProgress;
 using Lines = std::vector<std::string>;
 
 std::string joined(const Lines& lines) {
@@ -108,4 +106,4 @@ TEST(LiveLines, LeaveNothingBehind) {
 }
 
 }  // namespace
-}  // namespace genostat::console
+}  // namespace genostat::standalone

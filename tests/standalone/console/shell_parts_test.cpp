@@ -1,12 +1,12 @@
 // What genostat shell makes of the lines that are typed.
 #include <gtest/gtest.h>
 
-#include "standalone/console/candidate_list.h"
-#include "standalone/console/shell_completion.h"
-#include "standalone/console/shell_help.h"
-#include "standalone/console/shell_input.h"
-#include "standalone/console/shell_tables.h"
-#include "standalone/console/shell_word.h"
+#include "standalone/console/shell/candidate_list.h"
+#include "standalone/console/shell/completion.h"
+#include "standalone/console/shell/help.h"
+#include "standalone/console/shell/input.h"
+#include "standalone/console/shell/tables.h"
+#include "standalone/console/shell/word.h"
 #include "standalone/session/session.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -15,7 +15,7 @@ namespace genostat::test {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace genostat::console;
+using namespace genostat::standalone;
 
 TEST(ShellInput, EndsCommandsWhereTheirSyntaxDoes) {
   // Lines, separated by "|"; the command ends with the last one and not before.

@@ -1,0 +1,221 @@
+#include "standalone/console/qc/request.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "common/text/nearest_word.h"
+#include "platform/launcher_folder.h"
+#include "platform/program.h"
+#include "standalone/console/session_options.h"
+#include "standalone/language/system_reason.h"
+#include "standalone/language/translation.h"
+#include "standalone/syntax/diagnostic.h"
+#include "standalone/syntax/keyword.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void refuseQc(const std::string& message) {
+  throw QcRequestError(translated("error: {1}", {message}));
+}
+
+bool namesFastqFile(const std::string& name) {
+  std::string upper = toUpperAscii(name);
+  if (upper.ends_with(".GZ")) upper.resize(upper.size() - 3);
+  return !upper.starts_with('.') && (upper.ends_with(".FASTQ") || upper.ends_with(".FQ"));
+}
+
+// The files that an analysis of this folder takes, in its order.
+std::vector<std::string> fastqFilesIn(const fs::path& folder, std::error_code& error) {
+  std::vector<std::string> names;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code ignored;
+    std::string name = platform::pathToUtf8(entry->path().filename());
+    if (namesFastqFile(name) && !entry->is_directory(ignored)) names.push_back(std::move(name));
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+// Empty when the file can be analysed, else why not.
+std::string faultOfFile(const std::string& name) {
+  // No string of the command language can hold them.
+  if (name.find_first_of("\r\n") != std::string::npos) return translated("its name holds a line break");
+  const fs::path file = platform::pathFromUtf8(name);
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  if (!fs::exists(status)) {
+    if (name == "-") return translated("a job cannot read standard input; genostat-analysis qc can");
+    // Not every command line fills in the names.
+    if (name.find_first_of("*?") != std::string::npos)
+      return translated("no such file or folder; name the folder instead of a pattern");
+    const std::string meant = common::nearestPath(name);
+    return meant.empty() ? translated("no such file or folder")
+                         : translated("no such file or folder; did you mean {1}?", {meant});
+  }
+  if (!fs::is_regular_file(status)) return translated("it is no regular file");
+  if (!std::ifstream(file, std::ios::binary)) return translated("it cannot be opened");
+  const auto size = fs::file_size(file, error);
+  return !error && size == 0 ? translated("it is empty") : std::string();
+}
+
+// Collects what is wrong with the inputs, one line each.
+class InputCheck {
+ public:
+  explicit InputCheck(QcRequest& request) : request_(request) {}
+
+  void addFile(const std::string& file) {
+    const std::string fault = faultOfFile(file);
+    if (!fault.empty()) addFault(file, fault);
+    request_.files.push_back(file);
+  }
+
+  void addFolder(const std::string& folder) {
+    std::error_code error;
+    const std::vector<std::string> names = fastqFilesIn(platform::pathFromUtf8(folder), error);
+    if (error) return addFault(folder, translatedReason(error.message()));
+    if (names.empty())
+      addFault(folder, translated("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"));
+    const bool ended =
+        folder.ends_with('/') || folder.ends_with(static_cast<char>(fs::path::preferred_separator));
+    for (const std::string& name : names) {
+      addFile(std::string(folder).append(ended ? "" : "/").append(name));
+    }
+  }
+
+  const std::string& faults() const { return faults_; }
+
+ private:
+  void addFault(const std::string& input, const std::string& reason) {
+    if (!faults_.empty()) faults_ += '\n';
+    faults_ +=
+        translated("error: {1}", {translated("cannot read {1}: {2}", {quoteForMessage(input), reason})});
+  }
+
+  QcRequest& request_;
+  std::string faults_;
+};
+
+void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
+  InputCheck check(request);
+  for (const std::string& input : inputs) {
+    std::error_code error;
+    if (!fs::is_directory(platform::pathFromUtf8(input), error)) {
+      check.addFile(input);
+    } else {
+      if (inputs.size() == 1) request.folder = input;
+      check.addFolder(input);
+    }
+  }
+  if (!check.faults().empty()) throw QcRequestError(check.faults());
+}
+
+std::string adapterKeyword(const std::string& adapter) {
+  std::string upper = toUpperAscii(adapter);
+  for (const char* keyword : {"NONE", "ILLUMINA", "NEXTERA"}) {
+    if (upper == keyword) return upper;
+  }
+  if (upper.find_first_not_of("ACGTN") == std::string::npos) {
+    return upper.empty() ? "NONE" : "CUSTOM(" + upper + ")";
+  }
+  constexpr std::array<std::string_view, 3> kAdapters = {"none", "illumina", "nextera"};
+  const std::string choices = translated("none, illumina, nextera or a sequence of A, C, G, T and N");
+  refuseQc("--adapter: " + describeChoice(choices, adapter, kAdapters));
+}
+
+void checkOutputName(const char* option, const std::string& name) {
+  if (name == "-") refuseQc(translated("{1}: expected the name of a file, found -", {option}));
+  // An unquoted *.fastq behind the option would otherwise cost the first of the reads.
+  if (namesFastqFile(platform::pathToUtf8(platform::pathFromUtf8(name).filename())))
+    refuseQc(
+        translated("{1}: {2} is named like reads, which it would replace", {option, quoteForMessage(name)}));
+}
+
+// As text of JSON, in quotes.
+std::size_t jsonSize(const std::string& text) {
+  constexpr std::size_t kLongestEscape = 6;
+  std::size_t size = 2;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    size += byte < 0x20 ? kLongestEscape : c == '"' || c == '\\' ? 2 : 1;
+  }
+  return size;
+}
+
+// The module hands all names to the launcher as one argument, JSON in base64. Where that is too long, it
+// could only say that the job did not start.
+void checkLengthOfNames(const QcRequest& request, const RunOptions& session) {
+  // The result's path and the names of the members.
+  constexpr std::size_t kOtherMembers = 500;
+  std::size_t size = kOtherMembers + request.adapter.size();
+  for (const std::string& file : request.files) {
+    size += jsonSize(file) + 1;
+  }
+  const std::filesystem::path folder =
+      session.homeFolder.empty() ? platform::programFolder() : platform::pathFromUtf8(session.homeFolder);
+  if (size / 3 * 4 <= platform::longestParameters(folder)) return;
+  refuseQc(
+      translated("the names of {1} files are too long for one job; give it the folder they are "
+                 "in, or fewer of them",
+                 {std::to_string(request.files.size())}));
+}
+
+// The name stands in the syntax that the job sends back, in quotes and without.
+std::string checkedName(const std::string& name) {
+  if (name.empty()) return "AUTO";
+  constexpr std::size_t kLongestJobName = 255;
+  if (name.size() > kLongestJobName)
+    refuseQc(translated("--name: a job's name has at most {1} bytes", {std::to_string(kLongestJobName)}));
+  for (const std::string_view word : {"ALL", "LT", "WITH"}) {
+    if (name == word) refuseQc(translated("--name: {1} cannot be the name of a job", {name}));
+  }
+  const bool fits = std::ranges::all_of(name, [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x20 && byte != 0x7F && std::string_view("'\"/*").find(c) == std::string_view::npos;
+  });
+  if (!fits) {
+    refuseQc(translated(
+        "--name: a job's name holds no quotes, slashes, asterisks and control characters, found {1}",
+        {quoteForMessage(name)}));
+  }
+  return name;
+}
+
+}  // namespace
+
+QcRequest checkQcOptions(const QcOptions& options) {
+  QcRequest request;
+  request.adapter = adapterKeyword(options.adapter);
+  request.name = checkedName(options.name);
+  if (!options.descriptives.empty())
+    request.descriptives = parseColumnList("--descriptives", options.descriptives, Wanted::Numbers);
+  if (!options.frequencies.empty())
+    request.frequencies = parseColumnList("--frequencies", options.frequencies, Wanted::Any);
+  if (!options.correlations.empty()) {
+    request.correlations = parseColumnList("--correlations", options.correlations, Wanted::Numbers);
+    if (options.noPearson && !options.spearman && !options.kendall)
+      refuseQc(translated("--no-pearson leaves no coefficient; add --spearman or --kendall"));
+    if (request.correlations.size() < 2)
+      refuseQc(translated("{1}: expected two columns or more", {"--correlations"}));
+  }
+  if (!options.regression.empty()) {
+    QcFormula formula = parseFormula("--regression", options.regression);
+    request.dependent = std::move(formula.dependent);
+    request.predictors = std::move(formula.predictors);
+  }
+  checkOutputName("--csv", options.csvFile);
+  checkOutputName("--to", options.session.outputFile);
+  checkOutputName("--html", options.session.htmlFile);
+  checkOutputName("--events", options.session.eventsFile);
+  checkInputs(options.inputs, request);
+  if (request.folder.empty()) checkLengthOfNames(request, options.session);
+  return request;
+}
+
+}  // namespace genostat::standalone

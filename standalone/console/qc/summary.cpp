@@ -1,0 +1,160 @@
+#include "standalone/console/qc/summary.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+#include "standalone/data/text_import.h"
+#include "standalone/language/translation.h"
+#include "standalone/session/sample_names.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+// Indexed by Verdict.
+constexpr std::array<std::string_view, 4> kQcVerdictWords = {"", marked("pass"), marked("warn"),
+                                                             marked("fail")};
+static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kQcVerdictWords.size());
+
+Dataset importResults(const std::filesystem::path& csv) {
+  ImportRequest request;
+  request.file = csv;
+  request.firstCase = 2;
+  for (const ResultColumn& column : resultColumns()) {
+    ImportColumn& wanted = request.columns.emplace_back();
+    wanted.name = column.name;
+    wanted.kind =
+        column.kind == ResultColumn::Kind::Number ? ImportColumn::Kind::Numeric : ImportColumn::Kind::String;
+  }
+  return importText(request).dataset;
+}
+
+Verdict verdictNamed(std::string_view word) {
+  const auto place = std::ranges::find(kQcVerdictWords, word);
+  return place == kQcVerdictWords.end() ? Verdict::None
+                                        : static_cast<Verdict>(place - kQcVerdictWords.begin());
+}
+
+QcSample sampleAt(const Dataset& results, std::size_t row) {
+  const auto number = [&](std::string_view column) { return results.find(column)->numbers[row]; };
+  QcSample sample;
+  sample.length = results.find("Sequence_length")->texts[row];
+  sample.reads = number("Total_Sequences");
+  sample.bases = number("Total_Bases");
+  sample.gc = number("GC");
+  // Without the digits that the subtraction makes up.
+  sample.duplicates = std::round((100 - number("total_deduplicated_percentage")) * 1e6) / 1e6;
+  sample.quality = number("mean_phred_all_reads");
+  sample.score = number("qc_score");
+  for (std::size_t i = 0; i < kCheckCount; ++i) {
+    sample.verdicts[i] = verdictNamed(results.find(qcChecks()[i].column)->texts[row]);
+  }
+  return sample;
+}
+
+std::uint64_t wholeNumber(double number) {
+  return number >= 0 && number < 1e18 ? static_cast<std::uint64_t>(number) : 0;
+}
+
+CellValue cellOf(double number, int decimals) {
+  return std::isnan(number) ? CellValue{} : numberCell(number, decimals);
+}
+
+}  // namespace
+
+std::string_view verdictWord(Verdict verdict) {
+  return kQcVerdictWords[static_cast<std::size_t>(verdict)];
+}
+
+std::size_t QcSample::count(Verdict verdict) const {
+  return static_cast<std::size_t>(std::ranges::count(verdicts, verdict));
+}
+
+std::string QcSample::label() const {
+  return read == 0 ? name : name + " R" + std::to_string(read);
+}
+
+std::vector<QcSample> readQcSamples(const std::filesystem::path& csv) {
+  const Dataset results = importResults(csv);
+  const std::vector<std::string>& names = results.find("Sample")->texts;
+  std::vector<QcSample> inFileOrder;
+  std::vector<std::uint64_t> reads;
+  for (std::size_t row = 0; row < results.caseCount; ++row) {
+    inFileOrder.push_back(sampleAt(results, row));
+    reads.push_back(wholeNumber(inFileOrder.back().reads));
+  }
+  const auto cleaned = cleanSampleNames(names, reads);
+  std::vector<QcSample> samples;
+  for (std::size_t row = 0; row < cleaned.size(); ++row) {
+    const auto partner = cleaned[row].partner;
+    if (partner && *partner < row) continue;  // shown beside it
+    std::vector<std::size_t> rows = {row};
+    if (partner) rows.push_back(*partner);
+    if (partner && cleaned[row].read > cleaned[*partner].read) std::swap(rows[0], rows[1]);
+    for (const std::size_t member : rows) {
+      QcSample& sample = samples.emplace_back(std::move(inFileOrder[member]));
+      sample.name = cleaned[member].name;
+      sample.read = cleaned[member].read;
+      sample.paired = partner.has_value();
+      sample.first = member == rows.front();
+    }
+  }
+  return samples;
+}
+
+std::vector<std::size_t> worstFirst(const std::vector<QcSample>& samples) {
+  std::vector<std::size_t> worst;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    if (samples[i].count(Verdict::Fail) + samples[i].count(Verdict::Warn) > 0) worst.push_back(i);
+  }
+  std::ranges::stable_sort(worst, std::greater<>(), [&](std::size_t i) {
+    return std::pair(samples[i].count(Verdict::Fail), samples[i].count(Verdict::Warn));
+  });
+  return worst;
+}
+
+PivotTable qcTable(const std::vector<QcSample>& samples) {
+  PivotTable table;
+  table.title = translated("Samples");
+  for (const char* label : {marked("Reads"), marked("Bases"), marked("Length"), marked("GC %"),
+                            marked("Duplicates %"), marked("Mean Quality"), marked("Score")}) {
+    table.columns.push_back({translated(label), {}});
+  }
+  Category checks{translated("Checks"), {}};
+  for (const QcCheck& check : qcChecks()) {
+    checks.children.push_back({translated(check.title), {}});
+  }
+  table.columns.push_back(std::move(checks));
+  for (const QcSample& sample : samples) {
+    if (sample.first) table.rows.push_back({sample.name, {}});
+    if (sample.paired) table.rows.back().children.push_back({"R" + std::to_string(sample.read), {}});
+    if (!sample.paired) table.rows.back().label = sample.label();
+    std::vector<CellValue>& cells = table.cells.emplace_back();
+    cells = {cellOf(sample.reads, 0), cellOf(sample.bases, 0),      textCell(sample.length),
+             cellOf(sample.gc, 1),    cellOf(sample.duplicates, 1), cellOf(sample.quality, 1),
+             cellOf(sample.score, 0)};
+    for (const Verdict verdict : sample.verdicts) {
+      cells.push_back(textCell(verdict == Verdict::None ? std::string() : translated(verdictWord(verdict))));
+    }
+  }
+  return table;
+}
+
+std::vector<QcFinding> findingsOf(const std::vector<QcSample>& samples, Verdict verdict) {
+  std::vector<QcFinding> findings;
+  for (const std::size_t index : worstFirst(samples)) {
+    for (std::size_t i = 0; i < kCheckCount; ++i) {
+      if (samples[index].verdicts[i] != verdict) continue;
+      const QcCheck* check = &qcChecks()[i];
+      auto finding = std::ranges::find(findings, check, &QcFinding::check);
+      if (finding == findings.end()) finding = findings.insert(findings.end(), {check, {}});
+      finding->samples.push_back(samples[index].label());
+    }
+  }
+  return findings;
+}
+
+}  // namespace genostat::standalone

@@ -1,0 +1,28 @@
+// The summary of genostat qc for terminals and text files.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "standalone/console/qc/summary.h"
+#include "standalone/output/text_renderer.h"
+
+namespace genostat::standalone {
+
+// One line for each sample, columns as the style's width allows, in several blocks if it must be, and the
+// legend.
+std::string renderQcTable(const std::vector<QcSample>& samples, const TextStyle& style);
+
+// The checks that failed, and shorter those that warned.
+std::string renderQcFindings(const std::vector<QcSample>& samples, const TextStyle& style);
+
+// The same as a table; without rows when there are none.
+PivotTable qcFindingsTable(const std::vector<QcSample>& samples);
+
+// A printable name in at most so many columns. Names differ at both ends, so the middle goes.
+std::string shortenedName(const std::string& name, int width, bool unicode);
+
+// A count in at most five columns: 9999, 24.3k, 6.81G.
+std::string shortCount(double count);
+
+}  // namespace genostat::standalone

@@ -1,0 +1,80 @@
+// Shows a session on the standard streams.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/suspension.h"
+#include "standalone/console/options.h"
+#include "standalone/console/view/live_lines.h"
+#include "standalone/console/view/output_file.h"
+#include "standalone/console/view/progress_display.h"
+#include "standalone/output/output_document.h"
+#include "standalone/output/text_renderer.h"
+#include "standalone/session/session.h"
+
+namespace genostat::standalone {
+
+class ConsoleView : public SessionView {
+ public:
+  explicit ConsoleView(OutputFormat format);
+
+  // Files that get the results, which then do not go to standard output, and a report. Set before the session
+  // begins; `title` heads the report.
+  void setFiles(std::optional<OutputFile> results, std::optional<OutputFile> report, std::string title);
+
+  OutputDocument& document() { return document_; }
+
+  void showNotice(const std::string& text) override;
+  void showDiagnostic(const Diagnostic& diagnostic) override;
+  void jobsChanged(const std::vector<JobStatus>& jobs) override;
+
+  // From now on tables are as wide as the terminal is by now.
+  void fitToTerminal();
+
+  // Whether the progress of jobs is shown, where standard error is a terminal. It is, from the beginning.
+  void showProgress(bool wanted);
+  // Removes what is shown of progress for good. Any thread; waits for output that is being written.
+  void endProgress() { live_.close(); }
+  // Stops the program for as long as the user wants, with nothing of progress on the terminal.
+  void suspend() { live_.writeAbove(platform::suspendProgram); }
+
+  // Writes what is shown only at the end. False when results could not be written somewhere.
+  bool finish();
+
+ protected:
+  const TextStyle& style() const { return style_; }
+  // Adds items to the document that are shown as `text` where tables are.
+  void showAs(std::string_view text, const std::function<void()>& addItems);
+  // Whole lines for standard error, as they are.
+  void writeLine(const std::string& text);
+
+ private:
+  void show(std::string_view text);
+  void writeOutput(std::string_view text);
+  void writeFile(const OutputFile& file, std::string_view text);
+  std::string report() const;
+  std::string shownDiagnostic(const Diagnostic& diagnostic, const std::string& rendered) const;
+  // The columns in which notices are broken; 0: they are not, for a program or a file.
+  int noticeWidth() const;
+
+  const OutputFormat format_;
+  TextStyle style_;
+  const bool outputIsTerminal_;
+  OutputDocument document_;
+  std::optional<OutputFile> resultsFile_;
+  std::optional<OutputFile> reportFile_;
+  std::string title_;
+  std::string fileText_;    // the tables so far, for the file of results
+  bool recording_ = false;  // an item is added that has been shown
+  bool outputFailed_ = false;
+  LiveLines live_;  // on standard error, and one line at a time there
+  ProgressDisplay progress_;
+  std::vector<JobStatus> jobs_;  // that have not ended
+  bool progressWanted_ = true;
+};
+
+}  // namespace genostat::standalone
