@@ -13,10 +13,10 @@
 #include <utility>
 
 #include "analysis/batch_pool.h"
-#include "analysis/failure.h"
 #include "analysis/fastq/file_source.h"
 #include "analysis/fastq/open_chunks.h"
 #include "analysis/fastq/standard_input.h"
+#include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
 
 namespace genostat::analysis {

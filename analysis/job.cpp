@@ -23,10 +23,10 @@
 #include "analysis/report/result_json.h"
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
-#include "analysis/utf8.h"
 #include "common/cli/columns.h"
 #include "common/files/output_file.h"
 #include "common/text/nearest_word.h"
+#include "common/text/utf8.h"
 #include "platform/program.h"
 
 namespace genostat::analysis {
@@ -35,7 +35,7 @@ namespace {
 
 // The system's narrow encoding, or UTF-8, which no narrow text but ASCII is likely to look like.
 std::filesystem::path pathFromRequest(const std::string& bytes) {
-  return isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
+  return common::isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
 }
 
 // Tells something on standard error, in one line.

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/failure.h"
+#include "analysis/request/failure.h"
 
 namespace genostat::analysis {
 

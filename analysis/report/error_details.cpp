@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 
@@ -28,7 +28,7 @@ constexpr std::array kPlaceholders = {
 };
 
 void writeText(rapidjson::Writer<rapidjson::StringBuffer>& writer, std::string_view text) {
-  const std::string repaired = repairedUtf8(text);
+  const std::string repaired = common::toValidUtf8(text);
   writer.String(repaired.data(), static_cast<rapidjson::SizeType>(repaired.size()));
 }
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/failure.h"
+#include "analysis/request/failure.h"
 
 namespace genostat::analysis {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "analysis/report/number_text.h"
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 
@@ -34,7 +34,7 @@ std::string rangeText(const PositionGroup& group) {
 
 // Control characters, and the others at which some readers end a line, as spaces.
 std::string withoutLineEnds(std::string_view text) {
-  std::string line = repairedUtf8(text);
+  std::string line = common::toValidUtf8(text);
   std::replace_if(
       line.begin(), line.end(),
       [](char c) {

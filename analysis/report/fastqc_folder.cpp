@@ -9,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
-#include "analysis/failure.h"
 #include "analysis/report/fastqc_data.h"
+#include "analysis/request/failure.h"
 #include "common/files/output_file.h"
 #include "platform/part_file.h"
 #include "platform/program.h"

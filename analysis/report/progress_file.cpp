@@ -11,7 +11,7 @@
 #include <system_error>
 
 #include "analysis/report/number_text.h"
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 #include "platform/part_file.h"
 
 namespace genostat::analysis {
@@ -73,7 +73,7 @@ std::string progressJson(const JobProgress::State& state, double seconds) {
   writer.Key("running");
   writer.StartArray();
   for (const JobProgress::Running& sample : state.running) {
-    const std::string name = repairedUtf8(sample.name);
+    const std::string name = common::toValidUtf8(sample.name);
     writer.StartObject();
     writer.Key("name");
     writer.String(name.data(), static_cast<rapidjson::SizeType>(name.size()));

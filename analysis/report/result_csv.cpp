@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "analysis/report/number_text.h"
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 
@@ -37,7 +37,7 @@ constexpr Column kVerdict = {
 
 // Readers find the columns by number as well as by name: neither order nor names may change.
 constexpr std::array kColumns = {
-    Column{"Sample", [](const ResultRow& row) { return repairedUtf8(row.sample); }, false},
+    Column{"Sample", [](const ResultRow& row) { return common::toValidUtf8(row.sample); }, false},
     Column{"Adapter_Type", [](const ResultRow& row) { return std::string(adapterKindName(row.adapter)); },
            false},
     Column{"Total_Sequences", [](const ResultRow& row) { return integerText(row.result.lengths.reads); }},

@@ -10,7 +10,7 @@
 
 #include "analysis/metrics/sample_result.h"
 #include "analysis/report/number_text.h"
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 
@@ -21,7 +21,7 @@ namespace {
 class JsonText {
  public:
   void value(std::string_view text) {
-    const std::string repaired = repairedUtf8(text);
+    const std::string repaired = common::toValidUtf8(text);
     writer_.String(repaired.data(), static_cast<rapidjson::SizeType>(repaired.size()));
   }
   void value(std::uint64_t number) { writer_.Uint64(number); }

@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "analysis/failure.h"
+#include "analysis/request/failure.h"
 
 namespace genostat::analysis {
 

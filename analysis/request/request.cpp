@@ -3,8 +3,8 @@
 #include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
-#include "analysis/failure.h"
 #include "analysis/request/base64.h"
+#include "analysis/request/failure.h"
 
 namespace genostat::analysis {
 

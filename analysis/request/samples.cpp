@@ -5,7 +5,7 @@
 #include <iterator>
 #include <system_error>
 
-#include "analysis/failure.h"
+#include "analysis/request/failure.h"
 #include "common/text/nearest_word.h"
 #include "platform/program.h"
 

@@ -59,6 +59,15 @@ CodePoint codePointAt(std::string_view text, std::size_t position) {
   return {value, size};
 }
 
+bool isValidUtf8(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const CodePoint point = codePointAt(text, i);
+    if (!point.valid) return false;
+    i += point.size;
+  }
+  return true;
+}
+
 std::string toValidUtf8(std::string_view text) {
   std::string valid;
   valid.reserve(text.size());

@@ -20,6 +20,8 @@ struct CodePoint {
 // Reads the code point at `position`, which is inside `text`.
 CodePoint codePointAt(std::string_view text, std::size_t position);
 
+// Well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool isValidUtf8(std::string_view text);
 // The text with each invalid byte replaced by U+FFFD.
 std::string toValidUtf8(std::string_view text);
 

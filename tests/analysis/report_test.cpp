@@ -4,7 +4,7 @@
 #include "analysis/report/error_details.h"
 #include "analysis/report/number_text.h"
 #include "analysis/report/result_csv.h"
-#include "analysis/utf8.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 namespace {
@@ -45,13 +45,13 @@ TEST(ErrorDetails, AreValidJsonWhateverTheNames) {
 
 TEST(Utf8, IsCheckedStrictly) {
   for (const char* good : {"", "abc", "\xC3\xBF", "\xE2\x82\xAC", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"}) {
-    EXPECT_TRUE(isValidUtf8(good)) << good;
-    EXPECT_EQ(repairedUtf8(good), good);
+    EXPECT_TRUE(common::isValidUtf8(good)) << good;
+    EXPECT_EQ(common::toValidUtf8(good), good);
   }
   for (const char* bad :
        {"\xFF", "\xC0\xAF", "\xC3", "a\x80", "\xED\xA0\x80", "\xE0\x80\x80", "\xF4\x90\x80\x80"}) {
-    EXPECT_FALSE(isValidUtf8(bad)) << bad;
-    EXPECT_TRUE(isValidUtf8(repairedUtf8(bad))) << bad;
+    EXPECT_FALSE(common::isValidUtf8(bad)) << bad;
+    EXPECT_TRUE(common::isValidUtf8(common::toValidUtf8(bad))) << bad;
   }
 }
 

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "analysis/failure.h"
 #include "analysis/request/base64.h"
+#include "analysis/request/failure.h"
 #include "analysis/request/samples.h"
 #include "tests/analysis/base64_text.h"
 #include "tests/support/run_program.h"

@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "analysis/crew.h"
-#include "analysis/failure.h"
 #include "analysis/fastq/open_chunks.h"
 #include "analysis/report/result_csv.h"
+#include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
 #include "platform/program.h"
 #include "tests/analysis/packed_text.h"

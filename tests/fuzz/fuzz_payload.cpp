@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "analysis/failure.h"
 #include "analysis/request/base64.h"
+#include "analysis/request/failure.h"
 #include "analysis/request/request.h"
 #include "tests/analysis/base64_text.h"
 #include "tests/fuzz/require.h"
