@@ -27,7 +27,9 @@
 #include "common/files/output_file.h"
 #include "common/text/nearest_word.h"
 #include "common/text/utf8.h"
-#include "platform/program.h"
+#include "platform/environment.h"
+#include "platform/path_text.h"
+#include "platform/terminal.h"
 
 namespace genostat::analysis {
 

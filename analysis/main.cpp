@@ -6,7 +6,8 @@
 
 #include "analysis/job.h"
 #include "analysis/options.h"
-#include "platform/program.h"
+#include "platform/running_program.h"
+#include "platform/terminal.h"
 
 namespace {
 

@@ -16,7 +16,7 @@
 #include "common/cli/help_text.h"
 #include "common/cli/option_documents.h"
 #include "common/text/nearest_word.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::analysis {
 

@@ -16,7 +16,8 @@
 #include <stdexcept>
 
 #include "bench/read_model.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 
 namespace {
 

@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 # The host's headers, and those of the standalone host that a program needs to run a session.
 set(include_dir "${CMAKE_INSTALL_INCLUDEDIR}/genostat")
 install(FILES jobs/geno_stat_algo_manager.h DESTINATION "${include_dir}/jobs")
-install(FILES platform/export.h platform/program.h DESTINATION "${include_dir}/platform")
+install(FILES platform/export.h platform/path_text.h platform/running_program.h DESTINATION "${include_dir}/platform")
 install(DIRECTORY common/text DESTINATION "${include_dir}/common" FILES_MATCHING PATTERN "*.h")
 foreach(room IN ITEMS host standalone/language standalone/services standalone/session standalone/data standalone/syntax standalone/output)
   install(DIRECTORY "${room}/" DESTINATION "${include_dir}/${room}" FILES_MATCHING PATTERN "*.h" PATTERN web EXCLUDE)

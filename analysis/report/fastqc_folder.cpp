@@ -13,7 +13,7 @@
 #include "analysis/request/failure.h"
 #include "common/files/output_file.h"
 #include "platform/part_file.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::analysis {
 

@@ -7,7 +7,7 @@
 
 #include "analysis/request/failure.h"
 #include "common/text/nearest_word.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::analysis {
 

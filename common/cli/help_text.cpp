@@ -12,7 +12,7 @@
 #include "common/cli/columns.h"
 #include "common/cli/program_model.h"
 #include "common/cli/shell_words.h"
-#include "platform/program.h"
+#include "platform/terminal.h"
 
 namespace genostat::common {
 

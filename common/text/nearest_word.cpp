@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::common {
 

@@ -1,6 +1,6 @@
 #include "platform/launcher_folder.h"
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::platform {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::platform {
 

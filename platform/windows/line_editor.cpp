@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::platform {
 

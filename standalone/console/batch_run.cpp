@@ -10,7 +10,9 @@
 #include <thread>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/interrupts.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 #include "platform/suspension.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
@@ -69,7 +71,7 @@ int runShown(const RunOptions& options, const std::function<SourcePtr()>& readTe
              std::unique_ptr<ConsoleView> view, const std::string& title) {
   const auto run = std::make_shared<BatchRun>(std::move(view));
   platform::onSuspend([run] { run->view->suspend(); });
-  platform::onInterrupt([run] { run->interrupt(); });
+  platform::onEachInterrupt([run](platform::Interrupt) { run->interrupt(); });
   const auto refuse = [&run](const char* message, int status) {
     run->view->showNotice(translated("error: {1}", {message}));
     return status;

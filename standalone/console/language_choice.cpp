@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <string_view>
 
-#include "platform/program.h"
+#include "platform/environment.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 #include "standalone/language/translation.h"
 #include "standalone/language/wanted_languages.h"
 #include "standalone/services/installed_language.h"

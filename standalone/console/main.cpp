@@ -2,7 +2,8 @@
 #include <exception>
 #include <variant>
 
-#include "platform/program.h"
+#include "platform/running_program.h"
+#include "platform/terminal.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/language_choice.h"

@@ -10,7 +10,7 @@
 #include "common/cli/argument_fault.h"
 #include "common/cli/help_text.h"
 #include "common/cli/option_documents.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"

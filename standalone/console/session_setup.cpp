@@ -6,7 +6,9 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
+#include "platform/terminal.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {

@@ -16,7 +16,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/data/dataset.h"
 #include "standalone/data/text_import.h"
 #include "standalone/language/translation.h"

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "host/message_bus.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/output/table_json.h"
 
 namespace genostat::standalone {

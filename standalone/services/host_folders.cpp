@@ -5,7 +5,7 @@
 
 #include "host/path_service.h"
 #include "platform/launcher_folder.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/language.h"
 
 namespace genostat::standalone {

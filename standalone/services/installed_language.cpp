@@ -4,7 +4,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/pseudo_language.h"
 #include "standalone/language/wanted_languages.h"
 #include "standalone/services/string_table_file.h"

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "host/message_bus.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/services/current_adapter.h"
 #include "standalone/session/finished_job.h"
 

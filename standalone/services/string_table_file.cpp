@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/text_file.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/language.h"
 #include "standalone/services/host_folders.h"
 #include "standalone/services/string_table_file.h"

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "platform/part_file.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
 #include "standalone/session/job_progress.h"

@@ -1,6 +1,7 @@
 #include "standalone/session/module.h"
 
-#include "platform/program.h"
+#include "platform/dynamic_library.h"
+#include "platform/path_text.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {

@@ -3,7 +3,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/program.h"
+#include "platform/running_program.h"
 
 namespace genostat::standalone {
 

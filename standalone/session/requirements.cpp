@@ -6,8 +6,9 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/path_text.h"
 #include "platform/process.h"
-#include "platform/program.h"
+#include "platform/running_program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"

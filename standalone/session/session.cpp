@@ -6,7 +6,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/program.h"
 #include "standalone/language/translation.h"
 #include "standalone/services/installed_language.h"
 #include "standalone/services/job_metadata.h"

@@ -6,7 +6,8 @@
 #include <utility>
 
 #include "common/text/wrapped_text.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/session/session.h"

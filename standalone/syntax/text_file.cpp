@@ -8,7 +8,7 @@
 
 #include "common/text/nearest_word.h"
 #include "common/text/utf8.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 

@@ -9,7 +9,7 @@
 #include "analysis/report/result_csv.h"
 #include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "tests/analysis/packed_text.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"

@@ -19,8 +19,9 @@
 #include <vector>
 
 #include "platform/part_file.h"
+#include "platform/path_text.h"
 #include "platform/process.h"
-#include "platform/program.h"
+#include "platform/running_program.h"
 
 namespace {
 

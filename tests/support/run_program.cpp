@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 
 namespace genostat::test {
 

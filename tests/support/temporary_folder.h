@@ -4,7 +4,8 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 
 namespace genostat::test {
 

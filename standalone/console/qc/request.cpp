@@ -8,7 +8,8 @@
 
 #include "common/text/nearest_word.h"
 #include "platform/launcher_folder.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"

@@ -9,8 +9,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/environment.h"
 #include "platform/part_file.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/qc/command.h"

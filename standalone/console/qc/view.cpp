@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/console/qc/summary.h"
 #include "standalone/console/qc/text.h"
 #include "standalone/data/record_reader.h"

@@ -6,7 +6,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/shell.h"
 #include "standalone/console/shell/tables.h"

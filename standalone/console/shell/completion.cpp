@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "common/text/utf8.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/console/qc/checks.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/word.h"

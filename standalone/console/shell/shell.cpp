@@ -5,7 +5,9 @@
 #include <thread>
 #include <utility>
 
-#include "platform/program.h"
+#include "platform/environment.h"
+#include "platform/path_text.h"
+#include "platform/running_program.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell/candidate_list.h"

@@ -10,7 +10,7 @@
 
 #include "common/cli/columns.h"
 #include "common/text/wrapped_text.h"
-#include "platform/program.h"
+#include "platform/terminal.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/html_report.h"

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/program.h"
+#include "platform/terminal.h"
 
 namespace genostat::standalone {
 

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "platform/part_file.h"
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <regex>
 
-#include "platform/program.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 

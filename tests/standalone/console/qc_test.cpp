@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "platform/program.h"
+#include "platform/path_text.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 

@@ -1,0 +1,22 @@
+// What the running program knows of itself.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace genostat::platform {
+
+// The program's arguments as UTF-8, without the program's own name.
+std::vector<std::string> commandLineArguments(int argc, const char* const* argv);
+
+// The folder of the running program, links resolved.
+std::filesystem::path programFolder();
+
+// The id of the running process.
+int processId();
+
+// Ends the program at once, without any clean-up.
+[[noreturn]] void exitNow(int status);
+
+}  // namespace genostat::platform
