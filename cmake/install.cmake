@@ -26,7 +26,7 @@ install(FILES CHANGELOG.md README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 # The notices of what is compiled in, from where the packages keep them.
 set(GENOSTAT_NOTICES_DIR /usr/share/doc CACHE PATH "Where each package has a folder with its file copyright")
-set(notices rapidjson-dev libcli11-dev libeigen3-dev libboost-dev libhwy-dev)
+set(notices rapidjson-dev libcli11-dev libeigen3-dev libboost-dev libhwy-dev libfmt-dev)
 if(WIN32)
   # Linked statically there: the compiler's run-time libraries, and zlib.
   list(APPEND notices gcc-mingw-w64-base mingw-w64-common libz-mingw-w64-dev)

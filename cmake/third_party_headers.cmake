@@ -5,7 +5,7 @@
 # one symbolic link in it, and only that directory is put on the search path.
 
 set(GENOSTAT_PACKAGE_INCLUDE_DIR /usr/include CACHE PATH
-    "Where the header-only packages (rapidjson, CLI, hwy) are installed")
+    "Where the header-only packages (rapidjson, CLI, hwy, fmt) are installed")
 
 # genostat_add_header_package(<target> <probe header> <link name> <directory>)
 function(genostat_add_header_package target probe name directory)
@@ -32,4 +32,8 @@ if(NOT GENOSTAT_MODULE_ONLY)
     math/distributions.hpp boost "${GENOSTAT_PACKAGE_INCLUDE_DIR}/boost")
   genostat_add_header_package(third_party::hwy
     highway.h hwy "${GENOSTAT_PACKAGE_INCLUDE_DIR}/hwy")
+  # Debian's compiled half is for this system only; cross builds need the headers alone.
+  genostat_add_header_package(third_party::fmt
+    format.h fmt "${GENOSTAT_PACKAGE_INCLUDE_DIR}/fmt")
+  target_compile_definitions(third_party::fmt INTERFACE FMT_HEADER_ONLY)
 endif()
