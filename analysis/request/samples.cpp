@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "analysis/request/failure.h"
-#include "common/text/nearest_word.h"
+#include "common/files/nearest_path.h"
 #include "platform/path_text.h"
 
 namespace genostat::analysis {

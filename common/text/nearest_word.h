@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace genostat::common {
@@ -16,9 +15,5 @@ std::optional<std::string_view> nearestWord(std::string_view word, std::span<con
 // The same, where a word is near that is reached in `most` steps.
 std::optional<std::string_view> nearestWord(std::string_view word, std::span<const std::string_view> words,
                                             std::size_t most);
-
-// For a path at which nothing is, UTF-8: the path with the last name replaced by one that is there and was
-// meant; empty when there is none.
-std::string nearestPath(const std::string& path);
 
 }  // namespace genostat::common

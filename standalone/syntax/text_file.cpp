@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "common/text/nearest_word.h"
+#include "common/files/nearest_path.h"
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
 #include "standalone/language/system_reason.h"

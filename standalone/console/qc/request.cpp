@@ -6,7 +6,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "common/text/nearest_word.h"
+#include "common/files/nearest_path.h"
 #include "platform/launcher_folder.h"
 #include "platform/path_text.h"
 #include "platform/running_program.h"
