@@ -6,15 +6,14 @@
 #include <filesystem>
 #include <span>
 
+#include "platform/handle.h"
+
 namespace genostat::platform {
 
-// Failures are thrown as std::system_error of the generic category.
+// Failures are thrown as std::system_error.
 class InputFile {
  public:
   explicit InputFile(const std::filesystem::path& path);
-  ~InputFile();
-  InputFile(const InputFile&) = delete;
-  InputFile& operator=(const InputFile&) = delete;
 
   // In bytes, when it was opened.
   std::uint64_t size() const { return size_; }
@@ -24,7 +23,7 @@ class InputFile {
   std::size_t readAt(std::uint64_t offset, std::span<char> into) const;
 
  private:
-  std::intptr_t handle_ = -1;  // as the system knows it
+  Handle file_;
   std::uint64_t size_ = 0;
 };
 

@@ -12,7 +12,7 @@
 #include "analysis/report/fastqc_data.h"
 #include "analysis/request/failure.h"
 #include "common/files/output_file.h"
-#include "platform/part_file.h"
+#include "common/files/part_file.h"
 #include "platform/path_text.h"
 
 namespace genostat::analysis {
@@ -72,7 +72,7 @@ std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
 
 FastqcFolder::FastqcFolder(fs::path folder) : folder_(std::move(folder)) {
   try {
-    platform::tryFolder(folder_);
+    common::tryFolder(folder_);
   } catch (const std::runtime_error& error) {
     failAt(folder_, error.what());
   }

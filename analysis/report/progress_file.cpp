@@ -11,8 +11,8 @@
 #include <system_error>
 
 #include "analysis/report/number_text.h"
+#include "common/files/part_file.h"
 #include "common/text/utf8.h"
-#include "platform/part_file.h"
 
 namespace genostat::analysis {
 
@@ -138,7 +138,7 @@ bool ProgressFile::waitFor(std::chrono::milliseconds time) {
 void ProgressFile::update() {
   try {
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
-    platform::PartFile part(file_.parent_path());
+    platform::LockedFile part = common::createPart(file_.parent_path());
     part.write(progressJson(progress_.state(), elapsed.count()));
     part.moveTo(file_, false);
     written_ = true;

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "common/files/part_file.h"
+
 namespace genostat::common {
 
 namespace {
@@ -28,7 +30,7 @@ OutputFile::OutputFile(const std::filesystem::path& target) : target_(followed(t
   if (std::filesystem::is_directory(target_, ignored)) {
     throw std::runtime_error(std::generic_category().message(EISDIR));
   }
-  if (!std::filesystem::is_other(target_, ignored)) part_.emplace(target_.parent_path());
+  if (!std::filesystem::is_other(target_, ignored)) part_.emplace(createPart(target_.parent_path()));
 }
 
 void OutputFile::write(std::string_view text) {
@@ -42,7 +44,7 @@ void OutputFile::write(std::string_view text) {
 void OutputFile::commit() {
   if (part_) {
     part_->moveTo(target_);
-    platform::removeAbandonedParts(target_.parent_path());
+    removeAbandonedParts(target_.parent_path());
     return;
   }
   errno = 0;

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/part_file.h"
+#include "platform/locked_file.h"
 
 namespace genostat::common {
 
@@ -23,7 +23,7 @@ class OutputFile {
 
  private:
   std::filesystem::path target_;
-  std::optional<platform::PartFile> part_;  // none when the target is no file
+  std::optional<platform::LockedFile> part_;  // none when the target is no file
   std::filebuf device_;
 };
 

@@ -2,7 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "platform/posix/descriptor.h"
 
 namespace genostat::platform {
 
@@ -16,11 +17,10 @@ PathKind queryPath(const std::string& path) {
 
 InputProbe probeInputFile(const std::string& utf8Path) {
   // Without O_NONBLOCK the probe of a named pipe would wait for a writer.
-  const int file = open(utf8Path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (file < 0) return InputProbe::Unreadable;
+  const Handle file(open(utf8Path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) return InputProbe::Unreadable;
   struct stat status = {};
-  const bool known = fstat(file, &status) == 0;
-  close(file);
+  const bool known = fstat(descriptor(file), &status) == 0;
   if (known && S_ISDIR(status.st_mode)) return InputProbe::Unreadable;
   return known && status.st_size > 0 ? InputProbe::HasData : InputProbe::Empty;
 }

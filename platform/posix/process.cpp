@@ -7,7 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstring>
@@ -16,6 +15,8 @@
 #include <string_view>
 #include <thread>
 #include <vector>
+
+#include "platform/posix/descriptor.h"
 
 namespace genostat::platform {
 
@@ -36,8 +37,8 @@ class PosixProcess : public ChildProcess {
 
   std::uint32_t wait() override {
     siginfo_t info = {};
-    while (waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOWAIT) != 0) {
-      if (errno == EINTR) continue;
+    const auto waitForEnd = [&] { return waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOWAIT); };
+    if (uninterrupted(waitForEnd) != 0) {
       id_ = -1;
       return kLostExitCode;
     }
@@ -83,22 +84,6 @@ class SpawnSetup {
   posix_spawn_file_actions_t actions;
 };
 
-// A file descriptor, closed once.
-class UniqueFd {
- public:
-  explicit UniqueFd(int file) : file_(file) {}
-  ~UniqueFd() {
-    if (file_ >= 0) close(file_);
-  }
-  UniqueFd(const UniqueFd&) = delete;
-  UniqueFd& operator=(const UniqueFd&) = delete;
-
-  int get() const { return file_; }
-
- private:
-  int file_;
-};
-
 struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
 };
@@ -111,10 +96,10 @@ struct ProcessStat {
 // From /proc/ID/stat: "ID (name) state parent ...". The name may hold blanks and parentheses.
 std::optional<ProcessStat> readStat(pid_t id) {
   const std::string path = "/proc/" + std::to_string(id) + "/stat";
-  const UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (file.get() < 0) return std::nullopt;
+  const Handle file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) return std::nullopt;
   char buffer[512];
-  const ssize_t size = read(file.get(), buffer, sizeof(buffer));
+  const ssize_t size = read(descriptor(file), buffer, sizeof(buffer));
   const std::string_view text(buffer, size > 0 ? static_cast<std::size_t>(size) : 0);
   const std::size_t name = text.rfind(')');
   if (name == std::string_view::npos || name + 4 >= text.size()) return std::nullopt;

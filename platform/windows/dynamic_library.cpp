@@ -2,24 +2,16 @@
 
 #include <windows.h>
 
-#include <system_error>
+#include "platform/handle.h"
 
 namespace genostat::platform {
-
-namespace {
-
-std::string systemMessage(DWORD code) {
-  return std::error_code(static_cast<int>(code), std::system_category()).message();
-}
-
-}  // namespace
 
 const char* const kLibrarySuffix = ".dll";
 
 std::unique_ptr<DynamicLibrary> DynamicLibrary::open(const std::filesystem::path& path, std::string& error) {
   HMODULE handle = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
   if (handle == nullptr) {
-    error = systemMessage(GetLastError());
+    error = lastError().message();
     return nullptr;
   }
   return std::unique_ptr<DynamicLibrary>(new DynamicLibrary(handle));

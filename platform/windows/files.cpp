@@ -1,8 +1,6 @@
 #include "platform/files.h"
 
-#include <windows.h>
-
-#include "platform/windows/handle.h"
+#include "platform/windows/kernel_object.h"
 
 namespace genostat::platform {
 
@@ -27,12 +25,11 @@ PathKind queryPath(const std::string& path) {
 }
 
 InputProbe probeInputFile(const std::string& utf8Path) {
-  const UniqueHandle file(CreateFileW(widenUtf8(utf8Path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr),
-                          CloseHandle);
-  if (!file.valid()) return InputProbe::Unreadable;
+  const Handle file = owned(CreateFileW(widenUtf8(utf8Path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) return InputProbe::Unreadable;
   LARGE_INTEGER size = {};
-  if (GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart == 0) return InputProbe::Empty;
+  if (GetFileSizeEx(kernelObject(file), &size) == 0 || size.QuadPart == 0) return InputProbe::Empty;
   return InputProbe::HasData;
 }
 

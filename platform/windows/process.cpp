@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "platform/windows/handle.h"
+#include "platform/windows/kernel_object.h"
 
 namespace genostat::platform {
 
@@ -16,28 +16,28 @@ namespace {
 
 class WindowsProcess : public ChildProcess {
  public:
-  WindowsProcess(UniqueHandle process, DWORD id) : process_(std::move(process)), id_(id) {}
+  WindowsProcess(Handle process, DWORD id) : process_(std::move(process)), id_(id) {}
 
   std::int32_t id() const override { return static_cast<std::int32_t>(id_); }
 
   std::uint32_t wait() override {
-    WaitForSingleObject(process_.get(), INFINITE);
+    WaitForSingleObject(kernelObject(process_), INFINITE);
     DWORD exitCode = 0;
-    GetExitCodeProcess(process_.get(), &exitCode);
+    GetExitCodeProcess(kernelObject(process_), &exitCode);
     return exitCode;
   }
 
  private:
-  UniqueHandle process_;
+  Handle process_;
   DWORD id_;
 };
 
 // When a process was created, in units of 100 ns; none where the system does not say.
 std::optional<std::uint64_t> creationTime(DWORD id) {
-  const UniqueHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id), CloseHandle);
+  const Handle process = owned(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
   FILETIME created = {};
   FILETIME other = {};
-  if (!process.valid() || GetProcessTimes(process.get(), &created, &other, &other, &other) == 0) {
+  if (!process || GetProcessTimes(kernelObject(process), &created, &other, &other, &other) == 0) {
     return std::nullopt;
   }
   return (static_cast<std::uint64_t>(created.dwHighDateTime) << 32) | created.dwLowDateTime;
@@ -48,17 +48,17 @@ bool killTree(DWORD id, std::set<DWORD>& visited);
 // A parent id outlives its process: an entry that is older than `parent` names a predecessor that had
 // the same id, and is a stranger. False when the process table cannot be read.
 bool killChildren(DWORD parent, const std::optional<std::uint64_t>& created, std::set<DWORD>& visited) {
-  const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0), CloseHandle);
-  if (!snapshot.valid()) return false;
+  const Handle snapshot = owned(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  if (!snapshot) return false;
   PROCESSENTRY32 entry = {};
   entry.dwSize = sizeof(entry);
-  if (Process32First(snapshot.get(), &entry) == 0) return false;
+  if (Process32First(kernelObject(snapshot), &entry) == 0) return false;
   do {
     if (entry.th32ParentProcessID != parent) continue;
     const std::optional<std::uint64_t> childCreated = creationTime(entry.th32ProcessID);
     if (created && childCreated && *childCreated < *created) continue;
     killTree(entry.th32ProcessID, visited);
-  } while (Process32Next(snapshot.get(), &entry) != 0);
+  } while (Process32Next(kernelObject(snapshot), &entry) != 0);
   return true;
 }
 
@@ -69,8 +69,8 @@ bool killTree(DWORD id, std::set<DWORD>& visited) {
   if (!killChildren(id, created, visited)) return false;
   bool ended = false;
   {
-    const UniqueHandle process(OpenProcess(PROCESS_TERMINATE, FALSE, id), CloseHandle);
-    ended = process.valid() && TerminateProcess(process.get(), 1) != 0;
+    const Handle process = owned(OpenProcess(PROCESS_TERMINATE, FALSE, id));
+    ended = process && TerminateProcess(kernelObject(process), 1) != 0;
   }
   // A child that was being created while its parent ended may never come to run, but would stay.
   if (ended) killChildren(id, created, visited);
@@ -92,8 +92,8 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const LaunchCommand& command) 
                      &process) == 0) {
     return nullptr;
   }
-  UniqueHandle handle(process.hProcess, CloseHandle);
-  CloseHandle(process.hThread);
+  Handle handle = owned(process.hProcess);
+  owned(process.hThread).close();
   return std::make_unique<WindowsProcess>(std::move(handle), process.dwProcessId);
 }
 

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/part_file.h"
+#include "common/files/part_file.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
@@ -114,7 +114,7 @@ std::string failureOf(const ClientMessage& ended) {
 }
 
 void removeLeftovers(const std::filesystem::path& csv) {
-  platform::removeAbandonedParts(csv.parent_path());
+  common::removeAbandonedParts(csv.parent_path());
   std::error_code ignored;
   std::filesystem::remove(errorDetailsFile(csv), ignored);
   const std::filesystem::path progress = progressFileOf(csv);

@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/part_file.h"
+#include "common/files/part_file.h"
 #include "platform/path_text.h"
 #include "platform/process.h"
 #include "platform/running_program.h"
@@ -66,7 +66,7 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
   const fs::path folder = platform::pathFromNarrow(arguments.at(0)).parent_path();
   const std::string document = decodeBase64(arguments.at(1));
   std::ifstream plan(folder / "plan.txt");
-  std::optional<platform::PartFile> part;
+  std::optional<platform::LockedFile> part;
   for (std::string line; std::getline(plan, line);) {
     const std::string step = line.substr(0, line.find(' '));
     std::string value = step.size() < line.size() ? line.substr(step.size() + 1) : "";
@@ -87,7 +87,7 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
       }
       csv << value;
     } else if (step == "part") {
-      part.emplace(folder).write("half");
+      part.emplace(genostat::common::createPart(folder)).write("half");
     } else if (step == "child") {
       startBeating(program, folder, 1);
     } else if (step == "beat") {

@@ -9,8 +9,8 @@
 #include <string>
 #include <utility>
 
+#include "common/files/part_file.h"
 #include "platform/environment.h"
-#include "platform/part_file.h"
 #include "platform/path_text.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
@@ -59,7 +59,7 @@ void askForFastqcData(const std::string& folder) {
   const std::filesystem::path path = platform::pathFromUtf8(folder);
   const std::filesystem::path absolute = std::filesystem::absolute(path, error);
   try {
-    platform::tryFolder(path);
+    common::tryFolder(path);
   } catch (const std::runtime_error& reason) {
     throw std::runtime_error(
         translated("cannot write into {1}: {2}", {quoteForMessage(folder), translatedReason(reason.what())}));

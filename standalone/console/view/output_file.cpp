@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "platform/part_file.h"
+#include "common/files/part_file.h"
 #include "platform/path_text.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
@@ -24,9 +24,9 @@ OutputFile::OutputFile(const std::string& name) : name_(name) {
   if (fs::exists(status) && !fs::is_regular_file(status)) fail(translated("it is no regular file"));
   const fs::path folder = target_.parent_path();
   if (!fs::is_directory(folder, error)) fail(translated("its folder does not exist"));
-  platform::removeAbandonedParts(folder);
+  common::removeAbandonedParts(folder);
   try {
-    const platform::PartFile probe(folder);
+    common::createPart(folder);
   } catch (const std::runtime_error& reason) {
     fail(reason.what());
   }
@@ -34,7 +34,7 @@ OutputFile::OutputFile(const std::string& name) : name_(name) {
 
 void OutputFile::write(std::string_view text) const {
   try {
-    platform::PartFile part(target_.parent_path());
+    platform::LockedFile part = common::createPart(target_.parent_path());
     part.write(text);
     part.moveTo(target_);
   } catch (const std::runtime_error& reason) {

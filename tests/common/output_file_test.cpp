@@ -8,7 +8,7 @@
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
-namespace genostat::analysis {
+namespace genostat::common {
 namespace {
 
 namespace fs = std::filesystem;
@@ -21,14 +21,14 @@ TEST(OutputFile, AppearsByItsCommitAlone) {
   test::writeWholeFile(target, "old");
   test::writeWholeFile(folder.path() / "77.genostat-part", "of a killed run");
   {
-    common::OutputFile file(target);
+    OutputFile file(target);
     file.write("ha");
     EXPECT_EQ(test::namesIn(folder.path()).size(), 3U);
     file.write("lf");
   }
   EXPECT_EQ(test::namesIn(folder.path()), (Names{"77.genostat-part", "r.csv"}));
   EXPECT_EQ(test::readWholeFile(target), "old");
-  common::writeFile(target, "new");
+  writeFile(target, "new");
   EXPECT_EQ(test::readWholeFile(target), "new");
   EXPECT_EQ(test::namesIn(folder.path()), Names{"r.csv"});
 }
@@ -42,20 +42,20 @@ TEST(OutputFile, FollowsLinksAndFillsPipes) {
       shell(
           "mkdir real && echo old >real/r.csv && ln -s real/r.csv link && ln -s nothing lost && mkfifo pipe"))
     GTEST_SKIP() << "this system has no links or no pipes";
-  common::writeFile(folder.path() / "link", "new");
+  writeFile(folder.path() / "link", "new");
   EXPECT_TRUE(fs::is_symlink(folder.path() / "link"));
   EXPECT_EQ(test::readWholeFile(folder.path() / "real" / "r.csv"), "new");
-  common::writeFile(folder.path() / "lost", "found");
+  writeFile(folder.path() / "lost", "found");
   EXPECT_EQ(test::readWholeFile(folder.path() / "lost"), "found");
   // Made and given up, as a job does before it begins: the reader must not see an end.
-  { const common::OutputFile trial(folder.path() / "pipe"); }
+  { const OutputFile trial(folder.path() / "pipe"); }
   std::string read;
   std::jthread reader([&] { read = test::readWholeFile(folder.path() / "pipe"); });
-  common::writeFile(folder.path() / "pipe", "flow");
+  writeFile(folder.path() / "pipe", "flow");
   reader.join();
   EXPECT_EQ(read, "flow");
   EXPECT_EQ(test::namesIn(folder.path()), (Names{"link", "lost", "pipe", "real"}));
 }
 
 }  // namespace
-}  // namespace genostat::analysis
+}  // namespace genostat::common

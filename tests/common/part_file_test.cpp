@@ -1,5 +1,5 @@
 // Part files of the living and the dead.
-#include "platform/part_file.h"
+#include "common/files/part_file.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include "tests/support/run_program.h"
 #include "tests/support/test_host.h"
 
-namespace genostat::platform {
+namespace genostat::common {
 namespace {
 
 namespace fs = std::filesystem;
@@ -24,7 +24,7 @@ TEST(PartFile, OutlivesNoWriterForLong) {
   host.plan("part\nbeat");
   const std::string base = host.home().string() + "/";
   const auto writer =
-      ChildProcess::start(launchCommand(base + "statisticspython3", base + "genostat.pyc", "e30="));
+      platform::ChildProcess::start(launchCommand(base + "statisticspython3", base + "genostat.pyc", "e30="));
   ASSERT_TRUE(writer);
   for (int i = 0; i < 3000 && host.beats().first < 1; ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -37,7 +37,7 @@ TEST(PartFile, OutlivesNoWriterForLong) {
   ASSERT_EQ(parts().size(), 1U);
   removeAbandonedParts(host.home());
   EXPECT_EQ(parts().size(), 1U) << "its writer is alive";
-  killProcessTree(writer->id());
+  platform::killProcessTree(writer->id());
   writer->wait();
   EXPECT_TRUE(host.beatsStop());
   EXPECT_EQ(parts().size(), 1U);
@@ -66,7 +66,7 @@ TEST(PartFile, KeepsThePermissionsOfWhatItReplaces) {
   test::writeWholeFile(target, "old");
   fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
   const fs::perms before = fs::status(target).permissions();
-  PartFile file(folder.path());
+  platform::LockedFile file = createPart(folder.path());
   file.write("new");
   file.moveTo(target);
   EXPECT_EQ(test::readWholeFile(target), "new");
@@ -84,7 +84,7 @@ TEST(PartFile, MayBeWrittenByManyAtOnce) {
       writers.emplace_back([&, letter] {
         for (int round = 0; round < 100; ++round) {
           try {
-            PartFile file(folder.path());
+            platform::LockedFile file = createPart(folder.path());
             file.write(std::string(5000, letter));
             if (round % 3 == 0) continue;
             file.moveTo(target);
@@ -103,4 +103,4 @@ TEST(PartFile, MayBeWrittenByManyAtOnce) {
 }
 
 }  // namespace
-}  // namespace genostat::platform
+}  // namespace genostat::common

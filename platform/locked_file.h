@@ -1,0 +1,40 @@
+// A file that nobody else takes while it is written.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+#include "platform/handle.h"
+
+namespace genostat::platform {
+
+// The system takes the lock away from a process that ends in whatever way. Failures are thrown as
+// std::system_error, and its text is the system's reason alone.
+class LockedFile {
+ public:
+  // None where something stands at `path`, or where another process is about to remove the new file.
+  static std::optional<LockedFile> create(const std::filesystem::path& path);
+  LockedFile(LockedFile&&) noexcept = default;
+  LockedFile& operator=(LockedFile&&) = delete;
+  // Removes the file unless it was moved to its target.
+  ~LockedFile();
+
+  void write(std::string_view text);
+
+  // Ends the writing and moves the file to `target`, on the same file system, in place of what stands there;
+  // on Posix with the permissions of that. Where it may be in use (on Windows), waits a moment for it if
+  // `patient`.
+  void moveTo(const std::filesystem::path& target, bool patient = true);
+
+ private:
+  LockedFile(std::filesystem::path path, Handle file) : path_(std::move(path)), file_(std::move(file)) {}
+
+  std::filesystem::path path_;
+  Handle file_;  // none when it was moved
+};
+
+// Removes a file unless somebody holds its lock; does what it can and reports no failure.
+void removeUnlocked(const std::filesystem::path& path);
+
+}  // namespace genostat::platform
