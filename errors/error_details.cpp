@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "entry/record/texts.h"
-#include "run/paths.h"
+#include "platform/files.h"
 
 namespace genostat {
 
@@ -16,7 +16,7 @@ std::string errorDetailsPath(const std::string& resultPath) {
 rapidjson::Document readErrorDetails(const std::string& resultPath) {
   rapidjson::Document details;
   const std::string path = errorDetailsPath(resultPath);
-  if (!fileExists(path)) {
+  if (!platform::fileExists(path)) {
     std::cout << texts::kErrorFileNotFound << std::flush;
     return details;
   }
@@ -28,7 +28,7 @@ rapidjson::Document readErrorDetails(const std::string& resultPath) {
   // Iterative, since nothing bounds the depth of what the analysis wrote.
   details.Parse<rapidjson::kParseIterativeFlag>(content.data(), content.size());
   std::cout << texts::kErrorFileContent << content << std::flush;
-  removeIfExists(path);
+  platform::removeIfExists(path);
   return details;
 }
 

@@ -5,7 +5,7 @@
 #include "errors/error_details.h"
 #include "errors/error_templates.h"
 #include "jobs/geno_stat_algo_manager.h"
-#include "run/paths.h"
+#include "platform/files.h"
 
 bool GenoStatAlgoManager::handlePythonError(std::int32_t exitCode, GenoJobSettings& job) {
   if (exitCode == 0) return false;
@@ -15,7 +15,7 @@ bool GenoStatAlgoManager::handlePythonError(std::int32_t exitCode, GenoJobSettin
   // Unsigned, since an exit code may be any 32 bits.
   job.setMessageCode(
       static_cast<std::int32_t>(static_cast<std::uint32_t>(exitCode) + genostat::message_code::kFailureBase));
-  genostat::removeIfExists(job.csvFilePath());
+  genostat::platform::removeIfExists(job.csvFilePath());
   std::string syntax;
   preparePostJobSyntax(&job, syntax, true);
   sendEndGenomicsJobMessage(job, syntax);

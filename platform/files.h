@@ -1,7 +1,8 @@
-// The questions about files that the module asks the operating system.
+// What the module does with files.
 // Paths are byte strings in the system's narrow encoding and are passed on as they are.
 #pragma once
 
+#include <cstdio>
 #include <string>
 
 namespace genostat::platform {
@@ -9,10 +10,16 @@ namespace genostat::platform {
 // The separator that joined paths get: a backslash on Windows, a slash elsewhere.
 extern const char kPathSeparator;
 
-enum class PathKind { Missing, File, Folder };
+// An existing entry that is not a folder. False also when the system does not say.
+bool fileExists(const std::string& path);
+// An existing folder.
+bool directoryExists(const std::string& path);
 
-// What stands at `path`; Missing also when the system does not say.
-PathKind queryPath(const std::string& path);
+// Removes the file if there is one; a folder is left alone. False, with errno set, when it could not be
+// removed.
+inline bool removeIfExists(const std::string& path) {
+  return !fileExists(path) || std::remove(path.c_str()) == 0;
+}
 
 enum class InputProbe { Unreadable, Empty, HasData };
 

@@ -1,9 +1,9 @@
 // The manager's members for result files and generated syntax.
 #include "entry/record/geno_job_settings.h"
 #include "jobs/geno_stat_algo_manager.h"
+#include "platform/files.h"
 #include "results/csv_counts.h"
 #include "results/post_job_syntax.h"
-#include "run/paths.h"
 
 bool GenoStatAlgoManager::parseCSVForCounts(const char* path, std::int32_t& samples,
                                             std::int32_t& variables) {
@@ -21,5 +21,5 @@ void GenoStatAlgoManager::preparePostJobSyntax(const GenoJobSettings* settings, 
 
 void GenoStatAlgoManager::cleanUpCSVFileCreated(GenoJobSettings* settings) {
   // Nobody waits for the outcome.
-  if (settings != nullptr) genostat::removeIfExists(settings->csvFilePath());
+  if (settings != nullptr) genostat::platform::removeIfExists(settings->csvFilePath());
 }

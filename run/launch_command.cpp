@@ -1,7 +1,6 @@
 #include "run/launch_command.h"
 
 #include "platform/files.h"
-#include "run/paths.h"
 
 namespace genostat {
 
@@ -34,7 +33,7 @@ platform::LaunchCommand launchCommand(const std::string& launcher, const std::st
 
 std::string scriptPath(const std::string& installationFolder) {
   const std::string preferred = installationFolder + kScriptsFolder + platform::kPathSeparator + kScriptName;
-  return fileExists(preferred) ? preferred : installationFolder + kScriptName;
+  return platform::fileExists(preferred) ? preferred : installationFolder + kScriptName;
 }
 
 }  // namespace genostat

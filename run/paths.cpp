@@ -1,7 +1,6 @@
 #include "run/paths.h"
 
 #include <chrono>
-#include <cstdio>
 #include <exception>
 
 #include "platform/files.h"
@@ -26,20 +25,12 @@ std::string getFolderPath(const std::string& path) {
   return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
 }
 
-bool fileExists(const std::string& path) {
-  return platform::queryPath(path) == platform::PathKind::File;
-}
-
-bool directoryExists(const std::string& path) {
-  return platform::queryPath(path) == platform::PathKind::Folder;
-}
-
 std::string generateUniqueFilename(const std::string& folder, std::int64_t time) {
   try {
-    if (!directoryExists(folder)) return {};
+    if (!platform::directoryExists(folder)) return {};
     const std::string stamp = std::to_string(time);
     std::string candidate = joinPath(folder, stamp + ".csv");
-    for (int n = 1; n < kMaxCandidates && fileExists(candidate); ++n) {
+    for (int n = 1; n < kMaxCandidates && platform::fileExists(candidate); ++n) {
       candidate = joinPath(folder, stamp + "_" + std::to_string(n) + ".csv");
     }
     return candidate;
@@ -49,13 +40,9 @@ std::string generateUniqueFilename(const std::string& folder, std::int64_t time)
 }
 
 std::string generateUniqueFilename(const std::string& folder) {
-  if (!directoryExists(folder)) return {};
+  if (!platform::directoryExists(folder)) return {};
   const auto now = std::chrono::system_clock::now().time_since_epoch();
   return generateUniqueFilename(folder, std::chrono::floor<std::chrono::seconds>(now).count());
-}
-
-bool removeIfExists(const std::string& path) {
-  return !fileExists(path) || std::remove(path.c_str()) == 0;
 }
 
 }  // namespace genostat

@@ -13,19 +13,11 @@ std::string joinPath(const std::string& base, const std::string& name);
 // The folder part of a path with its final separator; empty when there is none.
 std::string getFolderPath(const std::string& path);
 
-// An existing entry that is not a folder.
-bool fileExists(const std::string& path);
-// An existing folder.
-bool directoryExists(const std::string& path);
-
 // A path in `folder` for a result file of the time T, in seconds since 1970 UTC: T.csv, or the first of
 // T_1.csv to T_999.csv that does not exist; T_999.csv when all exist. Nothing is created. Empty when
 // the folder does not exist or memory runs out.
 std::string generateUniqueFilename(const std::string& folder, std::int64_t time);
 // The same for the present time.
 std::string generateUniqueFilename(const std::string& folder);
-
-// Removes the file if it exists and is no folder. False, with errno set, when it could not be removed.
-bool removeIfExists(const std::string& path);
 
 }  // namespace genostat

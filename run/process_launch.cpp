@@ -6,6 +6,7 @@
 #include "entry/record/texts.h"
 #include "host/path_service.h"
 #include "jobs/geno_stat_algo_manager.h"
+#include "platform/files.h"
 #include "platform/process.h"
 #include "run/installation_folder.h"
 #include "run/launch_command.h"
@@ -59,7 +60,8 @@ bool GenoStatAlgoManager::runJob(GenoJobSettings& settings) {
   // The same id as before, unless the system has let go of it.
   processId_ = process.id();
   if (settleStatus(settings, exitCode)) {
-    if (!genostat::removeIfExists(settings.csvFilePath())) std::perror(genostat::texts::kFileDeletionFailed);
+    if (!genostat::platform::removeIfExists(settings.csvFilePath()))
+      std::perror(genostat::texts::kFileDeletionFailed);
   } else if (!handlePythonError(static_cast<std::int32_t>(exitCode), settings)) {
     reportResults(settings);
   }

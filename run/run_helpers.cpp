@@ -1,5 +1,6 @@
 // The manager's members for paths and for the parameter document.
 #include "jobs/geno_stat_algo_manager.h"
+#include "platform/files.h"
 #include "run/base64.h"
 #include "run/parameter_json.h"
 #include "run/paths.h"
@@ -13,11 +14,11 @@ std::string GenoStatAlgoManager::getFolderPath(const std::string& path) {
 }
 
 bool GenoStatAlgoManager::fileExists(const std::string& path) {
-  return genostat::fileExists(path);
+  return genostat::platform::fileExists(path);
 }
 
 bool GenoStatAlgoManager::directoryExists(const std::string& path) {
-  return genostat::directoryExists(path);
+  return genostat::platform::directoryExists(path);
 }
 
 std::string GenoStatAlgoManager::generateUniqueFilename(const std::string& folder, std::string& /*hint*/) {

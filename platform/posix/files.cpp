@@ -9,10 +9,14 @@ namespace genostat::platform {
 
 const char kPathSeparator = '/';
 
-PathKind queryPath(const std::string& path) {
+bool fileExists(const std::string& path) {
   struct stat status = {};
-  if (stat(path.c_str(), &status) != 0) return PathKind::Missing;
-  return S_ISDIR(status.st_mode) ? PathKind::Folder : PathKind::File;
+  return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+bool directoryExists(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 InputProbe probeInputFile(const std::string& utf8Path) {

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "errors/error_templates.h"
-#include "run/paths.h"
+#include "platform/files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace genostat {
@@ -40,7 +40,7 @@ TEST(ErrorDetails, AreReadOnceAndFillPlaceholders) {
   const rapidjson::Document document = readErrorDetails(result);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "\n  file :{\"FILE_PATH\":\"a.fq\",\"N\":3,\"LOOP\":\"<{{LOOP}}{{FILE_PATH}}>\"}");
-  EXPECT_FALSE(fileExists(details));
+  EXPECT_FALSE(platform::fileExists(details));
 
   EXPECT_EQ(replacePlaceholders("File not found:{{FILE_PATH}} {{FILE_PATH}} {{N}}", document),
             "File not found:a.fq a.fq {{N}}");

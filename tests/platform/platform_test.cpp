@@ -1,4 +1,4 @@
-// Child processes and their trees, on the real system.
+// What the module asks of the system: files, child processes and their trees.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,6 +8,7 @@
 #include "platform/files.h"
 #include "platform/process.h"
 #include "run/launch_command.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_host.h"
 
 namespace genostat {
@@ -17,6 +18,22 @@ std::unique_ptr<platform::ChildProcess> start(const test::TestHost& host) {
   const std::string base = host.home().string() + platform::kPathSeparator;
   return platform::ChildProcess::start(
       launchCommand(base + "statisticspython3", base + "genostat.pyc", "e30="));
+}
+
+TEST(Files, AreNotFolders) {
+  const test::TemporaryFolder folder;
+  const std::string file = folder.narrow("a");
+  std::ofstream(file) << "x";
+  EXPECT_TRUE(platform::fileExists(file));
+  EXPECT_FALSE(platform::directoryExists(file));
+  EXPECT_FALSE(platform::fileExists(folder.narrow()));
+  EXPECT_TRUE(platform::directoryExists(folder.narrow()));
+  EXPECT_FALSE(platform::fileExists(folder.narrow("b")));
+  EXPECT_TRUE(platform::removeIfExists(file));
+  EXPECT_FALSE(platform::fileExists(file));
+  EXPECT_TRUE(platform::removeIfExists(file));
+  EXPECT_TRUE(platform::removeIfExists(folder.narrow()));
+  EXPECT_TRUE(platform::directoryExists(folder.narrow())) << "a folder is left alone";
 }
 
 TEST(ChildProcess, GivesItsExitCodeAndKeepsItsId) {

@@ -28,22 +28,6 @@ TEST(Paths, JoinAndSplitAtEitherSeparator) {
   EXPECT_EQ(getFolderPath(""), "");
 }
 
-TEST(Paths, TellFilesFromFolders) {
-  const test::TemporaryFolder folder;
-  const std::string file = folder.narrow("a");
-  std::ofstream(file) << "x";
-  EXPECT_TRUE(fileExists(file));
-  EXPECT_FALSE(directoryExists(file));
-  EXPECT_FALSE(fileExists(folder.narrow()));
-  EXPECT_TRUE(directoryExists(folder.narrow()));
-  EXPECT_FALSE(fileExists(folder.narrow("b")));
-  EXPECT_TRUE(removeIfExists(file));
-  EXPECT_FALSE(fileExists(file));
-  EXPECT_TRUE(removeIfExists(file));
-  EXPECT_TRUE(removeIfExists(folder.narrow()));
-  EXPECT_TRUE(directoryExists(folder.narrow())) << "a folder is left alone";
-}
-
 TEST(UniqueFilename, CountsUpFromTheTimeStampAndGivesUpAtTheCap) {
   const test::TemporaryFolder folder;
   EXPECT_EQ(generateUniqueFilename(folder.narrow("missing")), "");
