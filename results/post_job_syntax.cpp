@@ -85,7 +85,7 @@ std::string correlationsBlock(const TemplateTable& table, const CorrelationsOpti
                            {"COEFF", coefficients}};
   std::string block;
   if (options.pearson) block = fillTemplate(table, "CORRELATION_PEARSON", values);
-  if (!coefficients.empty()) block += "\n" + fillTemplate(table, "CORRELATION_SP_KEN", values);
+  if (!coefficients.empty()) block.append("\n").append(fillTemplate(table, "CORRELATION_SP_KEN", values));
   return block;
 }
 

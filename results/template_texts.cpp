@@ -13,9 +13,9 @@ namespace {
 // Joins lines with line feeds; all but the first are indented.
 std::string lines(std::size_t indent, std::initializer_list<std::string_view> texts) {
   std::string joined;
-  const std::string lineBreak = "\n" + std::string(indent, ' ');
   for (const std::string_view text : texts) {
-    joined.append(joined.empty() ? "" : lineBreak).append(text);
+    if (!joined.empty()) joined.append("\n").append(indent, ' ');
+    joined.append(text);
   }
   return joined;
 }
