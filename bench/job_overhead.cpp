@@ -12,7 +12,6 @@
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/files.h"
 #include "platform/process.h"
-#include "run/base64.h"
 #include "run/launch_command.h"
 #include "standalone/services/current_scope.h"
 #include "standalone/services/host_folders.h"

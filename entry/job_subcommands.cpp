@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "entry/record/genomic_parser_exception.h"
-#include "jobs/dataset_names.h"
 #include "jobs/geno_stat_algo_manager.h"
+#include "jobs/job_names.h"
 #include "platform/files.h"
 
 namespace genostat {

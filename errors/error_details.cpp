@@ -1,5 +1,7 @@
 #include "errors/error_details.h"
 
+#include <rapidjson/document.h>
+
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -9,36 +11,50 @@
 
 namespace genostat {
 
+namespace {
+
+std::string textOf(const rapidjson::Value& value) {
+  return std::string(value.GetString(), value.GetStringLength());
+}
+
+ErrorDetails parse(const std::string& content) {
+  rapidjson::Document document;
+  // Iterative, since nothing bounds the depth of what the analysis wrote.
+  document.Parse<rapidjson::kParseIterativeFlag>(content.data(), content.size());
+  ErrorDetails details;
+  if (!document.IsObject()) return details;
+  for (const auto& member : document.GetObject()) {
+    if (member.value.IsString()) details.emplace_back(textOf(member.name), textOf(member.value));
+  }
+  return details;
+}
+
+}  // namespace
+
 std::string errorDetailsPath(const std::string& resultPath) {
   return resultPath.substr(0, resultPath.rfind('.')) + ".error";
 }
 
-rapidjson::Document readErrorDetails(const std::string& resultPath) {
-  rapidjson::Document details;
+ErrorDetails readErrorDetails(const std::string& resultPath) {
   const std::string path = errorDetailsPath(resultPath);
   if (!platform::fileExists(path)) {
     std::cout << texts::kErrorFileNotFound << std::flush;
-    return details;
+    return {};
   }
   std::string content;
   {
     std::ifstream file(path, std::ios::binary);
     content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
   }
-  // Iterative, since nothing bounds the depth of what the analysis wrote.
-  details.Parse<rapidjson::kParseIterativeFlag>(content.data(), content.size());
   std::cout << texts::kErrorFileContent << content << std::flush;
   platform::removeIfExists(path);
-  return details;
+  return parse(content);
 }
 
-std::string replacePlaceholders(const std::string& text, const rapidjson::Document& details) {
+std::string replacePlaceholders(const std::string& text, const ErrorDetails& details) {
   std::string filled = text;
-  if (!details.IsObject()) return filled;
-  for (const auto& member : details.GetObject()) {
-    if (!member.value.IsString()) continue;
-    const std::string key = "{{" + std::string(member.name.GetString(), member.name.GetStringLength()) + "}}";
-    const std::string value(member.value.GetString(), member.value.GetStringLength());
+  for (const auto& [name, value] : details) {
+    const std::string key = "{{" + name + "}}";
     for (std::size_t hit = filled.find(key); hit != std::string::npos;
          hit = filled.find(key, hit + value.size())) {
       filled.replace(hit, key.size(), value);

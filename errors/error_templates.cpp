@@ -6,6 +6,7 @@ namespace genostat {
 
 namespace {
 
+// At the place of each exit code.
 constexpr std::array<ErrorTemplate, 14> kTemplates = {
     {{"", ""},
      {"General error:", "{{ERROR_MESSAGE}}"},
@@ -21,7 +22,6 @@ constexpr std::array<ErrorTemplate, 14> kTemplates = {
      {"Error in parallel processing", ""},
      {"Insufficient memory while processing", "{{RESOURCE_NAME}}"},
      {"Invalid command line arguments", ""}}};
-static_assert(kTemplates.size() == static_cast<std::size_t>(AnalysisExitCode::InvalidArguments) + 1);
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-// What the host's client is told of a job. Without an adapter nobody listens.
+// The messages to the host's client. Without an adapter there is nobody to send them to.
 #include "entry/record/geno_job_settings.h"
 #include "host/language.h"
 #include "host/message_bus.h"

@@ -1,17 +1,18 @@
 // Submitting, finding and cancelling jobs. Every operation holds the queue mutex throughout, the
 // messages to the client included: the client sees them in the order in which things happened.
 #include <algorithm>
-#include <memory>
+#include <exception>
+#include <utility>
 
 #include "entry/record/geno_job_settings.h"
 #include "jobs/geno_stat_algo_manager.h"
+#include "platform/process.h"
 
 void GenoStatAlgoManager::addJobToQueue(GenoJobSettings* job) {
   if (job == nullptr) return;
   std::unique_ptr<GenoJobSettings> owned(job);
   const std::lock_guard lock(queueMutex_);
-  jobQueue_.push_back(owned.get());
-  static_cast<void>(owned.release());
+  jobQueue_.push_back(std::move(owned));
   job->setJobStatus(JobStatus::Pending);
   sendStartGenomicsJobMessage(*job, false);
   if (!workerRunning_) {
@@ -36,7 +37,7 @@ bool GenoStatAlgoManager::isQueueFull() {
 bool GenoStatAlgoManager::isJobPendingOrRunning(const std::string& name) {
   const std::lock_guard lock(queueMutex_);
   if (currentJob_ != nullptr && currentJob_->jobName() == name) return true;
-  return std::any_of(jobQueue_.begin(), jobQueue_.end(), [&name](const GenoJobSettings* job) {
+  return std::any_of(jobQueue_.begin(), jobQueue_.end(), [&name](const auto& job) {
     return job->jobStatus() < JobStatus::Completed && job->jobName() == name;
   });
 }
@@ -51,7 +52,7 @@ bool GenoStatAlgoManager::cancelJob(const std::string& name) {
     return true;
   }
   const auto found = std::find_if(jobQueue_.begin(), jobQueue_.end(),
-                                  [&name](const GenoJobSettings* job) { return job->jobName() == name; });
+                                  [&name](const auto& job) { return job->jobName() == name; });
   if (found == jobQueue_.end()) return false;
   // The job stays in the queue; the worker drops it when its turn comes.
   (*found)->replaceJobStatus(JobStatus::Pending, JobStatus::Cancelled);
@@ -62,14 +63,20 @@ bool GenoStatAlgoManager::cancelJob(const std::string& name) {
 
 void GenoStatAlgoManager::cancellAllJobsPending() {
   const std::lock_guard lock(queueMutex_);
-  for (GenoJobSettings* job : jobQueue_) {
+  for (const auto& job : jobQueue_) {
     if (job->replaceJobStatus(JobStatus::Pending, JobStatus::Cancelled)) sendEndGenomicsJobMessage(*job, "");
   }
-  while (!jobQueue_.empty()) {
-    const std::unique_ptr<GenoJobSettings> job(jobQueue_.front());
-    jobQueue_.pop_front();
-  }
+  jobQueue_.clear();
   if (currentJob_ == nullptr && workerRunning_) queueChanged_.notify_all();
+}
+
+bool GenoStatAlgoManager::killProcess(int pid) {
+  try {
+    return genostat::platform::killProcessTree(pid);
+  } catch (const std::exception&) {
+    // Out of memory: the client must still be informed of the cancellation.
+    return false;
+  }
 }
 
 bool cancelGenoJob(GenoStatAlgoManager* manager, const char* jobName) {

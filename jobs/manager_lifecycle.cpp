@@ -1,4 +1,4 @@
-// The manager's creation and end, and its string table.
+// The manager's creation and end, and its texts.
 #include <new>
 #include <system_error>
 
@@ -21,7 +21,7 @@ GenoStatAlgoManager* getGenoManagerInstance() {
   return GenoStatAlgoManager::getManagerInstance();
 }
 
-// Here, where the type of the process member is complete.
+// Here, where the types of the owned members are complete.
 GenoStatAlgoManager::GenoStatAlgoManager() = default;
 
 GenoStatAlgoManager::~GenoStatAlgoManager() {
@@ -31,12 +31,6 @@ GenoStatAlgoManager::~GenoStatAlgoManager() {
     queueChanged_.notify_all();
   }
   joinWorker();
-  const std::lock_guard lock(queueMutex_);
-  while (!jobQueue_.empty()) {
-    const std::unique_ptr<GenoJobSettings> job(jobQueue_.front());
-    jobQueue_.pop_front();
-  }
-  delete stringTable_.exchange(nullptr);
 }
 
 void GenoStatAlgoManager::joinWorker() {

@@ -1,19 +1,17 @@
-// The tables of GENOSTAT /PRINT.
+#include "results/output_tables.h"
+
 #include <algorithm>
 #include <memory>
 #include <new>
-#include <string>
 #include <vector>
 
-#include "entry/record/geno_job_settings.h"
 #include "entry/record/texts.h"
 #include "host/output.h"
 #include "host/procedure.h"
-#include "jobs/geno_stat_algo_manager.h"
+
+namespace genostat {
 
 namespace {
-
-namespace texts = genostat::texts;
 
 using Texts = std::vector<std::string>;
 
@@ -79,39 +77,25 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
 
 }  // namespace
 
-void GenoStatAlgoManager::postOutputToDisplay(GenoJobSettings* settings, BpProcedure* procedure) {
-  if (settings == nullptr) return;
+void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, const Localiser& localised) {
   ProcedureDataSource dataSource;
-  const auto specs = std::make_unique<ACAVarValidSpecs>(true, true, true);
-  const OPSCommonOutput commonOutput(specs.get(), &dataSource, procedure, nullptr);
+  ACAVarValidSpecs specs(true, true, true);
+  const OPSCommonOutput commonOutput(&specs, &dataSource, procedure, nullptr);
   StatJSONConverter converter(procedure);
   StatJSONGenerator generator(texts::kProcedureName, "");
 
-  addTextTable(generator, getLocalizedString(texts::kSummary), {getLocalizedString(texts::kCount)},
-               {getLocalizedString(texts::kSamples), getLocalizedString(texts::kVariables)},
-               {{std::to_string(settings->sampleCount()), std::to_string(settings->variableCount())}});
+  addTextTable(generator, localised(texts::kSummary), {localised(texts::kCount)},
+               {localised(texts::kSamples), localised(texts::kVariables)},
+               {{std::to_string(settings.sampleCount()), std::to_string(settings.variableCount())}});
 
-  generateMessageString(*settings);
-  const Texts rowLabels = {getLocalizedString(texts::kMessage), getLocalizedString(texts::kDataset)};
+  const Texts rowLabels = {localised(texts::kMessage), localised(texts::kDataset)};
   // One empty column label for each row label, although the values form one column.
   const Texts columnLabels(rowLabels.size());
-  const std::string dataset =
-      settings->sampleCount() < 1 ? getLocalizedString(texts::kNone) : settings->jobName();
-  addTextTable(generator, getLocalizedString(texts::kDetails), columnLabels, rowLabels,
-               {{getLocalizedString(settings->messageText()), dataset}});
+  const std::string dataset = settings.sampleCount() < 1 ? localised(texts::kNone) : settings.jobName();
+  addTextTable(generator, localised(texts::kDetails), columnLabels, rowLabels,
+               {{localised(settings.messageText()), dataset}});
 
   converter.generateOutput(generator.getProcedureStatJSON());
 }
 
-void GenoStatAlgoManager::generateMessageString(GenoJobSettings& settings) {
-  const std::int32_t code = settings.messageCode();
-  if (code == genostat::message_code::kResults) {
-    settings.setMessageText(getLocalizedString(texts::kValid) + std::to_string(settings.sampleCount()) + " " +
-                            getLocalizedString(texts::kFilesDetected));
-  } else if (code == genostat::message_code::kNoResults) {
-    settings.setMessageText(getLocalizedString(texts::kError) + getLocalizedString(texts::kGenericError));
-  } else {
-    const std::uint32_t exitCode = static_cast<std::uint32_t>(code) - genostat::message_code::kFailureBase;
-    settings.setMessageText(getErrorMessageTemplate(static_cast<std::int32_t>(exitCode)));
-  }
-}
+}  // namespace genostat

@@ -8,6 +8,9 @@
 
 namespace genostat {
 
+// Standard base64 (RFC 4648, section 4), padded, on one line: the form of the payload.
+std::string encodeBase64(std::string_view data);
+
 // One UTF-16 unit per byte, the byte taken as signed: ASCII maps to itself, 0x80 to 0xFF become
 // 0xFF80 to 0xFFFF. No code page takes part.
 std::u16string widenBytes(std::string_view bytes);

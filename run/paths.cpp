@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 
+#include "host/path_service.h"
 #include "platform/files.h"
 
 namespace genostat {
@@ -10,9 +11,15 @@ namespace genostat {
 namespace {
 
 constexpr char kSeparators[] = "/\\";
+constexpr int kInstallationFolderKind = 3;
 constexpr int kMaxCandidates = 1000;
 
 }  // namespace
+
+std::string installationFolder() {
+  PathFinder* finder = PathFactory::getPathInstance(kInstallationFolderKind);
+  return finder != nullptr ? finder->path() : std::string();
+}
 
 std::string joinPath(const std::string& base, const std::string& name) {
   std::string path = base;

@@ -1,4 +1,4 @@
-// Paths and file names of a run. Paths are byte strings in the system's narrow encoding, taken
+// Folders and file names of a run. Paths are byte strings in the system's narrow encoding, taken
 // as they are; slash and backslash both separate.
 #pragma once
 
@@ -6,6 +6,10 @@
 #include <string>
 
 namespace genostat {
+
+// The host's folder that holds the launcher, the scripts and the string tables. Ends in a separator; empty
+// when the host names no such folder. Any thread.
+std::string installationFolder();
 
 // `base`, the system's separator unless base is empty or ends in one, and `name`.
 std::string joinPath(const std::string& base, const std::string& name);

@@ -37,19 +37,18 @@ TEST(ErrorDetails, AreReadOnceAndFillPlaceholders) {
 
   std::ofstream(details) << R"({"FILE_PATH":"a.fq","N":3,"LOOP":"<{{LOOP}}{{FILE_PATH}}>"})";
   testing::internal::CaptureStdout();
-  const rapidjson::Document document = readErrorDetails(result);
+  const ErrorDetails read = readErrorDetails(result);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "\n  file :{\"FILE_PATH\":\"a.fq\",\"N\":3,\"LOOP\":\"<{{LOOP}}{{FILE_PATH}}>\"}");
   EXPECT_FALSE(platform::fileExists(details));
 
-  EXPECT_EQ(replacePlaceholders("File not found:{{FILE_PATH}} {{FILE_PATH}} {{N}}", document),
+  EXPECT_EQ(replacePlaceholders("File not found:{{FILE_PATH}} {{FILE_PATH}} {{N}}", read),
             "File not found:a.fq a.fq {{N}}");
   // What a value brings in is searched for later members only.
-  EXPECT_EQ(replacePlaceholders("{{LOOP}}{{LOOP}}", document),
-            "<{{LOOP}}{{FILE_PATH}}><{{LOOP}}{{FILE_PATH}}>");
+  EXPECT_EQ(replacePlaceholders("{{LOOP}}{{LOOP}}", read), "<{{LOOP}}{{FILE_PATH}}><{{LOOP}}{{FILE_PATH}}>");
 
   testing::internal::CaptureStdout();
-  const rapidjson::Document missing = readErrorDetails(result);
+  const ErrorDetails missing = readErrorDetails(result);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "\n Error file not found");
   EXPECT_EQ(replacePlaceholders("{{FILE_PATH}}", missing), "{{FILE_PATH}}");
 }
@@ -60,9 +59,9 @@ TEST(ErrorDetails, SurviveWhatIsNotTheirForm) {
        {std::string("{\"FILE"), std::string("[\"x\"]"), std::string(200'000, '[')}) {
     std::ofstream(folder.narrow("8.error")) << content;
     testing::internal::CaptureStdout();
-    const rapidjson::Document document = readErrorDetails(folder.narrow("8.csv"));
+    const ErrorDetails read = readErrorDetails(folder.narrow("8.csv"));
     testing::internal::GetCapturedStdout();
-    EXPECT_EQ(replacePlaceholders("{{FILE_PATH}}", document), "{{FILE_PATH}}") << content.substr(0, 10);
+    EXPECT_EQ(replacePlaceholders("{{FILE_PATH}}", read), "{{FILE_PATH}}") << content.substr(0, 10);
   }
 }
 

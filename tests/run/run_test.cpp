@@ -4,7 +4,6 @@
 #include <fstream>
 
 #include "platform/files.h"
-#include "run/base64.h"
 #include "run/launch_command.h"
 #include "run/parameter_json.h"
 #include "run/paths.h"

@@ -1,4 +1,4 @@
-// The names that open datasets hold in the host.
+// The names of jobs, which become names of datasets.
 #pragma once
 
 #include <string>

@@ -1,0 +1,20 @@
+// The tables of GENOSTAT /PRINT.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "entry/record/geno_job_settings.h"
+
+class BpProcedure;
+
+namespace genostat {
+
+// Gives the user's text for a key.
+using Localiser = std::function<std::string(const std::string& key)>;
+
+// Adds "Summary", with the record's counts, and "Details", with its message and its dataset, to the output of
+// the procedure. Command thread only.
+void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, const Localiser& localised);
+
+}  // namespace genostat
