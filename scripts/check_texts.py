@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Compares the tables of other languages with the texts in the sources: check_texts.py [ROOT] [--missing]
 
-Every literal in translated(...), translatedCount(...) and marked(...) below standalone/, and each of the module's
-sentences about a command, is a key of strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
+Every literal in translated(...), translatedCount(...) and marked(...) below standalone/, the words of verdicts and the
+titles of checks in common/quality/, and each of the module's sentences about a command, is a key of strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
 translation, a translation of a text that no source has, and one whose {1} to {9} differ from the
 text's. --missing prints lines for client.txt instead. The status is 1 if there is any finding.
 """
@@ -74,11 +74,22 @@ def source_texts(root):
             if "//" in source[line_begin:call.start()]:
                 continue
             found = arguments(source, call.end())
+            if call.group(1) == "marked" and len(found) != 1:
+                continue  # another function of that name, such as marked(cell, "a")
             place = f"{path.relative_to(root).as_posix()}:{source.count(chr(10), 0, call.start()) + 1}"
             for index in TEXT_ARGUMENTS[call.group(1)]:
                 for text in literals(found[index]) if index < len(found) else []:
                     texts.setdefault(text, place)
     return texts
+
+
+def check_texts(root):
+    """What verdicts and checks are called."""
+    name = "common/quality/checks.h"
+    source = (root / name).read_text(encoding="utf-8")
+    words = re.search(r'kVerdictWords = \{"", ([^}]*)\}', source).group(1)
+    texts = re.findall(r'"([^"]+)"', words) + re.findall(r'^    \{"\w+", "([^"]+)", ', source, re.M)
+    return dict.fromkeys(texts, name)
 
 
 def command_errors(root):
@@ -141,7 +152,7 @@ def findings(wanted, rows):
 def main() -> int:
     options = [argument for argument in sys.argv[1:] if argument.startswith("--")]
     root = pathlib.Path(next((a for a in sys.argv[1:] if not a.startswith("--")), "."))
-    texts = source_texts(root) | command_errors(root)
+    texts = source_texts(root) | check_texts(root) | command_errors(root)
     found = []
     for folder in sorted(path for path in (root / "strings").iterdir() if path.is_dir()):
         client, faults = table(folder / "client.txt", True)

@@ -1,48 +1,15 @@
-// What is judged of a sample, and how it is judged.
+// The verdicts on a sample.
 #pragma once
 
 #include <array>
 #include <cstddef>
-#include <string_view>
+
+#include "common/quality/checks.h"
 
 namespace genostat::analysis {
 
-enum class Verdict { None, Pass, Warn, Fail };
-
-// "pass", "warn", "fail"; empty for none.
-constexpr std::string_view verdictText(Verdict verdict) {
-  constexpr std::array<std::string_view, 4> kTexts = {"", "pass", "warn", "fail"};
-  return kTexts[static_cast<std::size_t>(verdict)];
-}
-
-// In the order of the result's columns.
-enum class Check : std::size_t {
-  BasicStatistics,
-  PerBaseSequenceQuality,
-  PerSequenceQualityScores,
-  PerBaseSequenceContent,
-  PerSequenceGcContent,
-  PerBaseNContent,
-  SequenceLengthDistribution,
-  SequenceDuplicationLevels,
-  OverrepresentedSequences,
-  AdapterContent,
-  PerTileSequenceQuality,
-};
-
-inline constexpr std::array<std::string_view, 11> kCheckNames = {
-    "basic_statistics",
-    "per_base_sequence_quality",
-    "per_sequence_quality_scores",
-    "per_base_sequence_content",
-    "per_sequence_gc_content",
-    "per_base_n_content",
-    "sequence_length_distribution",
-    "sequence_duplication_levels",
-    "overrepresented_sequences",
-    "adapter_content",
-    "per_tile_sequence_quality",
-};
+using common::Check;
+using common::Verdict;
 
 class Verdicts {
  public:
@@ -53,7 +20,7 @@ class Verdicts {
   double score() const;
 
  private:
-  std::array<Verdict, kCheckNames.size()> verdicts_{};
+  std::array<Verdict, common::kChecks.size()> verdicts_{};
 };
 
 // For measures that are bad when large. Not-a-number passes.

@@ -77,11 +77,14 @@ std::string basesText(std::uint64_t bases) {
 // Writes one module after another.
 class FastqcText {
  public:
-  // A module without a verdict is passed over; `write` fills in the rest.
+  explicit FastqcText(const Verdicts& verdicts) : verdicts_(verdicts) {}
+
+  // The module of a check. Without a verdict it is left out; `write` fills in the rest.
   template <typename Write>
-  void module(const char* name, Verdict verdict, Write write) {
-    if (verdict == Verdict::None) return;
-    line({">>" + std::string(name), std::string(verdictText(verdict))});
+  void module(Check check, Write write) {
+    if (verdicts_[check] == Verdict::None) return;
+    line({">>" + std::string(common::namesOf(check).title),
+          std::string(common::verdictWord(verdicts_[check]))});
     write();
     text_ += ">>END_MODULE\n";
   }
@@ -96,6 +99,7 @@ class FastqcText {
   std::string take() { return std::move(text_); }
 
  private:
+  const Verdicts& verdicts_;
   std::string text_ = "##FastQC\t0.12.1\n";
 };
 
@@ -245,29 +249,18 @@ void writeAdapterCurves(FastqcText& out, const AdapterContent& adapters) {
 }  // namespace
 
 std::string fastqcData(const SampleResult& result, std::string_view fileName) {
-  const Verdicts& verdicts = result.verdicts;
-  FastqcText out;
-  out.module("Basic Statistics", verdicts[Check::BasicStatistics],
-             [&] { writeBasics(out, result, fileName); });
-  out.module("Per base sequence quality", verdicts[Check::PerBaseSequenceQuality],
-             [&] { writeQualities(out, result); });
-  out.module("Per tile sequence quality", verdicts[Check::PerTileSequenceQuality],
-             [&] { writeTileQualities(out, result.tiles); });
-  out.module("Per sequence quality scores", verdicts[Check::PerSequenceQualityScores],
-             [&] { writeReadQualities(out, result); });
-  out.module("Per base sequence content", verdicts[Check::PerBaseSequenceContent],
-             [&] { writeContent(out, result); });
-  out.module("Per sequence GC content", verdicts[Check::PerSequenceGcContent],
-             [&] { writeGcReads(out, result); });
-  out.module("Per base N content", verdicts[Check::PerBaseNContent], [&] { writeUnknownBases(out, result); });
-  out.module("Sequence Length Distribution", verdicts[Check::SequenceLengthDistribution],
-             [&] { writeLengths(out, result); });
-  out.module("Sequence Duplication Levels", verdicts[Check::SequenceDuplicationLevels],
-             [&] { writeDuplication(out, result.duplication); });
-  out.module("Overrepresented sequences", verdicts[Check::OverrepresentedSequences],
-             [&] { writeOverrepresented(out, result); });
-  out.module("Adapter Content", verdicts[Check::AdapterContent],
-             [&] { writeAdapterCurves(out, result.adapters); });
+  FastqcText out(result.verdicts);
+  out.module(Check::BasicStatistics, [&] { writeBasics(out, result, fileName); });
+  out.module(Check::PerBaseSequenceQuality, [&] { writeQualities(out, result); });
+  out.module(Check::PerTileSequenceQuality, [&] { writeTileQualities(out, result.tiles); });
+  out.module(Check::PerSequenceQualityScores, [&] { writeReadQualities(out, result); });
+  out.module(Check::PerBaseSequenceContent, [&] { writeContent(out, result); });
+  out.module(Check::PerSequenceGcContent, [&] { writeGcReads(out, result); });
+  out.module(Check::PerBaseNContent, [&] { writeUnknownBases(out, result); });
+  out.module(Check::SequenceLengthDistribution, [&] { writeLengths(out, result); });
+  out.module(Check::SequenceDuplicationLevels, [&] { writeDuplication(out, result.duplication); });
+  out.module(Check::OverrepresentedSequences, [&] { writeOverrepresented(out, result); });
+  out.module(Check::AdapterContent, [&] { writeAdapterCurves(out, result.adapters); });
   return out.take();
 }
 

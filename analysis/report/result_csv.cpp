@@ -2,6 +2,8 @@
 
 #include <array>
 #include <optional>
+#include <ranges>
+#include <utility>
 
 #include "analysis/report/number_text.h"
 #include "common/text/utf8.h"
@@ -9,12 +11,6 @@
 namespace genostat::analysis {
 
 namespace {
-
-struct Column {
-  std::string_view name;
-  std::string (*text)(const ResultRow&);
-  bool isNumber = true;
-};
 
 std::string decimals(std::optional<double> value) {
   return value ? fixedText(*value, 4) : std::string();
@@ -30,59 +26,49 @@ std::string lengthRange(const LengthSummary& lengths) {
   return text;
 }
 
-template <Check check>
-constexpr Column kVerdict = {
-    kCheckNames[static_cast<std::size_t>(check)],
-    [](const ResultRow& row) { return std::string(verdictText(row.result.verdicts[check])); }, false};
+using FieldTexts = std::array<std::string, common::kResultColumns.size()>;
 
-// Readers find the columns by number as well as by name: neither order nor names may change.
-constexpr std::array kColumns = {
-    Column{"Sample", [](const ResultRow& row) { return common::toValidUtf8(row.sample); }, false},
-    Column{"Adapter_Type", [](const ResultRow& row) { return std::string(adapterKindName(row.adapter)); },
-           false},
-    Column{"Total_Sequences", [](const ResultRow& row) { return integerText(row.result.lengths.reads); }},
-    Column{"Total_Bases", [](const ResultRow& row) { return integerText(row.result.lengths.bases); }},
-    Column{"Sequence_length", [](const ResultRow& row) { return lengthRange(row.result.lengths); }, false},
-    Column{"GC", [](const ResultRow& row) { return decimals(row.result.gcPercent); }},
-    Column{"total_deduplicated_percentage",
-           [](const ResultRow& row) { return fixedText(row.result.duplication.deduplicatedPercent, 6); }},
-    Column{"avg_sequence_length", [](const ResultRow& row) { return decimals(row.result.lengths.mean); }},
-    Column{"median_sequence_length",
-           [](const ResultRow& row) { return shortestText(row.result.lengths.median); }},
-    kVerdict<Check::BasicStatistics>,
-    kVerdict<Check::PerBaseSequenceQuality>,
-    kVerdict<Check::PerSequenceQualityScores>,
-    kVerdict<Check::PerBaseSequenceContent>,
-    kVerdict<Check::PerSequenceGcContent>,
-    kVerdict<Check::PerBaseNContent>,
-    kVerdict<Check::SequenceLengthDistribution>,
-    kVerdict<Check::SequenceDuplicationLevels>,
-    kVerdict<Check::OverrepresentedSequences>,
-    kVerdict<Check::AdapterContent>,
-    kVerdict<Check::PerTileSequenceQuality>,
-    Column{"qc_score", [](const ResultRow& row) { return fixedText(row.result.verdicts.score(), 2); }},
-    Column{"median_phred_first_10bp",
-           [](const ResultRow& row) { return shortest(row.result.medianPhredFirst); }},
-    Column{"median_phred_last_10bp",
-           [](const ResultRow& row) { return shortest(row.result.medianPhredLast); }},
-    Column{"mean_phred_all_reads", [](const ResultRow& row) { return decimals(row.result.meanPhred); }},
-    Column{"low_complexity_percentage",
-           [](const ResultRow& row) { return decimals(row.result.lowComplexityPercent); }},
-    Column{"unexpected_bases_percentage",
-           [](const ResultRow& row) { return decimals(row.result.unexpectedPercent); }},
-    Column{"overrepresented_seq_count",
-           [](const ResultRow& row) { return integerText(row.result.overrepresented.size()); }},
-};
-static_assert(kColumns.size() == 27);
+// In the order of the columns.
+FieldTexts fieldTexts(const ResultRow& row) {
+  const SampleResult& result = row.result;
+  const auto verdict = [&](Check check) { return std::string(common::verdictWord(result.verdicts[check])); };
+  std::array texts = {
+      common::toValidUtf8(row.sample),
+      std::string(adapterKindName(row.adapter)),
+      integerText(result.lengths.reads),
+      integerText(result.lengths.bases),
+      lengthRange(result.lengths),
+      decimals(result.gcPercent),
+      fixedText(result.duplication.deduplicatedPercent, 6),
+      decimals(result.lengths.mean),
+      shortestText(result.lengths.median),
+      verdict(Check::BasicStatistics),
+      verdict(Check::PerBaseSequenceQuality),
+      verdict(Check::PerSequenceQualityScores),
+      verdict(Check::PerBaseSequenceContent),
+      verdict(Check::PerSequenceGcContent),
+      verdict(Check::PerBaseNContent),
+      verdict(Check::SequenceLengthDistribution),
+      verdict(Check::SequenceDuplicationLevels),
+      verdict(Check::OverrepresentedSequences),
+      verdict(Check::AdapterContent),
+      verdict(Check::PerTileSequenceQuality),
+      fixedText(result.verdicts.score(), 2),
+      shortest(result.medianPhredFirst),
+      shortest(result.medianPhredLast),
+      decimals(result.meanPhred),
+      decimals(result.lowComplexityPercent),
+      decimals(result.unexpectedPercent),
+      integerText(result.overrepresented.size()),
+  };
+  return texts;
+}
 
-// One line, each field made by `text` from its column.
-template <typename FieldText>
-void appendLine(std::string& csv, FieldText text) {
-  for (std::size_t i = 0; i < kColumns.size(); ++i) {
-    if (i > 0) csv += ',';
-    csv += csvField(text(kColumns[i]));
+void appendLine(std::string& csv, const auto& fields) {
+  for (const std::string_view field : fields) {
+    csv.append(csvField(field)) += ',';
   }
-  csv += '\n';
+  csv.back() = '\n';
 }
 
 }  // namespace
@@ -98,19 +84,19 @@ std::string csvField(std::string_view text) {
 }
 
 std::vector<ColumnText> columnTexts(const ResultRow& row) {
-  std::vector<ColumnText> texts;
-  texts.reserve(kColumns.size());
-  for (const Column& column : kColumns) {
-    texts.push_back({column.name, column.text(row), column.isNumber});
+  std::vector<ColumnText> columns;
+  FieldTexts texts = fieldTexts(row);
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    columns.push_back({common::kResultColumns[i], std::move(texts[i])});
   }
-  return texts;
+  return columns;
 }
 
 std::string resultCsv(const std::vector<ResultRow>& rows) {
   std::string csv;
-  appendLine(csv, [](const Column& column) { return std::string(column.name); });
+  appendLine(csv, std::views::transform(common::kResultColumns, &common::ResultColumn::name));
   for (const ResultRow& row : rows) {
-    appendLine(csv, [&](const Column& column) { return column.text(row); });
+    appendLine(csv, fieldTexts(row));
   }
   return csv;
 }

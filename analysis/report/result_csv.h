@@ -21,9 +21,8 @@ std::string resultCsv(const std::vector<ResultRow>& rows);
 
 // The columns of one row in their order, as they stand in the table before quoting.
 struct ColumnText {
-  std::string_view name;
+  common::ResultColumn column;
   std::string text;  // empty when there is no value
-  bool isNumber;
 };
 std::vector<ColumnText> columnTexts(const ResultRow& row);
 

@@ -89,14 +89,14 @@ class JsonText {
 // to the last digit.
 void writeColumns(JsonText& json, const ResultRow& row) {
   json.objectMember("columns", [&] {
-    for (const ColumnText& column : columnTexts(row)) {
+    for (const auto& [column, text] : columnTexts(row)) {
       json.key(column.name);
-      if (column.text.empty()) {
+      if (text.empty()) {
         json.nothing();
-      } else if (column.isNumber) {
-        json.rawNumber(column.text);
+      } else if (column.kind == common::ResultColumn::Kind::Number) {
+        json.rawNumber(text);
       } else {
-        json.value(std::string_view(column.text));
+        json.value(std::string_view(text));
       }
     }
   });

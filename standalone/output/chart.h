@@ -7,6 +7,8 @@
 #include <variant>
 #include <vector>
 
+#include "common/quality/checks.h"
+
 namespace genostat::standalone {
 
 // Bins of equal width over the values of one variable.
@@ -39,10 +41,9 @@ struct ScatterMatrix {
 
 // How samples fared in the checks of a quality-control job.
 struct VerdictMap {
-  enum class Verdict { None, Pass, Warn, Fail };
   std::vector<std::string> samples;
   std::vector<std::string> checks;
-  std::vector<std::vector<Verdict>> verdicts;  // [sample][check]
+  std::vector<std::vector<common::Verdict>> verdicts;  // [sample][check]
 };
 
 struct Chart {

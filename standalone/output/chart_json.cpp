@@ -1,7 +1,5 @@
 #include "standalone/output/chart_json.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <span>
@@ -79,19 +77,17 @@ void writeData(JsonWriter& writer, const ScatterMatrix& matrix) {
              [&](const std::vector<double>& values) { writeNumbers(writer, values); });
 }
 
-constexpr std::array<std::string_view, 4> kVerdicts = {"", "pass", "warn", "fail"};
-
 void writeData(JsonWriter& writer, const VerdictMap& map) {
   writeMember(writer, "kind", "verdicts");
   writeTexts(writer, "samples", map.samples);
   writeTexts(writer, "checks", map.checks);
-  writeArray(writer, "verdicts", map.verdicts, [&](const std::vector<VerdictMap::Verdict>& row) {
+  writeArray(writer, "verdicts", map.verdicts, [&](const std::vector<common::Verdict>& row) {
     writer.StartArray();
-    for (const VerdictMap::Verdict verdict : row) {
-      if (verdict == VerdictMap::Verdict::None) {
+    for (const common::Verdict verdict : row) {
+      if (verdict == common::Verdict::None) {
         writer.Null();
       } else {
-        writeString(writer, kVerdicts.at(static_cast<std::size_t>(verdict)));
+        writeString(writer, common::verdictWord(verdict));
       }
     }
     writer.EndArray();
@@ -173,12 +169,10 @@ ScatterMatrix readScatterMatrix(const rapidjson::Value& object) {
   return matrix;
 }
 
-VerdictMap::Verdict readVerdict(const rapidjson::Value& value) {
+common::Verdict readVerdict(const rapidjson::Value& value) {
   const std::string_view text =
       value.IsString() ? std::string_view(value.GetString(), value.GetStringLength()) : std::string_view();
-  const auto known = std::find(kVerdicts.begin(), kVerdicts.end(), text);
-  return known == kVerdicts.end() ? VerdictMap::Verdict::None
-                                  : static_cast<VerdictMap::Verdict>(known - kVerdicts.begin());
+  return common::verdictNamed(text).value_or(common::Verdict::None);
 }
 
 VerdictMap readVerdictMap(const rapidjson::Value& object) {
@@ -186,11 +180,11 @@ VerdictMap readVerdictMap(const rapidjson::Value& object) {
   map.samples = readTexts(object, "samples");
   map.checks = readTexts(object, "checks");
   map.verdicts = readArray(arrayMember(object, "verdicts"), [&](const rapidjson::Value& row) {
-    std::vector<VerdictMap::Verdict> verdicts = readArray(row, readVerdict);
+    std::vector<common::Verdict> verdicts = readArray(row, readVerdict);
     verdicts.resize(map.checks.size());
     return verdicts;
   });
-  map.verdicts.resize(map.samples.size(), std::vector<VerdictMap::Verdict>(map.checks.size()));
+  map.verdicts.resize(map.samples.size(), std::vector<common::Verdict>(map.checks.size()));
   return map;
 }
 

@@ -76,7 +76,7 @@ std::string summaryOf(const ScatterMatrix& matrix) {
 std::string summaryOf(const VerdictMap& map) {
   std::array<std::size_t, 4> counts{};
   for (const auto& row : map.verdicts) {
-    for (const VerdictMap::Verdict verdict : row) {
+    for (const common::Verdict verdict : row) {
       ++counts.at(static_cast<std::size_t>(verdict));
     }
   }
@@ -98,7 +98,6 @@ std::optional<PivotTable> tableOf(const Histogram& histogram) {
 }
 
 std::optional<PivotTable> tableOf(const VerdictMap& map) {
-  static constexpr std::array<const char*, 4> kWords = {"", marked("pass"), marked("warn"), marked("fail")};
   PivotTable table;
   table.rowLabel = translated("Sample");
   for (const std::string& check : map.checks) {
@@ -107,10 +106,8 @@ std::optional<PivotTable> tableOf(const VerdictMap& map) {
   for (std::size_t i = 0; i < map.samples.size(); ++i) {
     table.rows.push_back({map.samples[i], {}});
     std::vector<CellValue>& row = table.cells.emplace_back();
-    for (const VerdictMap::Verdict verdict : map.verdicts[i]) {
-      row.push_back(textCell(verdict == VerdictMap::Verdict::None
-                                 ? std::string()
-                                 : translated(kWords.at(static_cast<std::size_t>(verdict)))));
+    for (const common::Verdict verdict : map.verdicts[i]) {
+      row.push_back(textCell(translated(common::verdictWord(verdict))));
     }
   }
   return table;

@@ -102,7 +102,7 @@ std::string legendHtml(const Chart& chart) {
   static constexpr std::array<Entry, 4> kEntries = {{{"pass", "\xE2\x9C\x93", marked("pass")},
                                                      {"warn", "!", marked("warn")},
                                                      {"fail", "\xE2\x9C\x95", marked("fail")},
-                                                     {"none", "&#160;", marked("not checked")}}};
+                                                     {"none", "&#160;", marked("not judged")}}};
   std::string html = "<ul class=\"legend\" aria-label=\"" + escapeHtml(translated("Signs")) + "\">\n";
   for (const Entry& entry : kEntries) {
     html += std::string("<li><span class=\"") + entry.name + "\" aria-hidden=\"true\">" + entry.sign +

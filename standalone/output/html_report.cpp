@@ -226,7 +226,7 @@ std::string scriptWords() {
                                         marked("pass"),
                                         marked("warn"),
                                         marked("fail"),
-                                        marked("not checked"),
+                                        marked("not judged"),
                                         marked("Observed"),
                                         marked("Expected"),
                                         marked("Observed cumulative probability"),

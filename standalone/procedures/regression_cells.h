@@ -62,7 +62,7 @@ inline CellValue countCell(std::size_t count) {
   return numberCell(static_cast<double>(count), 0);
 }
 
-inline CellValue marked(CellValue cell, std::string mark) {
+inline CellValue withMark(CellValue cell, std::string mark) {
   cell.mark = std::move(mark);
   return cell;
 }

@@ -147,7 +147,7 @@ PivotTable buildModelSummary(const RegressionResult& result) {
     table.rows.push_back({modelLabel(i), {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
     const double rSquare = std::max(0.0, 1 - fit.residualShare);
-    cells.push_back(marked(fractionCell(std::sqrt(rSquare)), notes.mark(predictorsNote(result, fit))));
+    cells.push_back(withMark(fractionCell(std::sqrt(rSquare)), notes.mark(predictorsNote(result, fit))));
     cells.push_back(fractionCell(rSquare));
     cells.push_back(fractionCellOf(fit.adjustedRSquare));
     const double error = fit.standardErrorEstimate.value_or(0);

@@ -1,40 +1,28 @@
 #include "standalone/procedures/verdict_overview.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "common/quality/checks.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
 
 namespace {
 
-using Verdict = VerdictMap::Verdict;
+using common::Verdict;
 
 constexpr std::size_t kMostSamples = 500;
 constexpr std::size_t kFewestChecks = 2;
 
-// Indexed by Verdict.
-constexpr std::array<std::string_view, 4> kVerdictWords = {"", "pass", "warn", "fail"};
-static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kVerdictWords.size());
-
-std::optional<Verdict> verdictOf(std::string_view text) {
-  for (std::size_t i = 0; i < kVerdictWords.size(); ++i) {
-    if (equalsIgnoreCase(text, kVerdictWords[i])) return static_cast<Verdict>(i);
-  }
-  return std::nullopt;
-}
-
 bool holdsOnlyVerdicts(const Column& column) {
   return column.type == Column::Type::String &&
-         std::ranges::all_of(column.texts,
-                             [](const std::string& text) { return verdictOf(text).has_value(); }) &&
+         std::ranges::all_of(
+             column.texts, [](const std::string& text) { return common::verdictNamed(text).has_value(); }) &&
          std::ranges::any_of(column.texts, [](const std::string& text) { return !text.empty(); });
 }
 
@@ -51,7 +39,7 @@ std::vector<RankedCase> worstCases(const std::vector<const Column*>& checks, std
   for (std::size_t row = 0; row < caseCount; ++row) {
     cases[row].row = row;
     for (const Column* check : checks) {
-      const std::optional<Verdict> verdict = verdictOf(check->texts[row]);
+      const std::optional<Verdict> verdict = common::verdictNamed(check->texts[row]);
       cases[row].failures += verdict == Verdict::Fail ? 1U : 0U;
       cases[row].warnings += verdict == Verdict::Warn ? 1U : 0U;
     }
@@ -63,28 +51,10 @@ std::vector<RankedCase> worstCases(const std::vector<const Column*>& checks, std
   return cases;
 }
 
-// What the analysis checks, as readers are told.
-constexpr std::array<std::string_view, 11> kKnownChecks = {marked("Basic statistics"),
-                                                           marked("Per base sequence quality"),
-                                                           marked("Per sequence quality scores"),
-                                                           marked("Per base sequence content"),
-                                                           marked("Per sequence GC content"),
-                                                           marked("Per base N content"),
-                                                           marked("Sequence length distribution"),
-                                                           marked("Sequence duplication levels"),
-                                                           marked("Overrepresented sequences"),
-                                                           marked("Adapter content"),
-                                                           marked("Per tile sequence quality")};
-
-// "per_base_n_content" as a reader's "Per base N content".
-std::string readableName(std::string name) {
-  std::ranges::replace(name, '_', ' ');
-  name.front() = toUpperAscii(std::string_view(name).substr(0, 1)).front();
-  for (const std::string_view abbreviation : {" n ", " gc "}) {
-    if (const std::size_t place = name.find(abbreviation); place != std::string::npos)
-      name.replace(place, abbreviation.size(), toUpperAscii(abbreviation));
-  }
-  return std::ranges::find(kKnownChecks, name) != kKnownChecks.end() ? translated(name) : name;
+// The title of a check of the analysis; other variables keep their names.
+std::string titleOf(const std::string& variable) {
+  const auto known = std::ranges::find(common::kChecks, variable, &common::CheckNames::column);
+  return known != common::kChecks.end() ? translated(known->title) : variable;
 }
 
 // A chart takes rows of one name for one row.
@@ -124,7 +94,7 @@ std::optional<Chart> verdictOverview(const Dataset& dataset) {
   const Column* names = namesOfSamples(dataset, checks);
   VerdictMap map;
   for (const Column* check : checks) {
-    map.checks.push_back(readableName(check->name));
+    map.checks.push_back(titleOf(check->name));
   }
   DistinctNames distinct;
   for (const RankedCase& ranked : worstCases(checks, dataset.caseCount)) {
@@ -133,7 +103,7 @@ std::optional<Chart> verdictOverview(const Dataset& dataset) {
         distinct.add(name.empty() ? translated("Case {1}", {std::to_string(ranked.row + 1)}) : name));
     std::vector<Verdict>& verdicts = map.verdicts.emplace_back();
     for (const Column* check : checks) {
-      verdicts.push_back(verdictOf(check->texts[ranked.row]).value_or(Verdict::None));
+      verdicts.push_back(common::verdictNamed(check->texts[ranked.row]).value_or(Verdict::None));
     }
   }
   Chart chart{translated("Quality Overview"), {}, {}};

@@ -114,19 +114,19 @@ Reads randomReads(Random& random) {
 
 TEST(Metrics, EqualThePlainCalculation) {
   Random random(11);
-  std::array<std::set<std::string_view>, kCheckNames.size()> seen;
+  std::array<std::set<std::string_view>, common::kChecks.size()> seen;
   const std::vector<Adapter> adapters = {
       {}, {AdapterKind::Illumina, {}}, {AdapterKind::Nextera, {}}, customAdapter("ACNNT")};
   for (std::size_t i = 0; i < 160; ++i) {
     const SampleResult result = resultOf(randomReads(random), adapters[i % adapters.size()]);
     for (std::size_t check = 0; check < seen.size(); ++check) {
-      seen[check].insert(verdictText(result.verdicts[static_cast<Check>(check)]));
+      seen[check].insert(common::verdictWord(result.verdicts[static_cast<Check>(check)]));
     }
     ASSERT_FALSE(HasFailure()) << "sample " << i;
   }
   for (std::size_t check = 1; check < seen.size(); ++check) {
     for (const char* verdict : {"pass", "warn", "fail"}) {
-      EXPECT_TRUE(seen[check].contains(verdict)) << kCheckNames[check] << " never had " << verdict;
+      EXPECT_TRUE(seen[check].contains(verdict)) << common::kChecks[check].column << " never had " << verdict;
     }
   }
 }

@@ -449,8 +449,9 @@ void expectSameDuplication(const DuplicationCounts& counts, const DuplicationCou
 }
 
 void expectSameValues(const SampleResult& result, const ReferenceValues& reference) {
-  for (std::size_t i = 0; i < kCheckNames.size(); ++i) {
-    EXPECT_EQ(verdictText(result.verdicts[static_cast<Check>(i)]), reference.verdicts[i]) << kCheckNames[i];
+  for (std::size_t i = 0; i < common::kChecks.size(); ++i) {
+    EXPECT_EQ(common::verdictWord(result.verdicts[static_cast<Check>(i)]), reference.verdicts[i])
+        << common::kChecks[i].column;
   }
   const auto expectNear = [](std::optional<double> value, double expected, const char* name) {
     EXPECT_EQ(value.has_value(), !std::isnan(expected)) << name;

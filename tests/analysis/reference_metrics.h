@@ -42,7 +42,7 @@ ReferenceCounts referenceCounts(const std::vector<ReferenceRead>& reads, const A
 
 // What the result's columns show; not-a-number where there is nothing.
 struct ReferenceValues {
-  std::array<std::string, 11> verdicts;  // in the order of kCheckNames
+  std::array<std::string, 11> verdicts;  // in the order of Check
   double gc = 0;
   double deduplicated = 0;
   double medianPhredFirst = 0;

@@ -3,6 +3,7 @@
 
 #include <fstream>
 
+#include "common/quality/checks.h"
 #include "results/csv_counts.h"
 #include "results/number_text.h"
 #include "results/post_job_syntax.h"
@@ -79,6 +80,14 @@ const std::string kPrint = R"(GENOSTAT
                                         /PRINT SAMPLE_COUNT=2 VARIABLE_COUNT=25 MESSAGE=100.
 )";
 
+std::string importedColumns() {
+  std::string lines;
+  for (const common::ResultColumn& column : common::kResultColumns) {
+    lines.append("                ").append(column.name).append(" AUTO\n");
+  }
+  return lines;
+}
+
 const std::string kImport = R"(                PRESERVE.
                 SET DECIMAL DOT.
                 GET DATA  /TYPE=TXT
@@ -90,34 +99,7 @@ const std::string kImport = R"(                PRESERVE.
                 /FIRSTCASE=2
                 /DATATYPEMIN PERCENTAGE=95.0
                 /VARIABLES=
-                Sample AUTO
-                Adapter_Type AUTO
-                Total_Sequences AUTO
-                Total_Bases AUTO
-                Sequence_length AUTO
-                GC AUTO
-                total_deduplicated_percentage AUTO
-                avg_sequence_length AUTO
-                median_sequence_length AUTO
-                basic_statistics AUTO
-                per_base_sequence_quality AUTO
-                per_sequence_quality_scores AUTO
-                per_base_sequence_content AUTO
-                per_sequence_gc_content AUTO
-                per_base_n_content AUTO
-                sequence_length_distribution AUTO
-                sequence_duplication_levels AUTO
-                overrepresented_sequences AUTO
-                adapter_content AUTO
-                per_tile_sequence_quality AUTO
-                qc_score AUTO
-                median_phred_first_10bp AUTO
-                median_phred_last_10bp AUTO
-                mean_phred_all_reads AUTO
-                low_complexity_percentage AUTO
-                unexpected_bases_percentage AUTO
-                overrepresented_seq_count AUTO
-                /MAP.
+)" + importedColumns() + R"(                /MAP.
                 RESTORE.
                 CACHE.
                 EXECUTE.

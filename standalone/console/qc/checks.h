@@ -1,31 +1,24 @@
-// What genostat qc knows of the columns of a result, and what it says about them.
+// What genostat qc says about the checks.
 #pragma once
 
 #include <cstddef>
 #include <span>
 #include <string_view>
 
+#include "common/quality/checks.h"
+
 namespace genostat::standalone {
 
-struct ResultColumn {
-  enum class Kind { Text, Number, Verdict };
-  std::string_view name;
-  Kind kind = Kind::Text;
-};
-
-// In the order of the file.
-std::span<const ResultColumn> resultColumns();
-
-// A column of verdicts that can come out badly.
 struct QcCheck {
-  std::string_view column;
-  char letter;             // heads its marks
-  std::string_view title;  // "base quality"; to be translated, as are the others
-  std::string_view meaning;
+  common::Check check;
+  std::string_view meaning;  // of a failure; to be translated, as is the other
   std::string_view remedy;
+
+  const common::CheckNames& names() const { return common::namesOf(check); }
 };
 
-inline constexpr std::size_t kCheckCount = 10;
+// Those that can come out badly: all but Basic Statistics, in the order of common::kChecks.
+inline constexpr std::size_t kCheckCount = common::kChecks.size() - 1;
 std::span<const QcCheck, kCheckCount> qcChecks();
 
 }  // namespace genostat::standalone

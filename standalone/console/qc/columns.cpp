@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "standalone/console/qc/checks.h"
+#include "common/quality/checks.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -17,7 +17,7 @@ namespace genostat::standalone {
 
 namespace {
 
-using Kind = ResultColumn::Kind;
+using Kind = common::ResultColumn::Kind;
 
 // Walks over the words of an option's value.
 class ValueReader {
@@ -50,10 +50,10 @@ class ValueReader {
   }
 
   // The column that the word names.
-  const ResultColumn& column(Wanted wanted) const {
+  const common::ResultColumn& column(Wanted wanted) const {
     if (atEnd() || isSign(begin_)) fail(translated("expected the name of a column"));
     std::vector<std::string_view> usable;
-    for (const ResultColumn& column : resultColumns()) {
+    for (const common::ResultColumn& column : common::kResultColumns) {
       const bool fits = wanted == Wanted::Any || column.kind == Kind::Number;
       if (equalsIgnoreCase(column.name, word_)) {
         if (fits) return column;
@@ -95,7 +95,7 @@ std::vector<std::string> parseColumnList(std::string_view option, const std::str
   ValueReader reader(option, text, " \t,");
   do {
     if (equalsIgnoreCase(reader.word(), "ALL")) {
-      for (const ResultColumn& column : resultColumns()) {
+      for (const common::ResultColumn& column : common::kResultColumns) {
         const bool fits = wanted == Wanted::Any ? column.name != "Sample" : column.kind == Kind::Number;
         if (fits) addOnce(names, column.name);
       }
@@ -117,7 +117,7 @@ QcFormula parseFormula(std::string_view option, const std::string& text) {
                 translated("as in {1}", {"'qc_score ~ GC'"}));
   do {
     reader.next();
-    const ResultColumn& column = reader.column(Wanted::Numbers);
+    const common::ResultColumn& column = reader.column(Wanted::Numbers);
     if (column.name == formula.dependent)
       reader.fail(translated("{1} stands on both sides", {formula.dependent}));
     if (std::ranges::find(formula.predictors, column.name) != formula.predictors.end())

@@ -6,7 +6,6 @@
 #include "standalone/console/qc/marks.h"
 #include "standalone/console/qc/text.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
 
@@ -16,16 +15,12 @@ constexpr std::size_t kMostNames = 8;    // of samples behind one check
 constexpr std::size_t kMostFailed = 20;  // samples with failures that are listed
 constexpr int kMarkIndent = 4;
 
-std::string capitalised(std::string_view text) {
-  return toUpperAscii(text.substr(0, 1)) + std::string(text.substr(1));
-}
-
 std::string samplesOf(std::size_t count) {
   return translatedCount(count, "{1} sample", "{1} samples");
 }
 
-std::string titleOf(const QcFinding& finding) {
-  return capitalised(translated(finding.check->title));
+std::string titleOf(const QcCheck& check) {
+  return translated(check.names().title);
 }
 
 // All of a name where there is no style.
@@ -63,7 +58,7 @@ std::string failedChecks(const QcSample& sample) {
   std::string titles;
   for (std::size_t i = 0; i < kCheckCount; ++i) {
     if (sample.verdicts[i] != Verdict::Fail) continue;
-    titles += (titles.empty() ? "" : ", ") + translated(qcChecks()[i].title);
+    titles += (titles.empty() ? "" : ", ") + titleOf(qcChecks()[i]);
   }
   return titles;
 }
@@ -96,13 +91,13 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const TextSty
       failures.empty() ? '\n' + translated("No check failed.") + '\n' : failedSamples(samples, style);
   if (!failures.empty()) text += heading(translated("What failed, and what people do about it"), style);
   for (const QcFinding& finding : failures) {
-    text += paragraph(titleOf(finding) + " (" + samplesOf(finding.samples.size()) + "). " +
+    text += paragraph(titleOf(*finding.check) + " (" + samplesOf(finding.samples.size()) + "). " +
                           translated(finding.check->meaning) + ' ' + translated(finding.check->remedy),
                       paintedMark(Verdict::Fail, style), style);
   }
   if (!warnings.empty()) text += heading(translated("Warnings"), style);
   for (const QcFinding& finding : warnings) {
-    text += paragraph(titleOf(finding) + ": " + namesOf(finding.samples, &style),
+    text += paragraph(titleOf(*finding.check) + ": " + namesOf(finding.samples, &style),
                       paintedMark(Verdict::Warn, style), style);
   }
   return text;
@@ -119,8 +114,8 @@ PivotTable qcFindingsTable(const std::vector<QcSample>& samples) {
     for (const QcFinding& finding : findingsOf(samples, verdict)) {
       // A warning may have lesser reasons.
       const bool explained = verdict == Verdict::Fail;
-      table.rows.push_back({titleOf(finding), {}});
-      table.cells.push_back({textCell(translated(verdictWord(verdict))),
+      table.rows.push_back({titleOf(*finding.check), {}});
+      table.cells.push_back({textCell(translated(common::verdictWord(verdict))),
                              numberCell(static_cast<double>(finding.samples.size()), 0),
                              textCell(namesOf(finding.samples)),
                              textCell(explained ? translated(finding.check->meaning) : std::string()),

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/quality/checks.h"
 #include "common/text/wrapped_text.h"
-#include "standalone/console/qc/checks.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -79,14 +79,14 @@ const CLI::Validator& withoutBlanks() {
 
 // The columns of the result in lines for the help.
 std::string columnHelp() {
-  const std::pair<const char*, ResultColumn::Kind> kinds[] = {
-      {marked("Columns with numbers: {1}"), ResultColumn::Kind::Number},
-      {marked("with verdicts: {1}"), ResultColumn::Kind::Verdict},
-      {marked("with texts: {1}"), ResultColumn::Kind::Text}};
+  const std::pair<const char*, common::ResultColumn::Kind> kinds[] = {
+      {marked("Columns with numbers: {1}"), common::ResultColumn::Kind::Number},
+      {marked("with verdicts: {1}"), common::ResultColumn::Kind::Verdict},
+      {marked("with texts: {1}"), common::ResultColumn::Kind::Text}};
   std::string text;
   for (const auto& [label, kind] : kinds) {
     std::string names;
-    for (const ResultColumn& column : resultColumns()) {
+    for (const common::ResultColumn& column : common::kResultColumns) {
       if (column.kind == kind) names += (names.empty() ? "" : ", ") + std::string(column.name);
     }
     text += (text.empty() ? "" : "; ") + translated(label, {names});

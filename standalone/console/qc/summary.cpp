@@ -14,28 +14,17 @@ namespace genostat::standalone {
 
 namespace {
 
-// Indexed by Verdict.
-constexpr std::array<std::string_view, 4> kQcVerdictWords = {"", marked("pass"), marked("warn"),
-                                                             marked("fail")};
-static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kQcVerdictWords.size());
-
 Dataset importResults(const std::filesystem::path& csv) {
   ImportRequest request;
   request.file = csv;
   request.firstCase = 2;
-  for (const ResultColumn& column : resultColumns()) {
+  for (const common::ResultColumn& column : common::kResultColumns) {
     ImportColumn& wanted = request.columns.emplace_back();
     wanted.name = column.name;
-    wanted.kind =
-        column.kind == ResultColumn::Kind::Number ? ImportColumn::Kind::Numeric : ImportColumn::Kind::String;
+    wanted.kind = column.kind == common::ResultColumn::Kind::Number ? ImportColumn::Kind::Numeric
+                                                                    : ImportColumn::Kind::String;
   }
   return importText(request).dataset;
-}
-
-Verdict verdictNamed(std::string_view word) {
-  const auto place = std::ranges::find(kQcVerdictWords, word);
-  return place == kQcVerdictWords.end() ? Verdict::None
-                                        : static_cast<Verdict>(place - kQcVerdictWords.begin());
 }
 
 QcSample sampleAt(const Dataset& results, std::size_t row) {
@@ -50,7 +39,8 @@ QcSample sampleAt(const Dataset& results, std::size_t row) {
   sample.quality = number("mean_phred_all_reads");
   sample.score = number("qc_score");
   for (std::size_t i = 0; i < kCheckCount; ++i) {
-    sample.verdicts[i] = verdictNamed(results.find(qcChecks()[i].column)->texts[row]);
+    sample.verdicts[i] =
+        common::verdictNamed(results.find(qcChecks()[i].names().column)->texts[row]).value_or(Verdict::None);
   }
   return sample;
 }
@@ -64,10 +54,6 @@ CellValue cellOf(double number, int decimals) {
 }
 
 }  // namespace
-
-std::string_view verdictWord(Verdict verdict) {
-  return kQcVerdictWords[static_cast<std::size_t>(verdict)];
-}
 
 std::size_t QcSample::count(Verdict verdict) const {
   return static_cast<std::size_t>(std::ranges::count(verdicts, verdict));
@@ -125,7 +111,7 @@ PivotTable qcTable(const std::vector<QcSample>& samples) {
   }
   Category checks{translated("Checks"), {}};
   for (const QcCheck& check : qcChecks()) {
-    checks.children.push_back({translated(check.title), {}});
+    checks.children.push_back({translated(check.names().title), {}});
   }
   table.columns.push_back(std::move(checks));
   for (const QcSample& sample : samples) {
@@ -137,7 +123,7 @@ PivotTable qcTable(const std::vector<QcSample>& samples) {
              cellOf(sample.gc, 1),    cellOf(sample.duplicates, 1), cellOf(sample.quality, 1),
              cellOf(sample.score, 0)};
     for (const Verdict verdict : sample.verdicts) {
-      cells.push_back(textCell(verdict == Verdict::None ? std::string() : translated(verdictWord(verdict))));
+      cells.push_back(textCell(translated(common::verdictWord(verdict))));
     }
   }
   return table;

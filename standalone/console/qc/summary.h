@@ -12,9 +12,7 @@
 
 namespace genostat::standalone {
 
-enum class Verdict { None, Pass, Warn, Fail };
-// "pass"; empty for None.
-std::string_view verdictWord(Verdict verdict);
+using common::Verdict;
 
 struct QcSample {
   std::string name;   // without what a sequencer adds to it

@@ -63,7 +63,7 @@ std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool
   }
   columns.push_back({"", {}, true});
   for (const QcCheck& check : qcChecks()) {
-    columns.back().header += check.letter;
+    columns.back().header += check.names().letter;
   }
   for (const QcSample& sample : samples) {
     std::string marks;
@@ -137,7 +137,7 @@ std::string legend(const TextStyle& style) {
   std::string lines;
   int used = 0;
   for (const QcCheck& check : qcChecks()) {
-    std::string entry = std::string(1, check.letter) + ' ' + translated(check.title);
+    std::string entry = std::string(1, check.names().letter) + ' ' + translated(check.names().title);
     if (&check != &qcChecks().back()) entry += ',';
     const int width = common::displayWidth(entry) + 1;
     const bool fits = used > 0 && used + width <= style.width;
@@ -146,13 +146,11 @@ std::string legend(const TextStyle& style) {
     lines += entry;
   }
   lines += '\n';
-  const auto addMark = [&](Verdict verdict, const std::string& meaning) {
-    lines += blanks(kLegendIndent) + paintedMark(verdict, style) + ' ' + meaning;
-  };
-  addMark(Verdict::Pass, translated("pass"));
-  addMark(Verdict::Warn, translated("warning"));
-  addMark(Verdict::Fail, translated("failed"));
-  addMark(Verdict::None, translated("not judged"));
+  for (const Verdict verdict : {Verdict::Pass, Verdict::Warn, Verdict::Fail, Verdict::None}) {
+    const std::string word =
+        verdict == Verdict::None ? translated("not judged") : translated(common::verdictWord(verdict));
+    lines += blanks(kLegendIndent) + paintedMark(verdict, style) + ' ' + word;
+  }
   return lines + '\n';
 }
 

@@ -5,9 +5,9 @@
 #include <system_error>
 #include <utility>
 
+#include "common/quality/checks.h"
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
-#include "standalone/console/qc/checks.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/word.h"
 #include "standalone/syntax/keyword.h"
@@ -206,7 +206,7 @@ Completion completeSyntax(const CompletionSources& sources, const std::string& b
   if (expected.variable) candidates.addNames(sources.variables);
   if (expected.dataset) candidates.addNames(sources.datasets);
   if (expected.resultColumn) {
-    for (const ResultColumn& column : resultColumns()) {
+    for (const common::ResultColumn& column : common::kResultColumns) {
       candidates.addName(column.name);
     }
   }

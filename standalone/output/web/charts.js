@@ -154,7 +154,7 @@
     const step = Math.max(Math.min((room - left - rightmost - 4) / Math.max(columns, 1), 58), 26);
     const cells = [];
     chart.verdicts.forEach((row, r) => row.forEach((verdict, c) => {
-      cells.push({ r, c, v: verdict || "none", t: signs[verdict] || "", s: chart.samples[r], k: chart.checks[c], w: word(verdict || "not checked") });
+      cells.push({ r, c, v: verdict || "none", t: signs[verdict] || "", s: chart.samples[r], k: chart.checks[c], w: word(verdict || "not judged") });
     }));
     const x = { field: "c", type: "ordinal", scale: { paddingInner: 0.06, paddingOuter: 0.03 }, ...hidden };
     const y = { field: "r", type: "ordinal", scale: { paddingInner: 0.12, paddingOuter: 0.06 }, ...hidden };

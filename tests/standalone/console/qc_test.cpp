@@ -254,7 +254,7 @@ TEST_F(QcConsole, ShowsTheKeptSummaries) {
           HasSubstr(
               R"(["fail",{"number":1.0,"decimals":0},"kidney_of_the_patient_with_number_12345 R1","Many)"),
           HasSubstr(R"("kind":"verdicts")"), testing::Not(HasSubstr("Imported Data"))));
-  EXPECT_THAT(readWholeFile(at("report.html")), HasSubstr("frequent sequences"));
+  EXPECT_THAT(readWholeFile(at("report.html")), HasSubstr("Overrepresented sequences"));
   EXPECT_EQ(namesIn(at("temp")), Arguments{});
 }
 

@@ -85,7 +85,7 @@ TEST(HtmlTable, NestsLabelsAsSpans) {
 // A chart survives the way into an item and back.
 TEST(ChartJson, ReadsWhatItWrites) {
   const double missing = std::numeric_limits<double>::quiet_NaN();
-  using Verdict = VerdictMap::Verdict;
+  using common::Verdict;
   const std::vector<Chart> charts = {
       {"t", {"n"}, Histogram{"v", -1, .5, {1, 0, 7}, 8, .25, std::nullopt, true}},
       {"", {}, ProbabilityPlot{"r", {{.1, .2}, {1, 0}}}},

@@ -61,12 +61,12 @@ TEST_F(Commands, ShowTheVerdictsOfAJob) {
     return samples == std::string::npos ? "" : chart.substr(samples, chart.rfind("]]") + 2 - samples);
   };
   EXPECT_EQ(
-      overview("id AUTO Sample AUTO per_base AUTO n AUTO gc AUTO",
+      overview("id AUTO Sample AUTO per_base_n_content AUTO n AUTO gc AUTO",
                "x,b,pass,1,\nx,a,PASS,1,warn\nx,,fail,2,Warn\nx,a,warn,,pass\nx,,pass,3,fail\n"),
-      R"json("samples":["Case 3","Case 5","a","a (2)","b"],"checks":["Per base","Gc"],)json"
+      R"json("samples":["Case 3","Case 5","a","a (2)","b"],"checks":["Per base N content","gc"],)json"
       R"json("verdicts":[["fail","warn"],["pass","fail"],["pass","warn"],["warn","pass"],["pass",null]])json");
   EXPECT_EQ(overview("p AUTO q AUTO name AUTO", "pass,fail,\"s,1\"\n"),
-            R"("samples":["s,1"],"checks":["P","Q"],"verdicts":[["pass","fail"]])");
+            R"("samples":["s,1"],"checks":["p","q"],"verdicts":[["pass","fail"]])");
   EXPECT_EQ(overview("p AUTO q AUTO", "pass,passed\n"), "") << "one check is none";
   std::string many;
   for (int i = 1; i <= 501; ++i) {
