@@ -93,9 +93,9 @@ standalone::VerdictMap verdictMap(std::size_t samples) {
   }
   for (std::size_t s = 0; s < samples; ++s) {
     map.samples.push_back(s < kHostile.size() ? hostile(s) : "sample " + std::to_string(s));
-    std::vector<common::Verdict>& row = map.verdicts.emplace_back();
+    std::vector<genostat::common::Verdict>& row = map.verdicts.emplace_back();
     for (std::size_t c = 0; c < 12; ++c) {
-      row.push_back(static_cast<common::Verdict>((s * 5 + c * 3 + s * c) % 4));
+      row.push_back(static_cast<genostat::common::Verdict>((s * 5 + c * 3 + s * c) % 4));
     }
   }
   return map;
