@@ -5,7 +5,6 @@
 #include <fstream>
 #include <set>
 #include <sstream>
-#include <thread>
 
 #include "entry/analysis_subcommands.h"
 #include "entry/command_grammar.h"
@@ -207,9 +206,7 @@ TEST(Entry, SubmitsUntilTheQueueIsFull) {
     commands += command;
   }
   EXPECT_EQ(host.run(command), "");
-  while (host.adapter.messages().back() != "start Genomic_analysis_job_1 running") {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
+  ASSERT_TRUE(host.adapter.waitFor("start Genomic_analysis_job_1 running"));
   EXPECT_EQ(host.run("GENOSTAT /JOB FOLDER='in' NAME='Genomic_analysis_job_1'."), "Duplicate job name\n");
   EXPECT_EQ(host.run(commands), "");
   EXPECT_EQ(host.adapter.messages().back(), "start Genomic_analysis_job_11 queued");

@@ -37,9 +37,7 @@ class HeldWorker {
   HeldWorker(TestHost& host, GenoStatAlgoManager& manager) : host_(host) {
     host.plan("wait go\nexit 0");
     submit(manager, "held");
-    while (host.adapter.messages().back() != "start held running") {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    EXPECT_TRUE(host.adapter.waitFor("start held running"));
   }
   void release() { host_.signal("go"); }
 
@@ -286,7 +284,9 @@ TEST(Cancel, AtRandomMomentsLosesNothing) {
   for (unsigned seed = 1; seed <= 3; ++seed) {
     cancellers.emplace_back([&, seed] {
       std::mt19937 random(seed);
-      while (submitted < kJobs || manager->isJobPendingOrRunning("job" + std::to_string(kJobs - 1))) {
+      const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(2);
+      while ((submitted < kJobs || manager->isJobPendingOrRunning("job" + std::to_string(kJobs - 1))) &&
+             std::chrono::steady_clock::now() < deadline) {
         manager->cancelJob("job" + std::to_string(random() % kJobs));
         if (random() % 64 == 0) manager->cancellAllJobsPending();
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 4000));

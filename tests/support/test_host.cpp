@@ -1,5 +1,6 @@
 #include "tests/support/test_host.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <thread>
@@ -48,6 +49,13 @@ std::vector<std::string> RecordingAdapter::messages() const {
 bool RecordingAdapter::waitForEnds(std::size_t count) const {
   std::unique_lock lock(mutex_);
   return changed_.wait_for(lock, std::chrono::seconds(30), [&] { return ends_ >= count; });
+}
+
+bool RecordingAdapter::waitFor(const std::string& message) const {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, std::chrono::seconds(30), [&] {
+    return std::find(messages_.begin(), messages_.end(), message) != messages_.end();
+  });
 }
 
 std::size_t RecordingAdapter::ends() const {

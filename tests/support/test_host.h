@@ -28,6 +28,8 @@ class RecordingAdapter : public ZORV_Adapter {
   // Waits until `count` messages of end kind were recorded; false after 30 s.
   bool waitForEnds(std::size_t count) const;
   std::size_t ends() const;
+  // Waits until this message was recorded; false after 30 s.
+  bool waitFor(const std::string& message) const;
 
   bool interactive = true;
   // Called with the text of each message after it was recorded, on the sending thread. Set it before the
