@@ -1,5 +1,5 @@
-// A host in few lines: loads the module, runs the commands of its second argument, waits for their jobs and
-// shows the results. The first argument is the folder of the module and the launcher.
+// A host in few lines: loads the module, runs commands, waits for their jobs and shows the results.
+#include <exception>
 #include <iostream>
 
 #include "standalone/output/text_renderer.h"
@@ -14,15 +14,29 @@ struct View : host::SessionView {
   }
 };
 
-int main(int argumentCount, char** arguments) {
-  if (argumentCount != 3) return 2;
-  const std::filesystem::path folder = arguments[1];
+bool run(const std::filesystem::path& folder, const std::string& commands) {
   View view;
   host::OutputDocument output;
   output.onItem([](const std::string& item) { std::cout << host::renderItemAsText(item, {}); });
   host::HostFolders folders{std::filesystem::temp_directory_path(), folder, {}};
   host::Session session({folders, true, folder, true, {}, {}}, view, output);
-  session.run(std::make_shared<const host::SourceText>(host::SourceText{"arguments", arguments[2]}));
+  session.run(std::make_shared<const host::SourceText>(host::SourceText{"arguments", commands}));
   session.finishJobs();
-  return session.close() ? 0 : 1;
+  return session.close();
+}
+
+int main(int argumentCount, char** arguments) {
+  if (argumentCount != 3) {
+    std::cerr << "example_host: a folder and commands are needed.\n"
+                 "Usage: example_host FOLDER COMMANDS\n"
+                 "FOLDER holds the module and the launcher; COMMANDS is one argument, such as "
+                 "\"GENOSTAT /JOB NAME='a' FILE='a.fastq'.\"\n";
+    return 2;
+  }
+  try {
+    return run(arguments[1], arguments[2]) ? 0 : 1;
+  } catch (const std::exception& error) {
+    std::cerr << "example_host: " << error.what() << '\n';
+    return 1;
+  }
 }
