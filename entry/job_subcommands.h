@@ -15,8 +15,8 @@ void interpretPrint(const CommandSpec& spec, GenoJobSettings* settings);
 // The path of a result file; the mode becomes DELETE.
 void interpretDelete(const CommandSpec& spec, GenoJobSettings* settings);
 // Input, adapter and name of a job. Throws GenomicParserException for an input file that is
-// missing or empty and for a name that cannot be used. Run after the other two: files and names
-// are checked for a job to submit only.
+// missing or empty and for a name that cannot be used. Run after the other two: only in mode SUBMIT are
+// files and names checked.
 void interpretJob(const CommandSpec& spec, GenoJobSettings* settings);
 
 // True when a job may be submitted under this name; throws GenomicParserException otherwise.

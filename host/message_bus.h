@@ -1,4 +1,4 @@
-// Host message bus: what a background job tells the client.
+// Host message bus: the messages of a background job to the client.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The messages to the host's client. Without an adapter there is nobody to send them to.
+// The messages to the host's client. None is sent without an adapter.
 #include "entry/record/geno_job_settings.h"
 #include "host/language.h"
 #include "host/message_bus.h"

@@ -35,6 +35,6 @@ std::string GenoStatAlgoManager::getErrorMessageTemplate(std::int32_t exitCode) 
 }
 
 void GenoStatAlgoManager::cleanUpCSVFileCreated(GenoJobSettings* settings) {
-  // Nobody is told of a failure.
+  // A failure is not reported.
   if (settings != nullptr) genostat::platform::removeIfExists(settings->csvFilePath());
 }

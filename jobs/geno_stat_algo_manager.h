@@ -88,7 +88,7 @@ class GenoStatAlgoManager {
   void leaveCurrentJob();
   void joinWorker();
 
-  // Messages to the client: client_messages.cpp. Without an adapter there is nobody to send them to.
+  // Messages to the client; none is sent without an adapter: client_messages.cpp.
   void sendStartGenomicsJobMessage(const GenoJobSettings& job, bool started);
   void sendEndGenomicsJobMessage(const GenoJobSettings& job, const std::string& message);
 

@@ -1,4 +1,4 @@
-// The parameter document: all that an analysis is told.
+// The parameter document: everything that an analysis learns about its job.
 #pragma once
 
 #include <string>

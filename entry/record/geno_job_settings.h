@@ -18,7 +18,7 @@ enum class JobMode : std::uint32_t { SUBMIT = 0, PRINT = 1, DELETE = 2 };
 
 enum class RegressionMethod : std::uint32_t { ENTER = 0, STEPWISE = 1, BACKWARD = 2, FORWARD = 3 };
 
-// What a job leaves in its record's message code for the summary's message.
+// The message code of an ended job, from which the summary makes its message.
 namespace genostat::message_code {
 inline constexpr std::int32_t kResults = 100;
 inline constexpr std::int32_t kNoResults = 101;     // the analysis succeeded but wrote nothing
@@ -65,8 +65,8 @@ struct RegressionOptions {
   bool normalProbabilityPlot = false;
 };
 
-// Text is bytes, UTF-8 as the host parser delivers it. Owned by the entry, then by the job
-// manager, then by the run of the job. Once a job is queued, its status may be read and set by
+// Text is bytes, UTF-8 as the host parser delivers it. Owned by the entry, then by the manager's
+// queue, then by the run of the job. Once a job is queued, its status may be read and set by
 // any thread; its result path is assigned under the manager's queue mutex; the rest belongs
 // to the thread that runs the job.
 class GenoJobSettings {

@@ -1,5 +1,5 @@
-// The module's user-visible words. Those that name a key are looked up in the host's
-// string table under their own text, which is also what shows without a table.
+// The words that the module shows. Keys are looked up in the host's string table; without one the
+// key itself is shown.
 #pragma once
 
 namespace genostat::texts {
