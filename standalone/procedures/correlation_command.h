@@ -1,20 +1,17 @@
-// What CORRELATIONS and NONPAR CORR have in common: lists of variables, tails, flags and shapes.
+// What CORRELATIONS and NONPAR CORR are asked for.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "standalone/data/dataset.h"
 #include "standalone/session/command_context.h"
 #include "standalone/statistics/pair_groups.h"
-#include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
 
-// The variables of one table: every one with every other one, or, behind WITH, rows with columns.
+// The variables of one table: each with each other one or, with WITH, rows with columns.
 struct CorrelationList {
   std::vector<const Column*> variables;  // each once
   std::vector<std::size_t> rows;         // positions within `variables`, as are the columns
@@ -23,9 +20,6 @@ struct CorrelationList {
 
   std::vector<std::span<const double>> values() const;  // [variable][case]
 };
-
-// `list [WITH list]` at the cursor, as parseNumericVariables takes lists.
-CorrelationList parseCorrelationList(CommandContext& context, const Dataset& dataset, TokenCursor& cursor);
 
 struct CorrelationPrint {
   bool oneTailed = false;
@@ -37,13 +31,19 @@ struct CorrelationPrint {
   bool showsTwoTailed() const { return twoTailed || !oneTailed; }
 };
 
-// The keywords of /PRINT that both commands have; applyPrintKeyword takes their indices.
-inline constexpr std::array<std::string_view, 6> kCorrelationPrintKeywords = {"ONETAIL", "TWOTAIL", "SIG",
-                                                                              "NOSIG",   "FULL",    "LOWER"};
-void applyPrintKeyword(CorrelationPrint& print, std::size_t keyword);
+struct CorrelationRequest {
+  std::vector<CorrelationList> lists;  // one or more
+  CorrelationPrint print;
+  Deletion deletion = Deletion::Pairwise;
+  // Of CORRELATIONS alone.
+  bool descriptives = false;
+  bool products = false;
+  // Of NONPAR CORR alone.
+  bool spearman = false;
+  bool kendall = false;
+};
 
-// PAIRWISE or LISTWISE, INCLUDE or EXCLUDE; the last of each counts, and the latter two change
-// nothing, as there are no values that a user has declared missing.
-Deletion parseDeletion(TokenCursor& cursor);
+// Parses the context's command, which is one of the two; `ranks`: NONPAR CORR. Throws CommandError.
+CorrelationRequest parseCorrelationRequest(CommandContext& context, const Dataset& dataset, bool ranks);
 
 }  // namespace genostat::standalone

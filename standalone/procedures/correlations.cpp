@@ -1,4 +1,4 @@
-// CORRELATIONS: Pearson's coefficients.
+// CORRELATIONS: Pearson's coefficients. NONPAR CORR: Kendall's and Spearman's coefficients of ranks.
 //
 //   CORRELATIONS [VARIABLES=] list [WITH list]
 //     [/VARIABLES=list [WITH list]]...             a further table for each
@@ -6,10 +6,15 @@
 //     [/STATISTICS=[DESCRIPTIVES] [XPROD] [ALL]]
 //     [/MISSING=[PAIRWISE|LISTWISE] [INCLUDE|EXCLUDE]].
 //
+//   NONPAR CORR [VARIABLES=] list [WITH list]
+//     [/VARIABLES=list [WITH list]]...
+//     [/PRINT=[SPEARMAN] [KENDALL] [BOTH] [TWOTAIL] [ONETAIL] [SIG|NOSIG] [FULL|LOWER]]
+//     [/MISSING=[PAIRWISE|LISTWISE] [INCLUDE|EXCLUDE]].
+//
 // Both tails together give a row of significances for each; flags then go by the two-tailed one.
-// NOSIG flags significant coefficients; the rows of significances stay.
+// NOSIG flags significant coefficients; the rows of significances stay. Of ranks, Spearman's unless others
+// are named.
 
-#include <array>
 #include <string_view>
 
 #include "standalone/language/translation.h"
@@ -23,64 +28,11 @@
 #include "standalone/procedures/variable_list.h"
 #include "standalone/statistics/correlation_matrix.h"
 #include "standalone/statistics/moments.h"
-#include "standalone/syntax/token_cursor.h"
+#include "standalone/statistics/rank_correlation.h"
 
 namespace genostat::standalone {
 
 namespace {
-
-struct PearsonRequest {
-  std::vector<CorrelationList> lists;
-  CorrelationPrint print;
-  bool descriptives = false;
-  bool products = false;
-  Deletion deletion = Deletion::Pairwise;
-};
-
-void parsePearsonStatistics(TokenCursor& cursor, PearsonRequest& request) {
-  enum : std::size_t { Descriptives, Products };
-  static constexpr std::array<std::string_view, 3> kPearsonStatistics = {"DESCRIPTIVES", "XPROD", "ALL"};
-  while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kPearsonStatistics, translated("statistic"));
-    if (keyword != Products) request.descriptives = true;
-    if (keyword != Descriptives) request.products = true;
-  }
-}
-
-PearsonRequest parsePearsonRequest(CommandContext& context, const Dataset& dataset) {
-  enum : std::size_t { VariablesPart, PrintPart, StatisticsPart, MissingPart };
-  static constexpr std::array<std::string_view, 4> kPearsonSubcommands = {"VARIABLES", "PRINT", "STATISTICS",
-                                                                          "MISSING"};
-  TokenCursor cursor(context.command);
-  const Token& name = cursor.next();
-  PearsonRequest request;
-  // The list may stand right behind the command's name.
-  if (atBareVariableList(dataset, cursor, kPearsonSubcommands)) {
-    request.lists.push_back(parseCorrelationList(context, dataset, cursor));
-  }
-  while (const auto subcommand = cursor.nextSubcommand(kPearsonSubcommands)) {
-    switch (*subcommand) {
-      case VariablesPart:
-        request.lists.push_back(parseCorrelationList(context, dataset, cursor));
-        break;
-      case PrintPart:
-        while (!cursor.atSubcommandEnd()) {
-          applyPrintKeyword(request.print, cursor.expectKeyword(kCorrelationPrintKeywords));
-        }
-        break;
-      case StatisticsPart:
-        parsePearsonStatistics(cursor, request);
-        break;
-      case MissingPart:
-        request.deletion = parseDeletion(cursor);
-        break;
-      default:
-        break;
-    }
-  }
-  if (request.lists.empty()) TokenCursor::fail(translated("{1} names no variable", {"CORRELATIONS"}), name);
-  return request;
-}
 
 PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
   PivotTable table;
@@ -105,7 +57,7 @@ PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
 void runCorrelations(CommandContext& context) {
   static constexpr std::string_view kProcedure = "CORRELATIONS";
   const Dataset& dataset = requireActiveDataset(context);
-  const PearsonRequest request = parsePearsonRequest(context, dataset);
+  const CorrelationRequest request = parseCorrelationRequest(context, dataset, false);
   for (const CorrelationList& list : request.lists) {
     if (request.descriptives) context.output.addTable(kProcedure, momentsTable(list, request.deletion));
     CorrelationTable table(translated("Correlations"), list, request.print, request.deletion);
@@ -115,6 +67,20 @@ void runCorrelations(CommandContext& context) {
     if (const auto chart = correlationChart(list, request.deletion)) {
       context.output.addChart(kProcedure, *chart);
     }
+  }
+}
+
+void runNonparCorr(CommandContext& context) {
+  const Dataset& dataset = requireActiveDataset(context);
+  const CorrelationRequest request = parseCorrelationRequest(context, dataset, true);
+  for (const CorrelationList& list : request.lists) {
+    const RankCorrelation ranks(list.values(), request.deletion);
+    CorrelationTable table(translated("Nonparametric Correlations"), list, request.print, request.deletion);
+    if (request.kendall)
+      table.add({translated("Kendall's tau_b"), translated("Correlation Coefficient")}, ranks.kendall());
+    if (request.spearman)
+      table.add({translated("Spearman's rho"), translated("Correlation Coefficient")}, ranks.spearman());
+    context.output.addTable("NONPAR CORR", table.finish());
   }
 }
 

@@ -1,16 +1,16 @@
-// Cells and footnotes that the tables of a regression share.
+// Labels, cells and footnotes that the tables of a regression share.
 #pragma once
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <initializer_list>
 #include <optional>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
+#include "standalone/language/translation.h"
 #include "standalone/output/pivot_table.h"
+#include "standalone/procedures/regression_tables.h"
 
 namespace genostat::standalone {
 
@@ -19,52 +19,35 @@ class FootnoteList {
  public:
   explicit FootnoteList(PivotTable& table) : table_(table) {}
 
-  std::string mark(const std::string& text) {
-    const auto known = static_cast<std::size_t>(std::ranges::find(texts_, text) - texts_.begin());
-    std::string name;
-    for (std::size_t rest = known + 1; rest > 0; rest = (rest - 1) / 26) {
-      name.insert(name.begin(), static_cast<char>('a' + (rest - 1) % 26));
-    }
-    if (known == texts_.size()) {
-      texts_.push_back(text);
-      table_.footnotes.push_back(name + ". " + text);
-    }
-    return name;
-  }
+  std::string mark(const std::string& text);
 
  private:
   PivotTable& table_;
   std::vector<std::string> texts_;
 };
 
+// Gives a new table its title, with the note on the dependent variable, and the label of its rows.
+FootnoteList beginTable(PivotTable& table, const RegressionResult& result, std::string title,
+                        std::string rowLabel = {});
+
+inline constexpr std::string_view kConstantName = marked("(Constant)");
+
+// "x4, x1"; `predictors` are indices into those of the request.
+std::string predictorNames(const RegressionResult& result, const std::vector<std::size_t>& predictors);
+// "Predictors: (Constant), x4, x1"
+std::string predictorsNote(const RegressionResult& result, const LinearFit& fit);
+// What an analyst would ask when tests are missing; empty when none is.
+std::string missingTestsNote(const LinearFit& fit);
+// "1" for the first step.
+std::string modelLabel(std::size_t step);
+
 // As many decimals as show two digits of the smallest of the sizes, but no fewer than three.
-inline int decimalsForSizes(std::initializer_list<double> sizes) {
-  constexpr int kMostDecimals = 7;
-  int decimals = 3;
-  for (const double size : sizes) {
-    if (size == 0 || !std::isfinite(size)) continue;
-    const int needed = 1 - static_cast<int>(std::floor(std::log10(std::abs(size))));
-    decimals = std::max(decimals, std::min(needed, kMostDecimals));
-  }
-  return decimals;
-}
+int decimalsForSizes(std::initializer_list<double> sizes);
 
 // Blank for what does not exist, or lies beyond double's range.
-inline CellValue cellOf(const std::optional<double>& value, int decimals = 3) {
-  return value && std::isfinite(*value) ? numberCell(*value, decimals) : CellValue();
-}
-
-inline CellValue fractionCellOf(const std::optional<double>& value) {
-  return value && std::isfinite(*value) ? fractionCell(*value) : CellValue();
-}
-
-inline CellValue countCell(std::size_t count) {
-  return numberCell(static_cast<double>(count), 0);
-}
-
-inline CellValue withMark(CellValue cell, std::string mark) {
-  cell.mark = std::move(mark);
-  return cell;
-}
+CellValue cellOf(const std::optional<double>& value, int decimals = 3);
+CellValue fractionCellOf(const std::optional<double>& value);
+CellValue countCell(std::size_t count);
+CellValue withMark(CellValue cell, std::string mark);
 
 }  // namespace genostat::standalone

@@ -8,7 +8,6 @@
 #include "standalone/language/translation.h"
 #include "standalone/output/number_format.h"
 #include "standalone/procedures/regression_cells.h"
-#include "standalone/procedures/regression_labels.h"
 #include "standalone/procedures/regression_tables.h"
 #include "standalone/statistics/collinearity.h"
 
@@ -89,10 +88,7 @@ std::string confidenceLabel(double level) {
 PivotTable buildCoefficients(const RegressionResult& result) {
   const auto& statistics = result.request.statistics;
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("Coefficients");
-  table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = translated("Model");
+  FootnoteList notes = beginTable(table, result, translated("Coefficients"), translated("Model"));
   table.columns = {{translated("Unstandardized Coefficients"), {{"B", {}}, {translated("Std. Error"), {}}}},
                    {translated("Standardized Coefficients"), {{translated("Beta"), {}}}},
                    {"t", {}},
@@ -131,10 +127,8 @@ PivotTable buildCoefficients(const RegressionResult& result) {
 
 PivotTable buildCollinearityDiagnostics(const RegressionResult& result) {
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("Collinearity Diagnostics");
-  table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = translated("Model, Dimension");
+  FootnoteList notes =
+      beginTable(table, result, translated("Collinearity Diagnostics"), translated("Model, Dimension"));
   // A column for each predictor that some model has.
   std::vector<std::size_t> shown;
   for (const SelectionStep& step : result.selection.steps) {

@@ -5,7 +5,6 @@
 
 #include "standalone/language/translation.h"
 #include "standalone/procedures/regression_cells.h"
-#include "standalone/procedures/regression_labels.h"
 #include "standalone/procedures/regression_tables.h"
 
 namespace genostat::standalone {
@@ -23,9 +22,7 @@ const LinearFit& lastFit(const RegressionResult& result) {
 
 PivotTable buildResidualStatistics(const RegressionResult& result, const ResidualSummary& residuals) {
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("Residuals Statistics");
-  table.titleMark = notes.mark(dependentNote(result));
+  FootnoteList notes = beginTable(table, result, translated("Residuals Statistics"));
   table.columns = {{translated("Minimum"), {}},
                    {translated("Maximum"), {}},
                    {translated("Mean"), {}},

@@ -10,7 +10,6 @@
 
 #include "standalone/output/number_format.h"
 #include "standalone/procedures/regression_cells.h"
-#include "standalone/procedures/regression_labels.h"
 
 namespace genostat::standalone {
 
@@ -91,10 +90,8 @@ std::string describeRefusals(const RegressionResult& result) {
 
 PivotTable buildEnteredTable(const RegressionResult& result) {
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("Variables Entered/Removed");
-  table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = translated("Model");
+  FootnoteList notes =
+      beginTable(table, result, translated("Variables Entered/Removed"), translated("Model"));
   table.columns = {{translated("Variables Entered"), {}},
                    {translated("Variables Removed"), {}},
                    {translated("Method"), {}}};
@@ -159,10 +156,7 @@ PivotTable buildModelSummary(const RegressionResult& result) {
 
 PivotTable buildRegressionAnova(const RegressionResult& result) {
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("ANOVA");
-  table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = translated("Model");
+  FootnoteList notes = beginTable(table, result, translated("ANOVA"), translated("Model"));
   table.columns = {{translated("Sum of Squares"), {}},
                    {"df", {}},
                    {translated("Mean Square"), {}},
@@ -201,10 +195,7 @@ PivotTable buildRegressionAnova(const RegressionResult& result) {
 
 PivotTable buildExcludedTable(const RegressionResult& result) {
   PivotTable table;
-  FootnoteList notes(table);
-  table.title = translated("Excluded Variables");
-  table.titleMark = notes.mark(dependentNote(result));
-  table.rowLabel = translated("Model");
+  FootnoteList notes = beginTable(table, result, translated("Excluded Variables"), translated("Model"));
   table.columns = {{translated("Beta In"), {}},
                    {"t", {}},
                    {translated("Sig."), {}},
