@@ -1,10 +1,9 @@
-#include "standalone/console/qc/command.h"
-
 #include <charconv>
 #include <string_view>
 #include <vector>
 
 #include "common/text/utf8.h"
+#include "standalone/console/qc/request.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include "common/text/wrapped_text.h"
-#include "standalone/console/qc/marks.h"
 #include "standalone/console/qc/text.h"
 #include "standalone/language/translation.h"
 

@@ -1,4 +1,4 @@
-// What genostat qc is asked for, checked before anything runs.
+// What genostat qc is asked for, checked before anything runs, and the command for it.
 #pragma once
 
 #include <stdexcept>
@@ -30,6 +30,10 @@ struct QcRequest {
 
 // Looks at the files and folders. Throws QcRequestError.
 QcRequest checkQcOptions(const QcOptions& options);
+
+// The GENOSTAT command for a checked request, as a person would write it: one file a line, lists wrapped.
+// Ends with a line feed.
+std::string qcCommand(const QcRequest& request, const QcOptions& options);
 
 enum class Wanted { Numbers, Any };
 // The columns that a list names, each once; ALL: those that are wanted. `option` is what the error calls the

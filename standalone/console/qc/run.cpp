@@ -14,7 +14,6 @@
 #include "platform/path_text.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/exit_status.h"
-#include "standalone/console/qc/command.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/console/qc/view.h"
 #include "standalone/language/system_reason.h"

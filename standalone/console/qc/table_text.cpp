@@ -1,13 +1,11 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <string_view>
 #include <utility>
 
 #include "common/text/utf8.h"
 #include "common/text/wrapped_text.h"
-#include "standalone/console/qc/marks.h"
 #include "standalone/console/qc/text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/number_format.h"
@@ -19,6 +17,26 @@ namespace {
 constexpr int kGap = 2;              // blanks between columns
 constexpr int kLeastNameWidth = 14;  // names are shortened to this before columns go to another block
 constexpr int kLegendIndent = 2;
+
+struct Mark {
+  std::string_view ascii;
+  std::string_view unicode;
+  std::string_view colour;
+};
+
+// Indexed by Verdict.
+constexpr std::array<Mark, 4> kMarks = {{
+    {"-", "-", "\x1B[2m"},
+    {".", "\u2713", "\x1B[32m"},
+    {"!", "!", "\x1B[33m"},
+    {"x", "\u2717", "\x1B[31m"},
+}};
+static_assert(static_cast<std::size_t>(Verdict::Fail) + 1 == kMarks.size());
+
+std::string_view markOf(Verdict verdict, bool unicode) {
+  const Mark& mark = kMarks[static_cast<std::size_t>(verdict)];
+  return unicode ? mark.unicode : mark.ascii;
+}
 
 struct ShownColumn {
   std::string header;
@@ -155,6 +173,12 @@ std::string legend(const TextStyle& style) {
 }
 
 }  // namespace
+
+std::string paintedMark(Verdict verdict, const TextStyle& style) {
+  std::string mark(markOf(verdict, style.unicode));
+  if (!style.colour) return mark;
+  return std::string(kMarks[static_cast<std::size_t>(verdict)].colour) + mark + "\x1B[0m";
+}
 
 std::string shortenedName(const std::string& text, int width, bool unicode) {
   if (common::displayWidth(text) <= width) return text;

@@ -19,6 +19,9 @@ std::string renderQcFindings(const std::vector<QcSample>& samples, const TextSty
 // The same as a table; without rows when there are none.
 PivotTable qcFindingsTable(const std::vector<QcSample>& samples);
 
+// A verdict as a single sign, in its colour where the style has colours.
+std::string paintedMark(Verdict verdict, const TextStyle& style);
+
 // A printable name in at most so many columns. Names differ at both ends, so the middle goes.
 std::string shortenedName(const std::string& name, int width, bool unicode);
 

@@ -216,6 +216,22 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
   EXPECT_EQ(readWholeFile(at("good.fq")), kQcReads);
 }
 
+// The limits of names belong to the module; here they are checked before a job is queued.
+TEST_F(QcConsole, RefusesTheNamesThatTheModuleRefuses) {
+  for (const std::string& name : {std::string(255, 'x'), std::string(256, 'x'), std::string("ALL"),
+                                  std::string("LT"), std::string("WITH"), std::string("with")}) {
+    write("name.syntax", "GENOSTAT /JOB NAME='" + name + "' FILE='good.fq'.\n");
+    const ProgramResult module = runProgram({fs::absolute(GENOSTAT_BIN_DIR) / "genostat",
+                                             {"run", "name.syntax", "--temp", "temp"},
+                                             folder_.path(),
+                                             "",
+                                             {{"LC_ALL", "C"}}});
+    const bool refused = module.err.find("Invalid job name") != std::string::npos;
+    EXPECT_EQ(run({"good.fq", "--name", name, "--print-syntax"}).status, refused ? 2 : 0) << name;
+    EXPECT_EQ(module.status, refused ? 1 : 0) << module.err;
+  }
+}
+
 TEST_F(QcConsole, FailsWithoutTheFilesThatWereAskedFor) {
   fs::create_directory(at("data"));
   write("data/good_fastqc", "in the way");
