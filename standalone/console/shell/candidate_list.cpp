@@ -13,7 +13,7 @@ namespace genostat::standalone {
 namespace {
 
 constexpr std::size_t kMostListed = 120;
-constexpr std::size_t kGap = 2;
+constexpr std::size_t kListGap = 2;
 
 // A folder's slash belongs to its name.
 std::string_view lastPart(std::string_view path) {
@@ -35,14 +35,14 @@ std::string candidateList(const std::vector<std::string>& candidates, int column
     listed.push_back(common::printableText(lastPart(candidates[i])));
     widest = std::max(widest, listedWidth(listed.back()));
   }
-  const auto space = static_cast<std::size_t>(std::max(columns, 1)) + kGap - 1;
-  const std::size_t perRow = std::max<std::size_t>(1, space / (widest + kGap));
+  const auto space = static_cast<std::size_t>(std::max(columns, 1)) + kListGap - 1;
+  const std::size_t perRow = std::max<std::size_t>(1, space / (widest + kListGap));
   const std::size_t rows = (listed.size() + perRow - 1) / perRow;
   std::string list;
   for (std::size_t row = 0; row < rows; ++row) {
     for (std::size_t i = row; i < listed.size(); i += rows) {
       list += listed[i];
-      if (i + rows < listed.size()) list.append(widest + kGap - listedWidth(listed[i]), ' ');
+      if (i + rows < listed.size()) list.append(widest + kListGap - listedWidth(listed[i]), ' ');
     }
     list += '\n';
   }
