@@ -1,7 +1,8 @@
-# Builds what HTML reports carry along: cmake -DWEB=folder -DOUTPUT=folder -DSECTION=directive -P this file
+# Builds what HTML reports carry along: cmake -DWEB=folder -DCHARTS=ON|OFF -DOUTPUT=folder -DSECTION=directive -P this file
 #
-# WEB holds report.css, report.js, charts.js and the installed npm packages. OUTPUT gets one script for the charts
-# with the licences of all that is in it, the licences alone, and report_assets.cpp, which carries the bytes.
+# WEB holds report.css, report.js, charts.js and, where CHARTS is on, the installed npm packages. OUTPUT gets one script
+# for the charts with the licences of all that is in it, the licences alone, and report_assets.cpp, which carries the
+# bytes. Where CHARTS is off the script says so in each chart's place.
 # SECTION is the assembler's directive for constant data.
 
 cmake_minimum_required(VERSION 3.25)
@@ -71,16 +72,27 @@ function(collect_licences variable)
   set(${variable} "${all}" PARENT_SCOPE)
 endfunction()
 
-collect_licences(licences)
-read_script(vega "${WEB}/node_modules/vega/build/vega.min.js")
-read_script(vega_lite "${WEB}/node_modules/vega-lite/build/vega-lite.min.js")
-read_interpreter(interpreter "${WEB}/node_modules/vega-interpreter/build/vega-interpreter.js")
-file(READ "${WEB}/charts.js" charts)
-if(licences MATCHES "\\*/")
-  message(FATAL_ERROR "a licence ends the comment that it stands in")
+# The chart library, its interpreter of expressions, and what draws with them.
+function(join_charts variable licences)
+  if(licences MATCHES "\\*/")
+    message(FATAL_ERROR "a licence ends the comment that it stands in")
+  endif()
+  read_script(vega "${WEB}/node_modules/vega/build/vega.min.js")
+  read_script(vega_lite "${WEB}/node_modules/vega-lite/build/vega-lite.min.js")
+  read_interpreter(interpreter "${WEB}/node_modules/vega-interpreter/build/vega-interpreter.js")
+  file(READ "${WEB}/charts.js" charts)
+  set(${variable} "/*!\n${licences}*/\n${vega}\n${vega_lite}\n${interpreter}\n${charts}" PARENT_SCOPE)
+endfunction()
+
+if(CHARTS)
+  collect_licences(licences)
+  join_charts(charts "${licences}")
+else()
+  set(licences "")
+  file(READ "${WEB}/no_charts.js" charts)
 endif()
 file(WRITE "${OUTPUT}/report_licences.txt" "${licences}")
-file(WRITE "${OUTPUT}/report_charts.js" "/*!\n${licences}*/\n${vega}\n${vega_lite}\n${interpreter}\n${charts}")
+file(WRITE "${OUTPUT}/report_charts.js" "${charts}")
 
 set(definitions "")
 set(declarations "")

@@ -230,7 +230,8 @@ std::string scriptWords() {
                                         marked("Observed"),
                                         marked("Expected"),
                                         marked("Observed cumulative probability"),
-                                        marked("Expected cumulative probability")};
+                                        marked("Expected cumulative probability"),
+                                        marked("This build of Genostat draws no charts.")};
   if (language().code == "en") return {};
   rapidjson::StringBuffer buffer;
   JsonWriter writer(buffer);
