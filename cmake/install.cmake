@@ -22,7 +22,13 @@ install(EXPORT genostat NAMESPACE genostat:: FILE genostatTargets.cmake DESTINAT
 # Beside the programs, who look for it there.
 install(DIRECTORY strings DESTINATION ${GENOSTAT_INSTALL_DIR} FILES_MATCHING PATTERN "*.txt")
 install(DIRECTORY docs examples DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-install(FILES CHANGELOG.md README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES CHANGELOG.md LICENSE README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+if(WIN32)
+  install(FILES LICENSE DESTINATION . RENAME LICENSE.txt)
+else()
+  # Where Debian's users look for it.
+  install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" RENAME copyright)
+endif()
 
 # The notices of what is compiled in, from where the packages keep them.
 set(GENOSTAT_NOTICES_DIR /usr/share/doc CACHE PATH "Where each package has a folder with its file copyright")
