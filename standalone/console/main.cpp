@@ -9,7 +9,7 @@
 #include "standalone/console/language_choice.h"
 #include "standalone/console/options.h"
 #include "standalone/console/qc/run.h"
-#include "standalone/console/shell/run.h"
+#include "standalone/console/shell/shell.h"
 #include "standalone/language/translation.h"
 
 namespace standalone = genostat::standalone;

@@ -1,6 +1,6 @@
 """Stands where the analysis would, and becomes it when the file "go" appears: held_analysis.py ANALYSER SCRIPT PAYLOAD
 
-Until then it tells its progress as an analysis does, a little further each time, so that a test sees a job that
+Until then it reports its progress as an analysis does, a little further each time, so that a test sees a job that
 runs for as long as it likes. "go" and the launcher that starts this stand in the folder of SCRIPT's home, which
 the launcher names in GENOSTAT_HELD.
 """

@@ -39,7 +39,7 @@ class Terminal:
         for name in ("TMUX", "COLUMNS", "LINES", "NO_COLOR", "PROMPT_COMMAND"):
             self.environment.pop(name, None)
         variables = {"PS1": "$ ", "HISTFILE": "", "LC_ALL": "C.UTF-8", **(environment or {})}
-        # Set behind whatever shell tmux starts commands with, which may have ideas of its own.
+        # Set after whatever shell tmux starts commands with, which may have ideas of its own.
         settings = " ".join(shlex.quote(f"{name}={value}") for name, value in variables.items())
         self.tmux("new-session", "-d", "-x", str(columns), "-y", str(rows), "-c", str(folder),
                   f"exec env {settings} bash --norc --noprofile")
@@ -121,7 +121,6 @@ class Terminal:
     def wait_for_status(self):
         screen = self.wait_for(r"^\[status \d+\]\n\$ ?\Z")
         return int(re.findall(r"^\[status (\d+)\]$", screen, re.MULTILINE)[-1])
-
 
 
 def framed(screen):

@@ -119,7 +119,7 @@ def progress_makes_room(place):
         terminal.type('fg; echo "[status $?]"')
         terminal.wait_for(r"^a  .*\n  control .*\n  treated .*\n2 more jobs wait")
         place.go_on()
-        check(terminal.wait_for_status() == 1, "the status tells of the wrong command")
+        check(terminal.wait_for_status() == 1, "the status reports the wrong command")
         screen = terminal.everything()
         check(not re.search(rf"{BAR}|more jobs", screen), "nothing of it remains", screen)
         place.check_nothing_is_left()
@@ -208,7 +208,7 @@ def shell_completes_and_remembers(place):
     with place.terminal(rows=80, **state) as terminal:
         terminal.type("genostat shell")
         terminal.wait_for(PROMPT)
-        # Commands and names of variables get the blank behind them.
+        # Commands and names of variables get a blank after them.
         for typed, completed in (("GENO", "GENOSTAT"), ("/JO", "GENOSTAT /JOB"),
                                  (" NAME='check' FILE='con", "GENOSTAT /JOB NAME='check' FILE='control.fastq'")):
             terminal.type(typed, enter=False)

@@ -9,7 +9,7 @@
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
 #include "standalone/console/shell/help.h"
-#include "standalone/console/shell/word.h"
+#include "standalone/console/shell/words.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -101,7 +101,7 @@ std::string undoubled(std::string_view text, char quote) {
   return result;
 }
 
-// Paths that go on from `typed`; folders end with a slash.
+// Paths that begin with `typed`; folders end with a slash.
 std::vector<std::string> pathsFrom(const std::string& typed) {
   const std::size_t slash = typed.rfind('/');
   const std::string folder = slash == std::string::npos ? std::string() : typed.substr(0, slash + 1);
@@ -122,7 +122,7 @@ std::vector<std::string> pathsFrom(const std::string& typed) {
   return paths;
 }
 
-// A single folder is gone on from, a single file is done with.
+// After a single folder typing goes on; after a single file the word is complete.
 std::string endingFor(const std::vector<std::string>& paths, std::string_view ending) {
   return paths.size() == 1 && paths.front().ends_with('/') ? std::string() : std::string(ending);
 }
@@ -151,7 +151,7 @@ Completion completeBarePath(std::string_view typed, std::size_t begin) {
   return {begin, std::move(paths), ending};
 }
 
-// `typed` is the part of a shell word's line that ends at the cursor, `index` its place behind the word.
+// `typed` is the part of a shell word's line that ends at the cursor, `index` its place after the word.
 Completion completeArgument(const CompletionSources& sources, ShellVerb verb, std::size_t index,
                             std::string_view typed, std::size_t begin) {
   Candidates candidates(typed);
@@ -198,7 +198,7 @@ Completion completeSyntax(const CompletionSources& sources, const std::string& b
   while (begin > 0 && isWordByte(line[begin - 1]))
     --begin;
   const std::string_view typed = line.substr(begin);
-  const Expectation expected = sources.expectedBehind(before + std::string(line.substr(0, begin)));
+  const Expectation expected = sources.expectedAfter(before + std::string(line.substr(0, begin)));
   Candidates candidates(typed);
   for (const std::string& keyword : expected.keywords) {
     candidates.addKeyword(keyword);

@@ -19,8 +19,8 @@ struct CompletionSources {
   std::vector<std::string> variables;  // of the active dataset
   std::vector<std::string> datasets;
   std::vector<std::string> jobs;  // that can be cancelled
-  // What may stand behind a text of command syntax.
-  std::function<Expectation(const std::string&)> expectedBehind;
+  // What may follow a text of command syntax.
+  std::function<Expectation(const std::string&)> expectedAfter;
 };
 
 // `before` are the lines of the command that has begun, each with its line feed, if one has; `line` is the

@@ -2,17 +2,21 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
 #include <thread>
 #include <utility>
 
 #include "platform/environment.h"
 #include "platform/path_text.h"
 #include "platform/running_program.h"
+#include "platform/suspension.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell/candidate_list.h"
+#include "standalone/console/shell/commands.h"
 #include "standalone/console/shell/completion.h"
-#include "standalone/console/shell/working.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 
@@ -44,7 +48,7 @@ Shell::Shell(const ShellOptions& options) : options_(options), view_(options.ses
   editing.complete = [this](std::string_view line, std::size_t cursor) { return complete(line, cursor); };
   editing.list = candidateList;
   editor_ = LineEditor::create(std::move(editing));
-  view_.beforeWriting([this, reader = std::this_thread::get_id()] {
+  view_.beforeLines([this, reader = std::this_thread::get_id()] {
     if (std::this_thread::get_id() == reader) editor_->hideLine();
   });
 }
@@ -52,12 +56,10 @@ Shell::Shell(const ShellOptions& options) : options_(options), view_(options.ses
 void Shell::begin() {
   prepareOutputs(options_.session, view_, translated("Results"));
   if (editor_->isInteractive()) view_.showProgress(false);
-  session_.emplace(sessionOptions(options_.session), view_, view_.document());
+  work_.emplace(options_.session, view_);
   Phase before = Phase::Starting;
-  if (phase_.compare_exchange_strong(before, Phase::Running)) return;
-  while (true) {
-    std::this_thread::sleep_for(std::chrono::hours(1));
-  }
+  // Or else the thread of the interrupt is ending the program.
+  if (!phase_.compare_exchange_strong(before, Phase::Running)) phase_.wait(Phase::Interrupted);
 }
 
 void Shell::interrupt(platform::Interrupt kind) {
@@ -67,9 +69,7 @@ void Shell::interrupt(platform::Interrupt kind) {
     platform::exitNow(kInterrupted);
   }
   if (kind == platform::Interrupt::Key && editor_->isInteractive()) {
-    stopped_ = true;
-    session_->stop();
-    if (!working_) editor_->interrupt();
+    if (!work_->stop()) editor_->interrupt();
     return;
   }
   if (!ending_.exchange(true)) {
@@ -78,7 +78,7 @@ void Shell::interrupt(platform::Interrupt kind) {
     // The prompt's line is not ours any more.
     if (editor_->isInteractive()) std::fputc('\n', stderr);
   }
-  session_->interrupt();
+  work_->session().interrupt();
 }
 
 int Shell::run() {
@@ -87,55 +87,24 @@ int Shell::run() {
     view_.showAnswer(translated("genostat {1}. Type help for help, quit to leave.", {GENOSTAT_VERSION}));
   }
   while (true) {
-    if (interactive && input_.empty()) runEndedJobs();
+    if (interactive && input_.empty()) work_->runEndedJobs();
     const LineEditor::Input input = editor_->read(input_.empty() ? kPrompt : kContinuation);
     view_.fitToTerminal();
     if (takeInput(input)) break;
   }
   // What jobs that have ended still want; without a terminal, what all of them want.
-  if (interactive) {
-    const Working working(*this);
-    session_->finishJobs();
-  } else {
-    session_->finishJobs();
-  }
-  const bool succeeded = session_->close() && !failed_;
+  work_->finishJobs();
+  const bool succeeded = work_->session().close() && !failed_;
   const bool written = view_.finish();
   return written && (interactive || succeeded) ? kSuccess : kFailure;
 }
 
 bool Shell::idle(bool lineIsEmpty) {
-  session_->followJobs(std::chrono::milliseconds(0));
+  work_->followJobs();
   if (!editor_->isInteractive()) return false;
   const bool free = lineIsEmpty && input_.empty() && !asking_;
-  if (free && session_->canRunEndedJobs()) return true;
-  if (!free) tellOfHeldResults();
-  return false;
-}
-
-void Shell::tellOfHeldResults() {
-  const std::size_t held = session_->endedJobCount();
-  if (held > heldResultsTold_) view_.showNotice(translated("results are shown when nothing is being typed"));
-  heldResultsTold_ = held;
-}
-
-void Shell::runEndedJobs() {
-  if (!session_->canRunEndedJobs()) return;
-  const Working working(*this);
-  while (session_->canRunEndedJobs() && !stopped_) {
-    runEndedJob();
-  }
-}
-
-// Its syntax chooses the active dataset, which the user may have chosen otherwise.
-void Shell::runEndedJob() {
-  const Dataset* before = session_->datasets().active();
-  session_->runEndedJob();
-  session_->followJobs(std::chrono::milliseconds(0));
-  heldResultsTold_ = session_->endedJobCount();
-  const Dataset* active = session_->datasets().active();
-  if (before == nullptr || active == before || active == nullptr) return;
-  view_.showNotice(translated("the active dataset is now {1}", {active->name}));
+  if (!free) work_->announceHeldResults();
+  return free && work_->session().canRunEndedJobs();
 }
 
 bool Shell::takeInput(const LineEditor::Input& input) {
@@ -175,26 +144,47 @@ bool Shell::takeLine(std::string_view text) {
 }
 
 bool Shell::takeFirstLine(std::string_view line) {
-  const FirstWord first = classifyFirstWord(line, session_->commandNames());
-  switch (first.kind) {
-    case FirstWord::Kind::Empty:
-      return false;
-    case FirstWord::Kind::Shell:
-    case FirstWord::Kind::Misspelt:
-      remember(line);
-      return runWord(first, line);
-    case FirstWord::Kind::Unknown:
-      // A person is told at once; elsewhere the lines up to the end of the command belong to it.
-      if (editor_->isInteractive()) {
-        remember(line);
-        return runWord(first, line);
-      }
-      [[fallthrough]];
-    case FirstWord::Kind::Command:
-      break;
+  using Kind = FirstWord::Kind;
+  const bool typed = editor_->isInteractive();
+  const FirstWord first = classifyFirstWord(line, work_->session().commandNames());
+  if (first.kind == Kind::Empty) return false;
+  // A person is told at once of an unknown word; elsewhere the lines up to the end of the command belong to
+  // it.
+  const bool isCommand = first.kind == Kind::Command || (first.kind == Kind::Unknown && !typed);
+  if (isCommand) {
+    if (input_.add(line, lineNumber_)) runInput();
+    return false;
   }
-  if (input_.add(line, lineNumber_)) runInput();
-  return false;
+  remember(line);
+  const WordOutcome outcome = runShellWord(first, {line, typed ? 1 : lineNumber_, typed}, *work_, view_);
+  if (outcome == WordOutcome::Failed) failed_ = true;
+  return outcome == WordOutcome::Quit && quit();
+}
+
+bool Shell::quit() {
+  if (!editor_->isInteractive()) return true;
+  work_->followJobs();
+  return work_->session().openJobs().empty() || askToQuit();
+}
+
+bool Shell::askToQuit() {
+  Session& session = work_->session();
+  const std::string question =
+      translatedCount(session.openJobs().size(), "{1} job has not ended.", "{1} jobs have not ended.") + ' ' +
+      translated("Wait, cancel, or go on working?") + " [w/c/g] ";
+  asking_ = true;
+  const LineEditor::Input answer = editor_->read(question);
+  asking_ = false;
+  const auto is = [&answer](char small, char large) {
+    return answer.text.starts_with(small) || answer.text.starts_with(large);
+  };
+  if (answer.kind == LineEditor::Input::Kind::Line && is('w', 'W')) {
+    work_->waitForJobs();
+    return session.openJobs().empty() && !session.hasEndedJobs();
+  }
+  if (answer.kind != LineEditor::Input::Kind::End && !is('c', 'C')) return false;
+  work_->cancelAllJobs();
+  return true;
 }
 
 void Shell::runInput() {
@@ -202,15 +192,9 @@ void Shell::runInput() {
   const std::size_t firstLine = input_.firstLine();
   input_.clear();
   remember(std::string_view(text).substr(0, text.find_last_not_of('\n') + 1));
-  runSyntax(text, firstLine);
-}
-
-void Shell::runSyntax(const std::string& text, std::size_t firstLine) {
-  const Working working(*this);
-  SourceText source{"<shell>", text};
   // Errors name the lines of what is piped in.
-  if (!editor_->isInteractive()) source = {"<stdin>", std::string(firstLine - 1, '\n') + text};
-  session_->run(std::make_shared<const SourceText>(std::move(source)));
+  work_->run(editor_->isInteractive() ? SourceText{"<shell>", text}
+                                      : SourceText{"<stdin>", std::string(firstLine - 1, '\n') + text});
 }
 
 void Shell::remember(std::string_view entry) {
@@ -221,21 +205,41 @@ void Shell::remember(std::string_view entry) {
 
 platform::Completion Shell::complete(std::string_view line, std::size_t cursor) {
   if (asking_) return {};
+  Session& session = work_->session();
   CompletionSources sources;
-  sources.commands = session_->commandNames();
-  if (const Dataset* active = session_->datasets().active()) {
+  sources.commands = session.commandNames();
+  if (const Dataset* active = session.datasets().active()) {
     for (const Column& column : active->columns) {
       sources.variables.push_back(column.name);
     }
   }
-  for (const auto& dataset : session_->datasets().all()) {
+  for (const auto& dataset : session.datasets().all()) {
     if (!dataset->name.empty()) sources.datasets.push_back(dataset->name);
   }
-  for (const JobStatus& job : session_->openJobs()) {
+  for (const JobStatus& job : session.openJobs()) {
     sources.jobs.push_back(job.name);
   }
-  sources.expectedBehind = [this](const std::string& text) { return session_->expectedBehind(text); };
+  sources.expectedAfter = [&session](const std::string& text) { return session.expectedBehind(text); };
   return completeShellLine(sources, input_.text(), line, cursor);
+}
+
+int runShell(const ShellOptions& options) {
+  // The threads of signals keep it until the program ends.
+  const auto shell = std::make_shared<Shell>(options);
+  platform::onSuspend([shell] { shell->view().suspend(); });
+  platform::onEachInterrupt([shell](platform::Interrupt kind) { shell->interrupt(kind); });
+  const auto refuse = [&shell](const char* message, int status) {
+    shell->view().showNotice(translated("error: {1}", {message}));
+    return status;
+  };
+  try {
+    shell->begin();
+  } catch (const UsageError& error) {
+    return refuse(error.what(), kUsageError);
+  } catch (const std::runtime_error& error) {
+    return refuse(error.what(), kFailure);
+  }
+  return shell->run();
 }
 
 }  // namespace genostat::standalone

@@ -8,19 +8,19 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/interrupts.h"
 #include "platform/line_editor.h"
 #include "standalone/console/options.h"
 #include "standalone/console/shell/input.h"
 #include "standalone/console/shell/view.h"
-#include "standalone/console/shell/word.h"
-#include "standalone/session/session.h"
+#include "standalone/console/shell/work.h"
 
 namespace genostat::standalone {
+
+// genostat shell: the program's exit status. Once per program, before any thread is started.
+int runShell(const ShellOptions& options);
 
 class Shell {
  public:
@@ -38,60 +38,29 @@ class Shell {
   ShellView& view() { return view_; }
 
  private:
-  using Arguments = std::vector<ShellArgument>;
-
   bool idle(bool lineIsEmpty);
   platform::Completion complete(std::string_view line, std::size_t cursor);
-  void tellOfHeldResults();
-  void runEndedJobs();
-  void runEndedJob();
-  // True when the shell is to end.
+  // These are true when the shell is to end.
   bool takeInput(const platform::LineEditor::Input& input);
   bool takeLine(std::string_view line);
   bool takeFirstLine(std::string_view line);
-  void runInput();
-  void runSyntax(const std::string& text, std::size_t firstLine);
-  void remember(std::string_view entry);
-
-  // True when the shell is to end.
-  bool runWord(const FirstWord& word, std::string_view line);
-  void showJobs();
-  void cancel(const Arguments& arguments);
-  void waitForJobs();
-  void showDatasets();
-  void showCases(const Arguments& arguments);
-  void writeOutput(const Arguments& arguments);
-  void runFile(const Arguments& arguments);
-  void help(const Arguments& arguments);
   bool quit();
   bool askToQuit();
-
-  void rejectArguments(const Arguments& arguments, std::size_t most) const;
-  // Throws CommandError at a part of the line.
-  [[noreturn]] void fail(std::string message, const ShellArgument& at, std::string hint = {}) const;
-  [[noreturn]] void failUnknown(const ShellArgument& at, const std::vector<std::string>& known,
-                                std::string message) const;
-  [[noreturn]] void failUnknownData(const ShellArgument& name);
-
-  // While it lives, Ctrl-C stops what runs instead of dropping what is typed.
-  class Working;
+  void runInput();
+  void remember(std::string_view entry);
 
   const ShellOptions options_;
   ShellView view_;
   std::unique_ptr<platform::LineEditor> editor_;
-  std::optional<Session> session_;
+  std::optional<ShellWork> work_;  // from begin() on
   ShellInput input_;
-  std::string line_;  // of the shell word that runs
   std::size_t lineNumber_ = 0;
-  std::size_t heldResultsTold_ = 0;
   bool failed_ = false;  // a shell word
   bool asking_ = false;  // a question is on the screen, not a command's line
 
   enum class Phase { Starting, Running, Interrupted };
   std::atomic<Phase> phase_{Phase::Starting};
-  std::atomic<bool> ending_{false};   // the first interrupt that ends the program has come
-  std::atomic<bool> working_{false};  // something runs that Ctrl-C stops
-  std::atomic<bool> stopped_{false};  // and it has
+  std::atomic<bool> ending_{false};  // the first interrupt that ends the program has come
 };
 
 }  // namespace genostat::standalone

@@ -1,30 +1,17 @@
 #include "standalone/console/shell/view.h"
 
-#include <sstream>
 #include <vector>
 
-#include "common/text/wrapped_text.h"
 #include "standalone/console/view/output_file.h"
 #include "standalone/output/html_report.h"
 #include "standalone/output/text_table.h"
 
 namespace genostat::standalone {
 
-void ShellView::showNotice(const std::string& text) {
-  if (makeRoom_) makeRoom_();
-  ConsoleView::showNotice(text);
-}
-
-void ShellView::showDiagnostic(const Diagnostic& diagnostic) {
-  if (makeRoom_) makeRoom_();
-  ConsoleView::showDiagnostic(diagnostic);
-}
-
 void ShellView::showAnswer(const std::string& text) {
   if (answersAreOutput_) {
     showAs(text + '\n', [] {});
   } else {
-    if (makeRoom_) makeRoom_();
     writeLine(text);
   }
 }
@@ -36,16 +23,7 @@ void ShellView::showAnswer(const PivotTable& table) {
 }
 
 void ShellView::showText(const std::string& text) {
-  std::string shown;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    const bool asItIs = line.empty() || line.starts_with(' ');
-    const auto pieces = asItIs ? std::vector{line} : common::wrapText(line, style().width);
-    for (const std::string& piece : pieces) {
-      shown += (shown.empty() ? "" : "\n") + piece;
-    }
-  }
-  showAnswer(shown);
+  showAnswer(wrappedLines(text, style().width));
 }
 
 void ShellView::writeReport(const std::string& file, OutputFormat format, const std::string& title) {

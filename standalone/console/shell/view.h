@@ -1,9 +1,7 @@
 // Shows the session of genostat shell beside a line that is being typed.
 #pragma once
 
-#include <functional>
 #include <string>
-#include <utility>
 
 #include "standalone/console/view/console_view.h"
 #include "standalone/output/pivot_table.h"
@@ -16,12 +14,6 @@ class ShellView : public ConsoleView {
       : ConsoleView(options.output),
         answersAreOutput_(options.output == OutputFormat::Text && options.outputFile.empty()) {}
 
-  // Called before anything is written from the thread that types. Set before the session begins.
-  void beforeWriting(std::function<void()> makeRoom) { makeRoom_ = std::move(makeRoom); }
-
-  void showNotice(const std::string& text) override;
-  void showDiagnostic(const Diagnostic& diagnostic) override;
-
   // What a shell word answers: no result, so that it is in no report.
   void showAnswer(const std::string& text);
   void showAnswer(const PivotTable& table);
@@ -33,7 +25,6 @@ class ShellView : public ConsoleView {
 
  private:
   const bool answersAreOutput_;  // or else notices, beside results that go elsewhere
-  std::function<void()> makeRoom_;
 };
 
 }  // namespace genostat::standalone

@@ -21,23 +21,29 @@ namespace {
 
 constexpr int kWidthOfFiles = 100;
 
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value != nullptr ? value : "";
+bool coloursAreUnwanted() {
+  const char* noColour = std::getenv("NO_COLOR");
+  return noColour != nullptr && *noColour != '\0';
 }
 
 TextStyle chooseStyle() {
   const platform::Terminal terminal = platform::standardOutputTerminal();
   TextStyle style;
   style.unicode = terminal.isUtf8;
-  style.colour = terminal.isTerminal && terminal.movesCursor && environment("NO_COLOR").empty();
+  style.colour = terminal.isTerminal && terminal.movesCursor && !coloursAreUnwanted();
   const int wanted = common::columnsWanted();
   style.width = wanted > 0 ? wanted : terminal.isTerminal ? terminal.width : kWidthOfFiles;
   return style;
 }
 
-// At blanks; what begins with one, a list or an excerpt, stays as it is.
-std::string broken(std::string_view text, int width, std::string_view indent = {}) {
+void writeToStandardError(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stderr);
+  std::fflush(stderr);
+}
+
+}  // namespace
+
+std::string wrappedLines(std::string_view text, int width, std::string_view indent) {
   std::string lines;
   for (std::size_t begin = 0; begin <= text.size();) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());
@@ -52,13 +58,6 @@ std::string broken(std::string_view text, int width, std::string_view indent = {
   }
   return lines;
 }
-
-void writeToStandardError(std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stderr);
-  std::fflush(stderr);
-}
-
-}  // namespace
 
 ConsoleView::ConsoleView(OutputFormat format)
     : format_(format),
@@ -84,7 +83,7 @@ void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<Outp
 
 void ConsoleView::showNotice(const std::string& text) {
   const int width = noticeWidth();
-  writeLine(width > 0 ? broken(text, width) : text);
+  writeLine(width > 0 ? wrappedLines(text, width) : text);
 }
 
 void ConsoleView::showDiagnostic(const Diagnostic& diagnostic) {
@@ -95,14 +94,14 @@ void ConsoleView::showDiagnostic(const Diagnostic& diagnostic) {
   recording_ = false;
 }
 
-// A terminal would break long lines in the middle of a word, and a long excerpt's caret off its place.
+// A terminal would break long lines in the middle of a word, and move a long excerpt's caret off its place.
 std::string ConsoleView::shownDiagnostic(const Diagnostic& diagnostic, const std::string& rendered) const {
   const int width = noticeWidth();
   if (width == 0) return rendered;
   const auto parts = describeDiagnostic(diagnostic, static_cast<std::size_t>(width));
-  std::string text = broken(parts.message, width);
+  std::string text = wrappedLines(parts.message, width);
   if (!parts.excerpt.empty()) text += '\n' + parts.excerpt;
-  if (!parts.hint.empty()) text += '\n' + broken(parts.hint, width, "  ");
+  if (!parts.hint.empty()) text += '\n' + wrappedLines(parts.hint, width, "  ");
   return text;
 }
 
@@ -173,7 +172,7 @@ void ConsoleView::writeOutput(std::string_view text) {
     problem = written ? 0 : errno;
     outputFailed_ = !written;
   };
-  // A reader who takes his time holds up nothing else.
+  // A slow reader of a pipe must not hold up what is written to the terminal.
   if (outputIsTerminal_) {
     live_.writeAbove(write);
   } else {
@@ -186,6 +185,7 @@ void ConsoleView::writeOutput(std::string_view text) {
 }
 
 void ConsoleView::writeLine(const std::string& text) {
+  makeRoom_();
   live_.writeAbove([line = text + '\n'] { writeToStandardError(line); });
 }
 

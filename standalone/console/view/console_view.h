@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/suspension.h"
@@ -18,6 +19,9 @@
 
 namespace genostat::standalone {
 
+// Breaks lines at blanks; one that begins with a blank, of a list or an excerpt, stays as it is.
+std::string wrappedLines(std::string_view text, int width, std::string_view indent = {});
+
 class ConsoleView : public SessionView {
  public:
   explicit ConsoleView(OutputFormat format);
@@ -26,16 +30,19 @@ class ConsoleView : public SessionView {
   // begins; `title` heads the report.
   void setFiles(std::optional<OutputFile> results, std::optional<OutputFile> report, std::string title);
 
+  // Called before anything is written to standard error. Set before the session begins.
+  void beforeLines(std::function<void()> makeRoom) { makeRoom_ = std::move(makeRoom); }
+
   OutputDocument& document() { return document_; }
 
   void showNotice(const std::string& text) override;
   void showDiagnostic(const Diagnostic& diagnostic) override;
   void jobsChanged(const std::vector<JobStatus>& jobs) override;
 
-  // From now on tables are as wide as the terminal is by now.
+  // From now on tables are as wide as the terminal is now.
   void fitToTerminal();
 
-  // Whether the progress of jobs is shown, where standard error is a terminal. It is, from the beginning.
+  // Whether the progress of jobs is shown where standard error is a terminal. At first it is.
   void showProgress(bool wanted);
   // Removes what is shown of progress for good. Any thread; waits for output that is being written.
   void endProgress() { live_.close(); }
@@ -71,7 +78,8 @@ class ConsoleView : public SessionView {
   std::string fileText_;    // the tables so far, for the file of results
   bool recording_ = false;  // an item is added that has been shown
   bool outputFailed_ = false;
-  LiveLines live_;  // on standard error, and one line at a time there
+  std::function<void()> makeRoom_ = [] {};
+  LiveLines live_;  // on standard error, where all lines pass through it
   ProgressDisplay progress_;
   std::vector<JobStatus> jobs_;  // that have not ended
   bool progressWanted_ = true;

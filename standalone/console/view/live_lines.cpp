@@ -62,7 +62,7 @@ void LiveLines::close() {
 }
 
 void LiveLines::erase() {
-  // In the background the rows below the cursor are somebody else's by now.
+  // In the background, the rows below the cursor may belong to another program.
   if (!lines_.empty() && terminal_().isForeground) write_(kEraseBelow);
   lines_.clear();
 }

@@ -17,7 +17,7 @@ namespace genostat::standalone {
 // Any thread.
 class LiveLines {
  public:
-  // `terminal` tells what the terminal is like now; `write` gets bytes for it, one call at a time.
+  // `terminal` describes the terminal as it is now; `write` gets bytes for it, one call at a time.
   LiveLines(std::function<platform::Terminal()> terminal, std::function<void(std::string_view)> write)
       : terminal_(std::move(terminal)), write_(std::move(write)) {}
 

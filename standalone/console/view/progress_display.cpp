@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Analyses renew what they tell as often.
+// As often as analyses renew their progress files.
 constexpr std::chrono::milliseconds kRenewal{200};
 
 // Follows the progress files of one job after the other.
@@ -35,14 +35,14 @@ class ProgressFollower {
     }
     shown_.elapsed = std::chrono::duration<double>(Clock::now() - since_).count();
     shown_.waiting = static_cast<std::size_t>(std::ranges::count(jobs, false, &JobStatus::running));
-    if (auto told = read()) shown_.progress = std::move(told);
+    if (auto progress = read()) shown_.progress = std::move(progress);
     return progressLines(shown_, space);
   }
 
  private:
   std::optional<JobProgress> read() {
     if (file_) {
-      if (auto told = readJobProgress(*file_)) return told;
+      if (auto progress = readJobProgress(*file_)) return progress;
     }
     file_ = findProgressFile(hostFolders().temporary);
     return file_ ? readJobProgress(*file_) : std::nullopt;
@@ -66,7 +66,7 @@ void ProgressDisplay::show(std::vector<JobStatus> jobs) {
   try {
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    // The jobs need what the system has left more.
+    // Too few threads are left: progress is not shown, and the jobs go on.
   }
 }
 

@@ -13,8 +13,8 @@ namespace genostat::standalone {
 struct ShownProgress {
   std::string jobName;
   double elapsed = 0;                   // seconds since the job began to run
-  std::optional<JobProgress> progress;  // unless its analysis tells none
-  std::size_t waiting = 0;              // jobs behind it
+  std::optional<JobProgress> progress;  // unless its analysis reports none
+  std::size_t waiting = 0;              // jobs that wait after it
 };
 
 struct LineSpace {

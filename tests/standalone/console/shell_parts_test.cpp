@@ -6,7 +6,7 @@
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/input.h"
 #include "standalone/console/shell/tables.h"
-#include "standalone/console/shell/word.h"
+#include "standalone/console/shell/words.h"
 #include "standalone/session/session.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -102,7 +102,7 @@ class ShellCompletion : public testing::Test {
     sources_.jobs = {"run_1", "run_2"};
     sources_.datasets = {"cohort"};
     sources_.variables = {"name", "GC"};
-    sources_.expectedBehind = [this](const std::string& text) { return session_->expectedBehind(text); };
+    sources_.expectedAfter = [this](const std::string& text) { return session_->expectedBehind(text); };
   }
   ~ShellCompletion() override { fs::current_path(fs::path(GENOSTAT_SOURCE_DIR)); }
 

@@ -1,4 +1,4 @@
-#include "standalone/console/shell/word.h"
+#include "standalone/console/shell/words.h"
 
 #include <algorithm>
 #include <array>

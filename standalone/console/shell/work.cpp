@@ -1,0 +1,102 @@
+#include "standalone/console/shell/work.h"
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "standalone/console/session_setup.h"
+#include "standalone/language/translation.h"
+
+namespace genostat::standalone {
+
+namespace {
+
+constexpr std::chrono::milliseconds kFollowing(50);
+
+}  // namespace
+
+class ShellWork::Running {
+ public:
+  explicit Running(ShellWork& work) : work_(work) {
+    work_.stopped_ = false;
+    work_.running_ = true;
+  }
+  ~Running() { work_.running_ = false; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+ private:
+  ShellWork& work_;
+};
+
+ShellWork::ShellWork(const RunOptions& options, ShellView& view)
+    : view_(view), session_(sessionOptions(options), view, view.document()) {}
+
+void ShellWork::followJobs() {
+  session_.followJobs(std::chrono::milliseconds(0));
+}
+
+void ShellWork::run(SourceText text) {
+  const Running running(*this);
+  session_.run(std::make_shared<const SourceText>(std::move(text)));
+}
+
+void ShellWork::runEndedJobs() {
+  if (!session_.canRunEndedJobs()) return;
+  const Running running(*this);
+  while (session_.canRunEndedJobs() && !stopped_) {
+    runEndedJob();
+  }
+}
+
+// Its syntax chooses the active dataset, which the user may have chosen otherwise.
+void ShellWork::runEndedJob() {
+  const Dataset* before = session_.datasets().active();
+  session_.runEndedJob();
+  followJobs();
+  heldResultsAnnounced_ = session_.endedJobCount();
+  const Dataset* active = session_.datasets().active();
+  if (before == nullptr || active == before || active == nullptr) return;
+  view_.showNotice(translated("the active dataset is now {1}", {active->name}));
+}
+
+void ShellWork::waitForJobs() {
+  const Running running(*this);
+  view_.showProgress(true);
+  do {
+    session_.followJobs(kFollowing);
+    while (session_.canRunEndedJobs() && !stopped_) {
+      runEndedJob();
+    }
+  } while (!stopped_ && (!session_.openJobs().empty() || session_.hasEndedJobs()));
+  view_.showProgress(false);
+  if (stopped_) view_.showNotice(translated("the jobs go on"));
+}
+
+void ShellWork::finishJobs() {
+  const Running running(*this);
+  session_.finishJobs();
+}
+
+void ShellWork::cancelAllJobs() {
+  session_.cancelAllJobs();
+  while (!session_.openJobs().empty() || session_.isCancelling()) {
+    session_.followJobs(kFollowing);
+  }
+}
+
+void ShellWork::announceHeldResults() {
+  const std::size_t held = session_.endedJobCount();
+  if (held > heldResultsAnnounced_) {
+    view_.showNotice(translated("results are shown when nothing is being typed"));
+  }
+  heldResultsAnnounced_ = held;
+}
+
+bool ShellWork::stop() {
+  stopped_ = true;
+  session_.stop();
+  return running_;
+}
+
+}  // namespace genostat::standalone
