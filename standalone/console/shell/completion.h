@@ -28,4 +28,9 @@ struct CompletionSources {
 platform::Completion completeShellLine(const CompletionSources& sources, const std::string& before,
                                        std::string_view line, std::size_t cursor);
 
+// What there is to choose from, as whole lines of at most so many columns where that is possible, read
+// downwards: paths by their last part; of very many candidates the first, and how many more there are.
+// Printable UTF-8.
+std::string candidateList(const std::vector<std::string>& candidates, int columns);
+
 }  // namespace genostat::standalone

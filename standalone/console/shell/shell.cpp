@@ -14,7 +14,6 @@
 #include "platform/suspension.h"
 #include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
-#include "standalone/console/shell/candidate_list.h"
 #include "standalone/console/shell/commands.h"
 #include "standalone/console/shell/completion.h"
 #include "standalone/language/translation.h"
@@ -208,17 +207,9 @@ platform::Completion Shell::complete(std::string_view line, std::size_t cursor) 
   Session& session = work_->session();
   CompletionSources sources;
   sources.commands = session.commandNames();
-  if (const Dataset* active = session.datasets().active()) {
-    for (const Column& column : active->columns) {
-      sources.variables.push_back(column.name);
-    }
-  }
-  for (const auto& dataset : session.datasets().all()) {
-    if (!dataset->name.empty()) sources.datasets.push_back(dataset->name);
-  }
-  for (const JobStatus& job : session.openJobs()) {
-    sources.jobs.push_back(job.name);
-  }
+  sources.variables = work_->variableNames();
+  sources.datasets = work_->datasetNames();
+  sources.jobs = work_->jobNames();
   sources.expectedAfter = [&session](const std::string& text) { return session.expectedBehind(text); };
   return completeShellLine(sources, input_.text(), line, cursor);
 }

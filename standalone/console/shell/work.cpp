@@ -1,6 +1,8 @@
 #include "standalone/console/shell/work.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -34,6 +36,30 @@ ShellWork::ShellWork(const RunOptions& options, ShellView& view)
 
 void ShellWork::followJobs() {
   session_.followJobs(std::chrono::milliseconds(0));
+}
+
+std::vector<std::string> ShellWork::jobNames() const {
+  std::vector<std::string> names;
+  for (const JobStatus& job : session_.openJobs()) {
+    names.push_back(job.name);
+  }
+  return names;
+}
+
+std::vector<std::string> ShellWork::datasetNames() {
+  std::vector<std::string> names;
+  for (const auto& dataset : session_.datasets().all()) {
+    if (!dataset->name.empty()) names.push_back(dataset->name);
+  }
+  return names;
+}
+
+std::vector<std::string> ShellWork::variableNames() {
+  const Dataset* active = session_.datasets().active();
+  if (active == nullptr) return {};
+  std::vector<std::string> names;
+  std::ranges::transform(active->columns, std::back_inserter(names), &Column::name);
+  return names;
 }
 
 void ShellWork::run(SourceText text) {

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "standalone/console/options.h"
 #include "standalone/console/shell/view.h"
@@ -20,6 +21,10 @@ class ShellWork {
   Session& session() { return session_; }
   // News of the jobs that have come by now.
   void followJobs();
+  // What commands may name: jobs that have not ended, datasets with a name, variables of the active one.
+  std::vector<std::string> jobNames() const;
+  std::vector<std::string> datasetNames();
+  std::vector<std::string> variableNames();
 
   // These end early after stop().
   void run(SourceText text);

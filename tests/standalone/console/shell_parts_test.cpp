@@ -1,7 +1,6 @@
 // What genostat shell makes of the lines that are typed.
 #include <gtest/gtest.h>
 
-#include "standalone/console/shell/candidate_list.h"
 #include "standalone/console/shell/completion.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/input.h"
