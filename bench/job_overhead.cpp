@@ -13,7 +13,7 @@
 #include "platform/files.h"
 #include "platform/process.h"
 #include "run/launch_command.h"
-#include "standalone/services/current_scope.h"
+#include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
 #include "standalone/syntax/command.h"
 #include "tests/support/test_host.h"

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "standalone/output/text_renderer.h"
+#include "standalone/procedures/commands.h"
 #include "standalone/session/session.h"
 
 namespace host = genostat::standalone;
@@ -19,9 +20,9 @@ bool run(const std::filesystem::path& folder, const std::string& commands) {
   host::OutputDocument output;
   output.onItem([](const std::string& item) { std::cout << host::renderItemAsText(item, {}); });
   host::HostFolders folders{std::filesystem::temp_directory_path(), folder, {}};
-  host::Session session({folders, true, folder, true, {}, {}}, view, output);
+  host::Session session({folders, true, folder, {}}, host::procedureCommands(), view, output);
   session.run(std::make_shared<const host::SourceText>(host::SourceText{"arguments", commands}));
-  session.finishJobs();
+  session.jobs().finish();
   return session.close();
 }
 

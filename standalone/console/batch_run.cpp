@@ -1,13 +1,11 @@
 #include "standalone/console/batch_run.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include "platform/interrupts.h"
@@ -18,6 +16,7 @@
 #include "standalone/console/session_setup.h"
 #include "standalone/console/view/console_view.h"
 #include "standalone/language/translation.h"
+#include "standalone/procedures/commands.h"
 #include "standalone/session/session.h"
 #include "standalone/syntax/text_file.h"
 
@@ -38,10 +37,7 @@ struct BatchRun {
   // The session may be interrupted from now on.
   void begin() {
     Phase before = Phase::Starting;
-    if (phase.compare_exchange_strong(before, Phase::Running)) return;
-    while (true) {
-      std::this_thread::sleep_for(std::chrono::hours(1));
-    }
+    if (!phase.compare_exchange_strong(before, Phase::Running)) platform::exitNow(kInterrupted);
   }
 
   void interrupt() {
@@ -79,7 +75,7 @@ int runShown(const RunOptions& options, const std::function<SourcePtr()>& readTe
   try {
     const SourcePtr syntax = readText();
     prepareOutputs(options, *run->view, title);
-    run->session.emplace(sessionOptions(options), *run->view, run->view->document());
+    run->session.emplace(sessionOptions(options), procedureCommands(), *run->view, run->view->document());
     run->begin();
     run->session->run(syntax);
   } catch (const UsageError& error) {
@@ -87,7 +83,7 @@ int runShown(const RunOptions& options, const std::function<SourcePtr()>& readTe
   } catch (const std::runtime_error& error) {
     return refuse(error.what(), kFailure);
   }
-  run->session->finishJobs();
+  run->session->jobs().finish();
   const bool succeeded = run->session->close();
   const bool written = run->view->finish();
   return succeeded && written ? kSuccess : kFailure;

@@ -9,7 +9,6 @@
 #include "platform/path_text.h"
 #include "platform/running_program.h"
 #include "platform/terminal.h"
-#include "standalone/console/view/output_file.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {
@@ -56,17 +55,17 @@ SessionOptions sessionOptions(const RunOptions& options) {
     throw UsageError(
         translated("the folder of string tables {1} does not exist", {"\"" + options.stringsFolder + "\""}));
   }
-  session.interactive = !options.commandLineMode;
-  session.eventsFile = absolutePath(options.eventsFile);
-  session.csvFolder = absolutePath(options.csvFolder);
+  session.client.interactive = !options.commandLineMode;
+  session.client.eventsFile = absolutePath(options.eventsFile);
+  session.client.csvFolder = absolutePath(options.csvFolder);
   return session;
 }
 
 void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::string& title) {
-  std::optional<common::OutputFile> results;
-  std::optional<common::OutputFile> report;
-  if (!options.outputFile.empty()) results = prepareOutputFile(options.outputFile);
-  if (!options.htmlFile.empty()) report = prepareOutputFile(options.htmlFile);
+  std::optional<OutputFile> results;
+  std::optional<OutputFile> report;
+  if (!options.outputFile.empty()) results.emplace(options.outputFile);
+  if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
   if (!options.file.empty()) {
     const path syntax = platform::pathFromUtf8(options.file);
     if (results && results->isSameAs(syntax))

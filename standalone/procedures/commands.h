@@ -1,10 +1,16 @@
-// The commands of this room, for its registry. Each throws CommandError to fail.
+// The commands of this room.
 #pragma once
+
+#include <span>
 
 #include "standalone/session/command_context.h"
 
 namespace genostat::standalone {
 
+// All of them, as a session takes them.
+std::span<const CommandHandler> procedureCommands();
+
+// Each throws CommandError to fail.
 void runPreserve(CommandContext& context);
 void runRestore(CommandContext& context);
 void runSet(CommandContext& context);

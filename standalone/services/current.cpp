@@ -1,8 +1,11 @@
 #include "standalone/services/current.h"
 
+#include <atomic>
+#include <string>
 #include <utility>
 
-#include "standalone/services/current_scope.h"
+#include "host/control.h"
+#include "host/language.h"
 
 namespace genostat::standalone {
 
@@ -17,6 +20,13 @@ const Command*& command() {
   static const Command* running = nullptr;
   return running;
 }
+
+std::string& metadata() {
+  static std::string json;
+  return json;
+}
+
+std::atomic<ZORV_Adapter*> currentAdapter{nullptr};
 
 }  // namespace
 
@@ -48,4 +58,23 @@ CommandScope::~CommandScope() {
   command() = nullptr;
 }
 
+void setJobMetadata(int workbookId, int paragraphId) {
+  metadata() = R"({"job_metadata":{"workbook_id":")" + std::to_string(workbookId) + R"(","paragraph_id":")" +
+               std::to_string(paragraphId) + R"("}})";
+}
+
+void setCurrentAdapter(ZORV_Adapter* adapter) {
+  currentAdapter = adapter;
+}
+
 }  // namespace genostat::standalone
+
+std::string GetMetaDataJson() {
+  return genostat::standalone::metadata();
+}
+void resetMetadataJson() {
+  genostat::standalone::metadata().clear();
+}
+ZORV_Adapter* GetAdapter() {
+  return genostat::standalone::currentAdapter;
+}

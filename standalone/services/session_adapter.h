@@ -4,11 +4,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
-#include <string>
+#include <stop_token>
 
 #include "host/language.h"
 #include "standalone/services/client_message.h"
@@ -17,14 +17,15 @@
 namespace genostat::standalone {
 
 // GetAdapter() answers this object while it lives; one at a time. All operations may be called
-// by any thread. Posting never calls back: the sender may hold locks of its module.
-//
-// A job's file names come from the clock, and a job may get the names of an earlier one whose files
-// are gone. So files are looked after while the sender waits in its post: then no later job runs.
+// by any thread.
 class SessionAdapter : public ZORV_Adapter {
  public:
-  // `events` may be null.
-  SessionAdapter(bool interactive, std::unique_ptr<EventLog> events);
+  // Gets each message before anybody can take it, on the sender's thread. The sender may hold locks of its
+  // module, which must not be called back.
+  using OnPost = std::function<void(ClientMessage&)>;
+
+  // `events` and `onPost` may be null.
+  SessionAdapter(bool interactive, std::unique_ptr<EventLog> events, OnPost onPost);
   ~SessionAdapter() override;
   SessionAdapter(const SessionAdapter&) = delete;
   SessionAdapter& operator=(const SessionAdapter&) = delete;
@@ -36,34 +37,28 @@ class SessionAdapter : public ZORV_Adapter {
 
   // The oldest message not yet taken; waits up to `timeout` for one.
   std::optional<ClientMessage> take(std::chrono::milliseconds timeout);
+  // Waits for one until `stop`.
+  std::optional<ClientMessage> take(const std::stop_token& stop);
 
   // Waits until all messages are taken and the taker has come back for more; false on time-out.
   bool waitUntilIdle(std::chrono::milliseconds timeout);
-
-  // Every job name that a message has named so far.
-  std::set<std::string> jobNames() const;
-  // The result files that wait for their syntax to run, in the system's narrow encoding.
-  std::set<std::string> resultFiles() const;
-  // The file is done with; its name may come to mean another program's file.
-  void forgetResultFile(const std::string& path);
-  // Removes what the analyses of cancelled jobs left. To be called when no job runs.
-  void removeCancelledLeftovers();
 
   // True once a line of the event log could not be written.
   bool eventsFailed() const;
 
  private:
   void post(ClientMessage message);
+  // Waits by `wait`, which gets the condition.
+  template <typename Wait>
+  std::optional<ClientMessage> takeAfter(Wait wait);
 
+  const OnPost onPost_;
   mutable std::mutex mutex_;  // guards all below
-  std::condition_variable changed_;
+  std::condition_variable_any changed_;
   bool interactive_;
   std::unique_ptr<EventLog> events_;
   std::deque<ClientMessage> queue_;
   bool takerWaits_ = false;
-  std::set<std::string> jobNames_;
-  std::set<std::string> resultFiles_;
-  std::set<std::string> cancelledFiles_;  // whose analyses may still have to end
 };
 
 }  // namespace genostat::standalone

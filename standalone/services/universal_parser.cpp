@@ -14,10 +14,10 @@
 #include <string_view>
 #include <utility>
 
+#include "host/language.h"
 #include "host/syntax_parser.h"
 #include "standalone/language/translation.h"
 #include "standalone/services/current.h"
-#include "standalone/services/token_sequence.h"
 #include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
@@ -47,6 +47,17 @@ Names namesOf(const Descriptors& descriptors) {
 }
 
 }  // namespace
+
+struct ZORV_TokenSequence::Contents {
+  // Borrowed from the session for the run of the command; null in an empty sequence.
+  const Command* command = nullptr;
+};
+
+ZORV_TokenSequence::ZORV_TokenSequence(bool current)
+    : contents_(
+          std::make_unique<Contents>(Contents{current ? genostat::standalone::currentCommand() : nullptr})) {}
+
+ZORV_TokenSequence::~ZORV_TokenSequence() = default;
 
 class UniversalParser::Reader {
  public:

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,8 +39,5 @@ struct CommandHandler {
   std::string_view name;
   void (*run)(CommandContext& context);
 };
-
-// The commands that procedures/ implements.
-std::span<const CommandHandler> procedureCommands();
 
 }  // namespace genostat::standalone

@@ -6,16 +6,17 @@ namespace {
 constexpr std::chrono::seconds kEchoTime(1);
 }
 
-CommandGate::Passage::Passage(CommandGate& gate) : gate_(gate) {
-  const std::lock_guard lock(gate_.mutex_);
-  open_ = !gate_.interrupted_;
-  gate_.running_ = open_;
+bool CommandGate::setRunning(bool wanted) {
+  const std::lock_guard lock(mutex_);
+  running_ = wanted && !interrupted_;
+  free_.notify_all();
+  return running_;
 }
 
-CommandGate::Passage::~Passage() {
-  const std::lock_guard lock(gate_.mutex_);
-  gate_.running_ = false;
-  gate_.free_.notify_all();
+void CommandGate::pass(const std::function<void()>& work) {
+  if (!setRunning(true)) return refuse_();
+  work();
+  setRunning(false);
 }
 
 bool CommandGate::close() {

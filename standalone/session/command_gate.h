@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 
 namespace genostat::standalone {
@@ -10,19 +11,11 @@ namespace genostat::standalone {
 // Thread-safe.
 class CommandGate {
  public:
-  // A command runs as long as this lives. False when none may run any more.
-  class Passage {
-   public:
-    explicit Passage(CommandGate& gate);
-    ~Passage();
-    Passage(const Passage&) = delete;
-    Passage& operator=(const Passage&) = delete;
-    explicit operator bool() const { return open_; }
+  // `refuse` is called in place of a command that may not run any more. It does not return.
+  explicit CommandGate(std::function<void()> refuse) : refuse_(std::move(refuse)) {}
 
-   private:
-    CommandGate& gate_;
-    bool open_;
-  };
+  // Runs `work` as a command, or refuses it. What `work` throws ends the session.
+  void pass(const std::function<void()>& work);
 
   // No interrupt from now on. False when there was one already.
   bool close();
@@ -37,6 +30,9 @@ class CommandGate {
   bool waitUntilFree(std::chrono::milliseconds timeout);
 
  private:
+  bool setRunning(bool wanted);
+
+  const std::function<void()> refuse_;
   mutable std::mutex mutex_;  // guards all below
   std::condition_variable free_;
   std::chrono::steady_clock::time_point interruptedAt_;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "common/files/part_file.h"
 #include "platform/path_text.h"
@@ -63,7 +64,7 @@ std::string readFailureSentence(const std::filesystem::path& csv) {
   try {
     return std::string(stringMember(parseJson(file.text), "ERROR_MESSAGE"));
   } catch (const JsonFormatError&) {
-    // Details are a help where there are any; the exit code has told of the failure.
+    // The exit code has shown the failure; details only explain it.
     return {};
   }
 }
@@ -119,6 +120,52 @@ void removeLeftovers(const std::filesystem::path& csv) {
   std::filesystem::remove(errorDetailsFile(csv), ignored);
   const std::filesystem::path progress = progressFileOf(csv);
   if (readJobProgress(progress)) std::filesystem::remove(progress, ignored);
+}
+
+void PostedJobs::onPost(ClientMessage& message) {
+  const bool ended = message.kind == ClientMessage::Kind::Ended;
+  const bool cancelled = ended && message.syntax.empty();
+  // A job that begins has no files yet, and its predecessor's process has ended.
+  if (message.kind == ClientMessage::Kind::Running) removeCancelledLeftovers();
+  if (ended && !cancelled) {
+    message.failure = failureOf(message);
+    removeLeftovers(platform::pathFromNarrow(message.csvFilePath));
+  }
+  const std::lock_guard lock(mutex_);
+  names_.insert(message.jobName);
+  if (!ended || message.csvFilePath.empty()) return;
+  if (cancelled) {
+    cancelled_.insert(message.csvFilePath);
+  } else if (message.failure.empty()) {
+    results_.insert(message.csvFilePath);
+  }
+}
+
+std::set<std::string> PostedJobs::names() const {
+  const std::lock_guard lock(mutex_);
+  return names_;
+}
+
+void PostedJobs::forgetResult(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  results_.erase(path);
+}
+
+void PostedJobs::removeResults() const {
+  const std::lock_guard lock(mutex_);
+  for (const std::string& path : results_) {
+    std::error_code ignored;
+    std::filesystem::remove(platform::pathFromNarrow(path), ignored);
+  }
+}
+
+void PostedJobs::removeCancelledLeftovers() {
+  std::unique_lock lock(mutex_);
+  const std::set<std::string> paths = std::exchange(cancelled_, {});
+  lock.unlock();
+  for (const std::string& path : paths) {
+    removeLeftovers(platform::pathFromNarrow(path));
+  }
 }
 
 std::string CopyNames::next(const std::string& jobName, const std::string& fallback) {

@@ -19,24 +19,37 @@ struct ModuleError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-class Module {
+// What a host's client asks of the module about its jobs. From any thread but one that delivers a message of
+// the module.
+class JobControl {
+ public:
+  virtual ~JobControl() = default;
+
+  virtual bool isJobPendingOrRunning(const std::string& name) const = 0;
+  // Cancels one job of that name; false where there is none. A job cancelled before its process exists may be
+  // started all the same: it is to be cancelled again.
+  virtual bool cancelJob(const std::string& name) const = 0;
+  // While it is, the module refuses every command.
+  virtual bool isQueueFull() const = 0;
+  // Drops every queued job; the running one goes on.
+  virtual void cancelAllPending() const = 0;
+};
+
+class Module : public JobControl {
  public:
   // Loads the module from a folder. Throws ModuleError.
   explicit Module(const std::filesystem::path& folder);
-  ~Module();
+  ~Module() override;
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
 
   // Runs the session's current command. Command thread.
   void runCommand() const { entry_(); }
 
-  // The client's side, from any thread but one that delivers a message of the module.
-  bool isJobPendingOrRunning(const std::string& name) const;
-  bool cancelJob(const std::string& name) const;
-  // While it is, the module refuses every command.
-  bool isQueueFull() const;
-  // Drops every queued job; the running one goes on.
-  void cancelAllPending() const;
+  bool isJobPendingOrRunning(const std::string& name) const override;
+  bool cancelJob(const std::string& name) const override;
+  bool isQueueFull() const override;
+  void cancelAllPending() const override;
 
  private:
   // The methods of the exported class are called as the plain functions that they are to the

@@ -27,16 +27,16 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-bool isWordCharacter(char c) {
-  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-         static_cast<unsigned char>(c) >= 0x80 || std::string_view("_.@#$").find(c) != std::string_view::npos;
-}
-
 bool isSign(char c) {
   return c == '+' || c == '-';
 }
 
 }  // namespace
+
+bool isWordByte(char c) {
+  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+         static_cast<unsigned char>(c) >= 0x80 || std::string_view("_.@#$").find(c) != std::string_view::npos;
+}
 
 class CommandScanner::Reader {
  public:
@@ -206,7 +206,7 @@ void CommandScanner::Reader::readToken() {
   const char c = at(position_);
   if (c == '\'' || c == '"') return readString();
   if (isSign(c) && isNumberAt(position_ + 1) && signMayStand() && readNumber(runEnd(position_ + 1))) return;
-  if (isWordCharacter(c)) return readWord();
+  if (isWordByte(c)) return readWord();
   add(Token::Kind::Symbol, position_ + 1, std::string(1, c));
 }
 
@@ -269,7 +269,7 @@ bool CommandScanner::Reader::signMayStand() const {
 
 // Behind the word characters from `position` on, without a period that ends the command.
 std::size_t CommandScanner::Reader::runEnd(std::size_t position) {
-  while (position < text_.size() && isWordCharacter(text_[position]))
+  while (position < text_.size() && isWordByte(text_[position]))
     ++position;
   return endsCommand(position - 1) ? position - 1 : position;
 }

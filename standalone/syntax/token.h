@@ -24,4 +24,7 @@ struct Token {
   bool isSymbol(char c) const { return kind == Kind::Symbol && text.size() == 1 && text[0] == c; }
 };
 
+// Whether the byte may be part of a word.
+bool isWordByte(char c);
+
 }  // namespace genostat::standalone

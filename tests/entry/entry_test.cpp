@@ -16,8 +16,7 @@
 #include "standalone/data/dataset.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/services/current_scope.h"
-#include "standalone/services/job_metadata.h"
+#include "standalone/services/current.h"
 #include "standalone/syntax/command.h"
 #include "tests/support/test_host.h"
 

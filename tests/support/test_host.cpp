@@ -8,10 +8,8 @@
 #include "entry/genostat.h"
 #include "host/message_bus.h"
 #include "platform/process.h"
-#include "standalone/services/current_adapter.h"
-#include "standalone/services/current_scope.h"
+#include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
-#include "standalone/services/job_metadata.h"
 #include "standalone/syntax/command.h"
 
 namespace genostat::test {

@@ -13,18 +13,13 @@
 #include "standalone/console/shell/words.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
+#include "standalone/syntax/token.h"
 
 namespace genostat::standalone {
 
 namespace {
 
 using platform::Completion;
-
-// As the scanner of command syntax cuts words.
-bool isWordByte(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-         static_cast<unsigned char>(c) >= 0x80 || std::string_view("_.@#$").find(c) != std::string_view::npos;
-}
 
 bool beginsWithWord(std::string_view text, std::string_view beginning) {
   return text.size() >= beginning.size() && equalsIgnoreCase(text.substr(0, beginning.size()), beginning);

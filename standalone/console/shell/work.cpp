@@ -8,6 +8,7 @@
 
 #include "standalone/console/session_setup.h"
 #include "standalone/language/translation.h"
+#include "standalone/procedures/commands.h"
 
 namespace genostat::standalone {
 
@@ -32,15 +33,15 @@ class ShellWork::Running {
 };
 
 ShellWork::ShellWork(const RunOptions& options, ShellView& view)
-    : view_(view), session_(sessionOptions(options), view, view.document()) {}
+    : view_(view), session_(sessionOptions(options), procedureCommands(), view, view.document()) {}
 
 void ShellWork::followJobs() {
-  session_.followJobs(std::chrono::milliseconds(0));
+  session_.jobs().follow(std::chrono::milliseconds(0));
 }
 
 std::vector<std::string> ShellWork::jobNames() const {
   std::vector<std::string> names;
-  for (const JobStatus& job : session_.openJobs()) {
+  for (const JobStatus& job : session_.jobs().openJobs()) {
     names.push_back(job.name);
   }
   return names;
@@ -48,14 +49,14 @@ std::vector<std::string> ShellWork::jobNames() const {
 
 std::vector<std::string> ShellWork::datasetNames() {
   std::vector<std::string> names;
-  for (const auto& dataset : session_.datasets().all()) {
+  for (const auto& dataset : session_.commands().datasets().all()) {
     if (!dataset->name.empty()) names.push_back(dataset->name);
   }
   return names;
 }
 
 std::vector<std::string> ShellWork::variableNames() {
-  const Dataset* active = session_.datasets().active();
+  const Dataset* active = session_.commands().datasets().active();
   if (active == nullptr) return {};
   std::vector<std::string> names;
   std::ranges::transform(active->columns, std::back_inserter(names), &Column::name);
@@ -68,20 +69,20 @@ void ShellWork::run(SourceText text) {
 }
 
 void ShellWork::runEndedJobs() {
-  if (!session_.canRunEndedJobs()) return;
+  if (!session_.jobs().canRunEnded()) return;
   const Running running(*this);
-  while (session_.canRunEndedJobs() && !stopped_) {
+  while (session_.jobs().canRunEnded() && !stopped_) {
     runEndedJob();
   }
 }
 
 // Its syntax chooses the active dataset, which the user may have chosen otherwise.
 void ShellWork::runEndedJob() {
-  const Dataset* before = session_.datasets().active();
-  session_.runEndedJob();
+  const Dataset* before = session_.commands().datasets().active();
+  session_.jobs().runEnded();
   followJobs();
-  heldResultsAnnounced_ = session_.endedJobCount();
-  const Dataset* active = session_.datasets().active();
+  heldResultsAnnounced_ = session_.jobs().endedCount();
+  const Dataset* active = session_.commands().datasets().active();
   if (before == nullptr || active == before || active == nullptr) return;
   view_.showNotice(translated("the active dataset is now {1}", {active->name}));
 }
@@ -90,29 +91,29 @@ void ShellWork::waitForJobs() {
   const Running running(*this);
   view_.showProgress(true);
   do {
-    session_.followJobs(kFollowing);
-    while (session_.canRunEndedJobs() && !stopped_) {
+    session_.jobs().follow(kFollowing);
+    while (session_.jobs().canRunEnded() && !stopped_) {
       runEndedJob();
     }
-  } while (!stopped_ && (!session_.openJobs().empty() || session_.hasEndedJobs()));
+  } while (!stopped_ && (!session_.jobs().openJobs().empty() || session_.jobs().endedCount() > 0));
   view_.showProgress(false);
   if (stopped_) view_.showNotice(translated("the jobs go on"));
 }
 
 void ShellWork::finishJobs() {
   const Running running(*this);
-  session_.finishJobs();
+  session_.jobs().finish();
 }
 
 void ShellWork::cancelAllJobs() {
-  session_.cancelAllJobs();
-  while (!session_.openJobs().empty() || session_.isCancelling()) {
-    session_.followJobs(kFollowing);
+  session_.jobs().cancelAll();
+  while (!session_.jobs().openJobs().empty() || session_.jobs().isCancelling()) {
+    session_.jobs().follow(kFollowing);
   }
 }
 
 void ShellWork::announceHeldResults() {
-  const std::size_t held = session_.endedJobCount();
+  const std::size_t held = session_.jobs().endedCount();
   if (held > heldResultsAnnounced_) {
     view_.showNotice(translated("results are shown when nothing is being typed"));
   }

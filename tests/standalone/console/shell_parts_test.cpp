@@ -1,11 +1,14 @@
 // What genostat shell makes of the lines that are typed.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "standalone/console/shell/completion.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/input.h"
 #include "standalone/console/shell/tables.h"
 #include "standalone/console/shell/words.h"
+#include "standalone/procedures/commands.h"
 #include "standalone/session/session.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -96,12 +99,14 @@ class ShellCompletion : public testing::Test {
     standalone::SessionOptions options;
     options.moduleFolder = fs::absolute(GENOSTAT_BIN_DIR);
     options.folders = {folder_.path(), options.moduleFolder, folder_.path(), {}};
-    session_.emplace(options, view_, output_);
-    sources_.commands = session_->commandNames();
+    session_.emplace(options, standalone::procedureCommands(), view_, output_);
+    sources_.commands = session_->commands().names();
     sources_.jobs = {"run_1", "run_2"};
     sources_.datasets = {"cohort"};
     sources_.variables = {"name", "GC"};
-    sources_.expectedAfter = [this](const std::string& text) { return session_->expectedBehind(text); };
+    sources_.expectedAfter = [this](const std::string& text) {
+      return session_->commands().expectedAfter(text);
+    };
   }
   ~ShellCompletion() override { fs::current_path(fs::path(GENOSTAT_SOURCE_DIR)); }
 
@@ -190,13 +195,13 @@ TEST_F(ShellCompletion, OffersWhatTheParsersTake) {
   // Asking leaves nothing behind.
   EXPECT_EQ(view_.said, said);
   EXPECT_EQ(output_.items().size(), shown);
-  ASSERT_NE(session_->datasets().active(), nullptr);
-  EXPECT_EQ(session_->datasets().active()->caseCount, 1u);
+  ASSERT_NE(session_->commands().datasets().active(), nullptr);
+  EXPECT_EQ(session_->commands().datasets().active()->caseCount, 1u);
   EXPECT_EQ(complete("DESCRIPTIVES GC /MISSING=L"), "DESCRIPTIVES GC /MISSING=[LISTWISE]");
 }
 
 TEST_F(ShellCompletion, HelpKnowsEveryCommandAndItsWords) {
-  for (const std::string_view command : session_->commandNames()) {
+  for (const std::string_view command : session_->commands().names()) {
     EXPECT_NE(helpOn(command).find("\n\n  " + std::string(command)), std::string::npos) << command;
   }
   for (const ShellWord& word : shellWords()) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/dataset_manager.h"
-#include "standalone/services/current_scope.h"
+#include "standalone/services/current.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {

@@ -11,7 +11,7 @@
 #include "standalone/data/dataset.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/session/command_context.h"
+#include "standalone/procedures/commands.h"
 #include "standalone/session/dispatcher.h"
 #include "tests/support/temporary_folder.h"
 

@@ -11,7 +11,7 @@
 #include "host/procedure.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
-#include "standalone/services/current_scope.h"
+#include "standalone/services/current.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {

@@ -9,8 +9,8 @@
 #include "host/platform_library.h"
 #include "host/string_tables.h"
 #include "standalone/language/language.h"
+#include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
-#include "standalone/services/job_metadata.h"
 #include "standalone/services/session_adapter.h"
 #include "standalone/services/string_table_file.h"
 #include "tests/support/run_program.h"
@@ -108,7 +108,7 @@ TEST(HostServices, AnswerMetadataAndFolders) {
 TEST(SessionAdapter, QueuesAndLogsMessagesInOneOrder) {
   const TemporaryFolder folder;
   const std::filesystem::path events = folder.path() / "events.jsonl";
-  SessionAdapter adapter(true, std::make_unique<EventLog>(events));
+  SessionAdapter adapter(true, std::make_unique<EventLog>(events), {});
   ASSERT_EQ(GetAdapter(), &adapter);
   EXPECT_NE(adapter.isInteractiveClient(), 0);
   {
@@ -130,7 +130,6 @@ TEST(SessionAdapter, QueuesAndLogsMessagesInOneOrder) {
     queued += eventLine(*message, "T") + '\n';
   }
   EXPECT_FALSE(adapter.take(1ms).has_value());
-  EXPECT_EQ(adapter.jobNames().size(), 100U);
   std::string logged;
   for (std::string text = readWholeFile(events); !text.empty(); text.erase(0, text.find('\n') + 1)) {
     const std::string line = text.substr(0, text.find('\n'));
@@ -142,37 +141,6 @@ TEST(SessionAdapter, QueuesAndLogsMessagesInOneOrder) {
             "{\"id\":1026,\"time\":\"T\",\"jobName\":\"a\\\"\xEF\xBF\xBD\",\"message\":\"X.\\n\","
             "\"csvFilePath\":\"\",\"workbookId\":1,\"paragraphId\":-1}");
   EXPECT_TRUE(EventLog(folder.path() / "missing" / "events.jsonl").failed());
-}
-
-// A later job may get an earlier one's file names; each job's leftovers go before it can begin.
-TEST(SessionAdapter, RemovesLeftoversBeforeThePostReturns) {
-  const TemporaryFolder folder;
-  const std::string csv = folder.narrow("17.csv");
-  const auto leave = [&] {
-    writeWholeFile(folder.path() / "17.genostat-part", "half");
-    writeWholeFile(folder.path() / "17.error", R"({"ERROR_MESSAGE":"a.fastq: truncated"})");
-  };
-  SessionAdapter adapter(true, nullptr);
-  const auto post = [&](const std::string& syntax) {
-    const ZorvwMsgEndGenomicProcessing message("a", syntax, csv, 1, 1);
-    adapter.postClientMessage(ZorvwMsgEndGenomicProcessing::kMessageId, &message);
-    return adapter.take(0ms)->failure;
-  };
-  leave();
-  EXPECT_EQ(post("GENOSTAT /JOB NAME='a' /PRINT MESSAGE=205.\n"), "a.fastq: truncated");
-  EXPECT_TRUE(namesIn(folder.path()).empty());
-  // A cancelled job's process may still have to end.
-  leave();
-  EXPECT_EQ(post(""), "");
-  EXPECT_EQ(namesIn(folder.path()).size(), 2U);
-  const ZorvwMsgStartGenomicProcessing next("b", true);
-  adapter.postClientMessage(ZorvwMsgStartGenomicProcessing::kMessageId, &next);
-  EXPECT_TRUE(namesIn(folder.path()).empty());
-  // Results stay until their syntax has run.
-  EXPECT_EQ(post("GENOSTAT /PRINT MESSAGE=100.\nget data /TYPE=TXT."), "");
-  EXPECT_EQ(adapter.resultFiles(), std::set<std::string>{csv});
-  adapter.forgetResultFile(csv);
-  EXPECT_TRUE(adapter.resultFiles().empty());
 }
 
 }  // namespace

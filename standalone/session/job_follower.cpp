@@ -1,16 +1,15 @@
-// A session's jobs: their messages, their results, and their cancellation when it is interrupted.
+#include "standalone/session/job_follower.h"
+
 #include <algorithm>
-#include <chrono>
+#include <set>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "common/text/wrapped_text.h"
 #include "platform/path_text.h"
-#include "platform/running_program.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/session.h"
 
 namespace genostat::standalone {
 
@@ -19,50 +18,70 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-// How often a waiting session asks whether a job was lost. Messages wake it at once.
+// How often a waiting client asks whether a job was lost. Messages wake it at once.
 constexpr auto kLostJobCheck = 50ms;
-// A job cancelled before its process exists is started all the same and cancelled again.
 constexpr auto kCancelAgain = 200ms;
 constexpr auto kEndPoll = 5ms;
-// How long an interrupted program waits for the command that runs, and for its last notices.
+// How long an interrupted program waits for a command that runs.
 constexpr auto kCommandPatience = 2s;
-constexpr auto kNoticePatience = 300ms;
-constexpr int kInterruptedStatus = 130;
 
 std::string shownJobName(const std::string& name) {
   return name.empty() ? translated("(unnamed)") : common::printableText(name);
 }
 
+std::string quotedPath(const std::filesystem::path& path) {
+  return "\"" + platform::pathToUtf8(path) + "\"";
+}
+
+std::unique_ptr<EventLog> openEvents(const std::filesystem::path& file) {
+  return file.empty() ? nullptr : std::make_unique<EventLog>(file);
+}
+
 }  // namespace
 
-void Session::showMessages() {
+JobFollower::JobFollower(Options options, const JobControl& module, CommandGate& gate, SessionView& view,
+                         std::function<void(const SourcePtr&)> runSyntax)
+    : options_(std::move(options)),
+      module_(module),
+      gate_(gate),
+      view_(view),
+      runSyntax_(std::move(runSyntax)),
+      adapter_(options_.interactive, openEvents(options_.eventsFile),
+               [this](ClientMessage& message) { posted_.onPost(message); }) {}
+
+void JobFollower::showMessages() {
   while (const auto message = adapter_.take(0ms)) {
     onMessage(*message);
   }
   if (!eventsFailureShown_ && adapter_.eventsFailed()) {
     eventsFailureShown_ = true;
-    reportError(translated("cannot write the event file {1}",
-                           {"\"" + platform::pathToUtf8(options_.eventsFile) + "\""}));
+    reportError(translated("cannot write the event file {1}", {quotedPath(options_.eventsFile)}));
   }
 }
 
-void Session::onMessage(const ClientMessage& message) {
+void JobFollower::showMessagesUntil(const std::stop_token& end) {
+  while (const auto message = adapter_.take(end)) {
+    onMessage(*message);
+  }
+}
+
+void JobFollower::onMessage(const ClientMessage& message) {
   const std::vector<JobEvent> events = tracker_.onMessage(message);
-  if (!events.empty()) tellJobs();
+  if (!events.empty()) showOpenJobs();
   for (const JobEvent& event : events) {
     if (event.kind == JobEvent::Kind::Ended) {
       onEnded(message);
     } else {
-      showJobEvent(event);
+      showEvent(event);
     }
   }
 }
 
-void Session::tellJobs() {
+void JobFollower::showOpenJobs() {
   if (!gate_.interrupted()) view_.jobsChanged(tracker_.openJobs());
 }
 
-void Session::showJobEvent(const JobEvent& event) {
+void JobFollower::showEvent(const JobEvent& event) {
   const std::string name = shownJobName(event.jobName);
   switch (event.kind) {
     case JobEvent::Kind::Queued:
@@ -82,46 +101,46 @@ void Session::showJobEvent(const JobEvent& event) {
   }
 }
 
-void Session::onEnded(const ClientMessage& message) {
+void JobFollower::onEnded(const ClientMessage& message) {
   if (message.failure.empty()) {
-    showJobEvent({JobEvent::Kind::Ended, message.jobName});
+    showEvent({JobEvent::Kind::Ended, message.jobName});
   } else {
     reportError(translated("job '{1}' failed: {2}", {shownJobName(message.jobName), message.failure}));
   }
   ended_.push_back(message);
 }
 
-void Session::finishJobs() {
+void JobFollower::reportError(const std::string& message) {
+  failed_ = true;
+  view_.showDiagnostic({{}, message, {}, {}});
+}
+
+void JobFollower::finish() {
   // Not as they come: while the module's queue is full, it refuses the commands of end messages.
   waitForJobs();
   while (!ended_.empty()) {
-    const ClientMessage message = std::move(ended_.front());
-    ended_.pop_front();
-    runEndSyntax(message);
+    runEnded();
     waitForJobs();
   }
 }
 
-void Session::waitForJobs() {
+void JobFollower::waitForJobs() {
   showMessages();
-  while (!tracker_.openNames().empty()) {
-    if (gate_.interrupted()) waitForProgramEnd();
-    if (const auto message = adapter_.take(kLostJobCheck)) {
-      onMessage(*message);
-    } else {
-      checkForLostJobs();
-    }
+  while (cancelled_ || !tracker_.openNames().empty()) {
+    follow(cancelled_ ? kEndPoll : kLostJobCheck);
   }
-  if (!cancelled_) return;
-  // A cancelled job has told its end before its processes have ended.
-  while (moduleHoldsJobs()) {
-    std::this_thread::sleep_for(kEndPoll);
-  }
-  adapter_.removeCancelledLeftovers();
-  cancelled_ = false;
 }
 
-void Session::checkForLostJobs() {
+void JobFollower::follow(std::chrono::milliseconds patience) {
+  gate_.pass([] {});
+  if (const auto message = adapter_.take(patience)) onMessage(*message);
+  showMessages();
+  checkForLostJobs();
+  repeatCancels();
+  clearUpCancelled();
+}
+
+void JobFollower::checkForLostJobs() {
   std::set<std::string> unknown;
   for (const std::string& name : tracker_.openNames()) {
     if (!module_.isJobPendingOrRunning(name)) unknown.insert(name);
@@ -129,49 +148,54 @@ void Session::checkForLostJobs() {
   // A message that was sent before the module answered counts.
   showMessages();
   const std::vector<JobEvent> events = tracker_.onUnknown(unknown);
-  if (!events.empty()) tellJobs();
+  if (!events.empty()) showOpenJobs();
   for (const JobEvent& event : events) {
-    showJobEvent(event);
+    showEvent(event);
   }
 }
 
-bool Session::moduleHoldsJobs() const {
-  const std::set<std::string> names = adapter_.jobNames();
-  return std::any_of(names.begin(), names.end(),
-                     [this](const std::string& name) { return module_.isJobPendingOrRunning(name); });
+bool JobFollower::moduleHoldsJobs() const {
+  return std::ranges::any_of(posted_.names(),
+                             [this](const std::string& name) { return module_.isJobPendingOrRunning(name); });
 }
 
-void Session::runEndSyntax(const ClientMessage& message) {
+void JobFollower::runEnded() {
+  if (ended_.empty()) return;
+  const ClientMessage message = std::move(ended_.front());
+  ended_.pop_front();
   const auto syntax = std::make_shared<const SourceText>(
       SourceText{"<job '" + shownJobName(message.jobName) + "'>", message.syntax});
   // A failed job has no results, and its file's name may be that of a later job.
-  if (!message.failure.empty()) return runCommands(syntax);
+  if (!message.failure.empty()) return runSyntax_(syntax);
   const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
-  if (!options_.csvFolder.empty()) asCommand([&] { copyResults(message, csv); });
-  asCommand([&] { showResults(csv); });
+  gate_.pass([&] {
+    if (!options_.csvFolder.empty()) copyResults(message, csv);
+    showResults(csv);
+  });
   std::error_code missing;
   const auto written = std::filesystem::last_write_time(csv, missing);
-  runCommands(syntax);
-  asCommand([&] {
+  runSyntax_(syntax);
+  gate_.pass([&] {
     // The syntax removes the result itself, unless its command failed. By now the name may mean
     // another program's file.
     std::error_code gone;
     if (!missing && std::filesystem::last_write_time(csv, gone) == written) {
       std::filesystem::remove(csv, gone);
     }
-    adapter_.forgetResultFile(message.csvFilePath);
+    posted_.forgetResult(message.csvFilePath);
   });
 }
 
-void Session::showResults(const std::filesystem::path& csv) {
+void JobFollower::showResults(const std::filesystem::path& csv) {
   try {
     view_.showResults(csv);
   } catch (const CommandError& error) {
-    report(error.diagnostic());
+    failed_ = true;
+    view_.showDiagnostic(error.diagnostic());
   }
 }
 
-void Session::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
+void JobFollower::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
   const std::string name = copyNames_.next(message.jobName, platform::pathToUtf8(csv.stem()));
   const std::filesystem::path copy = options_.csvFolder / platform::pathFromUtf8(name + ".csv");
   std::error_code error;
@@ -180,42 +204,53 @@ void Session::copyResults(const ClientMessage& message, const std::filesystem::p
     std::filesystem::copy_file(csv, copy, std::filesystem::copy_options::overwrite_existing, error);
   }
   if (!error) return;
-  reportError(translated("cannot copy the results of job '{1}' to {2}: {3}",
-                         {shownJobName(message.jobName), "\"" + platform::pathToUtf8(copy) + "\"",
-                          translatedReason(error.message())}));
+  reportError(
+      translated("cannot copy the results of job '{1}' to {2}: {3}",
+                 {shownJobName(message.jobName), quotedPath(copy), translatedReason(error.message())}));
 }
 
-void Session::asCommand(const std::function<void()>& work) {
-  if (const CommandGate::Passage passage(gate_); passage) return work();
-  waitForProgramEnd();
+bool JobFollower::cancel(const std::string& name) {
+  if (!tracker_.openNames().contains(name)) return false;
+  module_.cancelJob(name);
+  cancels_[name] = Clock::now() + kCancelAgain;
+  return true;
 }
 
-void Session::waitForProgramEnd() {
-  while (true) {
-    if (const auto message = adapter_.take(1h)) onMessage(*message);
+void JobFollower::cancelAll() {
+  module_.cancelAllPending();
+  for (const std::string& name : tracker_.openNames()) {
+    cancel(name);
   }
 }
 
-void Session::interrupt() {
-  const CommandGate::Answer answer = gate_.interrupt();
-  if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterruptedStatus);
-  // The program is about to end, by itself or on the first interrupt's thread.
-  if (answer != CommandGate::Answer::First) return;
-  if (!adapter_.jobNames().empty()) view_.showNotice(translated("interrupted: cancelling all jobs"));
-  cancelJobs();
-  for (const std::string& file : adapter_.resultFiles()) {
-    std::error_code ignored;
-    std::filesystem::remove(platform::pathFromNarrow(file), ignored);
+void JobFollower::repeatCancels() {
+  const auto now = Clock::now();
+  std::erase_if(cancels_, [&](const auto& cancel) { return !module_.isJobPendingOrRunning(cancel.first); });
+  for (auto& [name, due] : cancels_) {
+    if (now < due) continue;
+    module_.cancelJob(name);
+    due = now + kCancelAgain;
   }
-  adapter_.removeCancelledLeftovers();
-  privateFolder_.remove();
-  adapter_.waitUntilIdle(kNoticePatience);
-  platform::exitNow(kInterruptedStatus);
+}
+
+// A cancelled job has sent its end message before its processes have ended.
+void JobFollower::clearUpCancelled() {
+  if (!cancelled_ || !tracker_.openNames().empty() || moduleHoldsJobs()) return;
+  posted_.removeCancelledLeftovers();
+  cancelled_ = false;
+}
+
+void JobFollower::cancelForGood() {
+  if (!posted_.names().empty()) view_.showNotice(translated("interrupted: cancelling all jobs"));
+  cancelUntilNoneIsLeft();
+  posted_.removeResults();
+  posted_.removeCancelledLeftovers();
 }
 
 // Returns when the module holds no job, and either no command runs that could submit one, or a
-// command runs for too long to be waited for.
-void Session::cancelJobs() {
+// command runs for too long to be waited for. A process that cannot be ended keeps it waiting; a further
+// interrupt ends the program nevertheless.
+void JobFollower::cancelUntilNoneIsLeft() {
   auto nextCancel = Clock::now();
   auto patienceEnds = nextCancel + kCommandPatience;
   while (true) {
@@ -231,7 +266,7 @@ void Session::cancelJobs() {
     if (now >= nextCancel) {
       nextCancel = now + kCancelAgain;
       module_.cancelAllPending();
-      for (const std::string& name : adapter_.jobNames()) {
+      for (const std::string& name : posted_.names()) {
         module_.cancelJob(name);
       }
     }
