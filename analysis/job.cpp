@@ -180,15 +180,6 @@ void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
   writeOutput(target, [&] { common::OutputFile trial(target); });
 }
 
-// Where a path leads, whether or not there is anything.
-std::filesystem::path placeOf(const std::string& path) {
-  const std::filesystem::path given = platform::pathFromUtf8(path);
-  std::error_code error;
-  std::filesystem::path place = std::filesystem::absolute(given, error);
-  if (!error) place = std::filesystem::weakly_canonical(place, error);
-  return error ? given.lexically_normal() : place;
-}
-
 // The second of two outputs in one file would replace the first.
 void refuseSharedOutput(const QcOptions& options) {
   if (options.csv.empty() || options.json.empty()) return;
@@ -197,10 +188,12 @@ void refuseSharedOutput(const QcOptions& options) {
     if (options.csv != options.json) return;
     shared = "standard output";
   } else {
-    const std::filesystem::path place = placeOf(options.json);
+    const std::filesystem::path place = common::placeOf(platform::pathFromUtf8(options.json));
     std::error_code ignored;
     // Devices and pipes take one after the other.
-    if (std::filesystem::is_other(place, ignored) || placeOf(options.csv) != place) return;
+    if (std::filesystem::is_other(place, ignored) ||
+        common::placeOf(platform::pathFromUtf8(options.csv)) != place)
+      return;
     shared = "'" + options.json + "'";
   }
   throw Failure(ExitCode::WrongArguments, options.json, "--csv and --json cannot both go to " + shared);

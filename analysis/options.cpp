@@ -15,6 +15,7 @@
 #include "common/cli/argument_fault.h"
 #include "common/cli/help_text.h"
 #include "common/cli/option_documents.h"
+#include "common/files/fastq_names.h"
 #include "common/text/nearest_word.h"
 #include "platform/path_text.h"
 
@@ -105,7 +106,7 @@ std::string phredProblem(const std::string& text) {
 // An unquoted *.fastq behind the option would otherwise cost the first of the reads.
 std::string outputProblem(const std::string& text) {
   if (text.empty()) return "expected a file name, or - for standard output";
-  if (hasFastqEnding(text)) return "'" + text + "' is named like reads and would be overwritten";
+  if (common::hasFastqEnding(text)) return "'" + text + "' is named like reads and would be overwritten";
   return {};
 }
 
@@ -180,7 +181,8 @@ Answer wrongArguments(const std::string& message, const std::string& program) {
 // Reads, where a subcommand or a job's parameters are expected.
 bool isPath(const std::string& argument) {
   std::error_code ignored;
-  return hasFastqEnding(argument) || std::filesystem::exists(platform::pathFromUtf8(argument), ignored);
+  return common::hasFastqEnding(argument) ||
+         std::filesystem::exists(platform::pathFromUtf8(argument), ignored);
 }
 
 // `word` stands where a subcommand does, or a script of which no job follows.

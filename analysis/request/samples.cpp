@@ -1,11 +1,11 @@
 #include "analysis/request/samples.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <system_error>
 
 #include "analysis/request/failure.h"
+#include "common/files/fastq_names.h"
 #include "common/files/nearest_path.h"
 #include "platform/path_text.h"
 
@@ -14,21 +14,6 @@ namespace genostat::analysis {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::array<std::string_view, 2> kFastqEndings = {".fastq", ".fq"};
-
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lower;
-}
-
-std::string_view withoutGzipEnding(std::string_view lowerName) {
-  if (lowerName.ends_with(".gz")) lowerName.remove_suffix(3);
-  return lowerName;
-}
 
 // What stands at a path, links followed. `kind` is the word for messages: "file" or "folder".
 fs::file_status statusOf(const fs::path& path, const std::string& givenPath, const std::string& kind) {
@@ -48,7 +33,7 @@ fs::file_status statusOf(const fs::path& path, const std::string& givenPath, con
 
 Sample makeSample(fs::path path, std::string givenPath) {
   std::string fileName = platform::pathToUtf8(path.filename());
-  std::string name = sampleName(fileName);
+  std::string name = common::sampleName(fileName);
   return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name), false};
 }
 
@@ -62,24 +47,6 @@ void refuseMisspelled(const std::string& path) {
 }
 
 }  // namespace
-
-bool hasFastqEnding(std::string_view fileName) {
-  const std::string lower = lowerCase(fileName);
-  return std::any_of(kFastqEndings.begin(), kFastqEndings.end(),
-                     [&](std::string_view ending) { return withoutGzipEnding(lower).ends_with(ending); });
-}
-
-std::string sampleName(std::string_view fileName) {
-  const std::string lower = lowerCase(fileName);
-  std::string_view rest = withoutGzipEnding(lower);
-  for (const std::string_view ending : kFastqEndings) {
-    if (rest.ends_with(ending)) {
-      rest.remove_suffix(ending.size());
-      break;
-    }
-  }
-  return std::string(rest.empty() ? fileName : fileName.substr(0, rest.size()));
-}
 
 Sample sampleOfFile(const std::string& path) {
   Sample sample = makeSample(platform::pathFromUtf8(path), path);
@@ -103,15 +70,8 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   if (!fs::is_directory(statusOf(path, folder, "folder"))) {
     throw Failure(ExitCode::FileNotFound, folder, folder + ": this is not a folder");
   }
-  std::vector<std::string> names;
   std::error_code error;
-  for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
-    std::string name = platform::pathToUtf8(entry->path().filename());
-    std::error_code unknown;
-    // Hidden files are other programs' notes, such as those that some systems leave beside each file.
-    if (name.starts_with('.')) continue;
-    if (hasFastqEnding(name) && !entry->is_directory(unknown)) names.push_back(std::move(name));
-  }
+  const std::vector<std::string> names = common::fastqNamesIn(path, error);
   if (error) {
     const bool denied = error == std::errc::permission_denied;
     throw Failure(denied ? ExitCode::PermissionDenied : ExitCode::General, folder,
@@ -121,7 +81,6 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
     throw Failure(ExitCode::NoFastqFiles, folder,
                   folder + ": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
   }
-  std::sort(names.begin(), names.end());
   std::vector<Sample> samples;
   samples.reserve(names.size());
   for (const std::string& name : names) {

@@ -15,23 +15,16 @@ struct Sample {
   std::filesystem::path path;
   std::string givenPath;         // UTF-8, as messages name it
   std::string fileName;          // UTF-8, without folder
-  std::string name;              // the file name without .gz, .fastq, .fq
+  std::string name;              // the file name without its FASTQ ending
   bool isStandardInput = false;  // then there is no path
 };
-
-// Whether a name ends in .fastq, .fq, .fastq.gz or .fq.gz, in any case.
-bool hasFastqEnding(std::string_view fileName);
-
-// The file name without .gz and then without .fastq or .fq, endings in any case. A name that
-// would become empty is kept.
-std::string sampleName(std::string_view fileName);
 
 // One listed file, UTF-8. Throws a Failure when it is missing (FileNotFound), is hidden by
 // permissions (PermissionDenied) or is not a regular file (InvalidFastq).
 Sample sampleOfFile(const std::string& path);
 
-// The files of a folder that end in .fastq, .fq, .fastq.gz or .fq.gz (any case), in byte order
-// of their names; folders are skipped. Throws a Failure: FileNotFound, PermissionDenied, NoFastqFiles.
+// The files of a folder that are named like reads, in byte order of their names. Throws a Failure:
+// FileNotFound, PermissionDenied, NoFastqFiles.
 std::vector<Sample> samplesOfFolder(const std::string& folder);
 
 // Listed files, in order. Throws as sampleOfFile, and NoFastqFiles for an empty list.

@@ -1,8 +1,9 @@
 #include "common/files/output_file.h"
 
 #include <cerrno>
-#include <stdexcept>
+#include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "common/files/part_file.h"
 
@@ -10,51 +11,62 @@ namespace genostat::common {
 
 namespace {
 
-[[noreturn]] void fail() {
-  const int code = errno;
-  throw std::runtime_error(code != 0 ? std::generic_category().message(code) : "the system gives no reason");
+namespace fs = std::filesystem;
+
+bool isDeviceAt(const fs::path& place) {
+  std::error_code unknown;
+  const fs::file_status status = fs::status(place, unknown);
+  if (fs::is_directory(status)) throw std::system_error(std::make_error_code(std::errc::is_a_directory));
+  return fs::exists(status) && !fs::is_regular_file(status);
 }
 
-// Where the links end; a link to nothing is replaced itself.
-std::filesystem::path followed(const std::filesystem::path& target) {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(target, error)) return target;
-  const std::filesystem::path end = std::filesystem::canonical(target, error);
-  return error ? target : end;
+void writeDevice(const fs::path& place, std::string_view text) {
+  std::filebuf device;
+  const auto size = static_cast<std::streamsize>(text.size());
+  errno = 0;
+  if (device.open(place, std::ios::out | std::ios::binary) == nullptr ||
+      device.sputn(text.data(), size) != size || device.close() == nullptr) {
+    throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+  }
+}
+
+void writeAt(const fs::path& place, std::string_view text) {
+  if (isDeviceAt(place)) return writeDevice(place, text);
+  platform::LockedFile part = createPart(place.parent_path());
+  part.write(text);
+  part.moveTo(place);
+  removeAbandonedParts(place.parent_path());
 }
 
 }  // namespace
 
-OutputFile::OutputFile(const std::filesystem::path& target) : target_(followed(target)) {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(target_, ignored)) {
-    throw std::runtime_error(std::generic_category().message(EISDIR));
-  }
-  if (!std::filesystem::is_other(target_, ignored)) part_.emplace(createPart(target_.parent_path()));
+fs::path placeOf(const fs::path& path) {
+  std::error_code error;
+  fs::path place = fs::weakly_canonical(fs::absolute(path, error), error);
+  return error ? path.lexically_normal() : place;
 }
 
-void OutputFile::write(std::string_view text) {
-  if (part_) return part_->write(text);
-  errno = 0;
-  if (!device_.is_open() && device_.open(target_, std::ios::out | std::ios::binary) == nullptr) fail();
-  const auto size = static_cast<std::streamsize>(text.size());
-  if (device_.sputn(text.data(), size) != size) fail();
+OutputFile::OutputFile(fs::path target) : target_(std::move(target)), place_(placeOf(target_)) {
+  if (isDeviceAt(place_)) return;
+  removeAbandonedParts(place_.parent_path());
+  createPart(place_.parent_path());
 }
 
-void OutputFile::commit() {
-  if (part_) {
-    part_->moveTo(target_);
-    removeAbandonedParts(target_.parent_path());
-    return;
-  }
-  errno = 0;
-  if (device_.is_open() && device_.close() == nullptr) fail();
+void OutputFile::write(std::string_view text) const {
+  writeAt(place_, text);
 }
 
-void writeFile(const std::filesystem::path& target, std::string_view text) {
-  OutputFile file(target);
-  file.write(text);
-  file.commit();
+bool OutputFile::isDevice() const {
+  return isDeviceAt(place_);
+}
+
+bool OutputFile::isSameAs(const fs::path& other) const {
+  std::error_code different;
+  return placeOf(other) == place_ || fs::equivalent(other, place_, different);
+}
+
+void writeFile(const fs::path& target, std::string_view text) {
+  writeAt(placeOf(target), text);
 }
 
 }  // namespace genostat::common

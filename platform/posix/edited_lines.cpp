@@ -1,12 +1,8 @@
-// The library draws the line and knows nothing of what else is written to the terminal. So whoever wants to
-// write has the line erased first and drawn again after: where it stands is worked out from its text, as the
-// library does it.
 #include "platform/posix/edited_lines.h"
 
 #include <histedit.h>
 #include <langinfo.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -23,8 +19,8 @@
 #include <thread>
 #include <utility>
 
+#include "platform/posix/drawn_line.h"
 #include "platform/posix/line_history.h"
-#include "platform/posix/line_layout.h"
 
 namespace genostat::platform {
 
@@ -46,12 +42,6 @@ void useUtf8() {
   if (chosen == nullptr || std::string_view(nl_langinfo(CODESET)) != "UTF-8") {
     std::setlocale(LC_CTYPE, "C.UTF-8");
   }
-}
-
-winsize terminalSize() {
-  winsize size = {};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) size.ws_col = 80;
-  return size;
 }
 
 // A program that sets up a terminal from the background is stopped.
@@ -86,8 +76,7 @@ std::string commonBeginning(const std::vector<std::string>& candidates) {
 
 class EditedLines : public LineEditor {
  public:
-  explicit EditedLines(Options options)
-      : options_(std::move(options)), keeper_(options_.historyFile), size_(terminalSize()) {
+  explicit EditedLines(Options options) : options_(std::move(options)), keeper_(options_.historyFile) {
     canRestore_ = tcgetattr(STDIN_FILENO, &found_) == 0;
     useUtf8();
     editor_.reset(el_init("genostat", stdin, stdout, stderr));
@@ -122,9 +111,9 @@ class EditedLines : public LineEditor {
   Input read(const std::string& prompt) override {
     prompt_ = prompt;
     outcome_ = Input::Kind::End;
-    followTerminalSize(false);
+    drawn_.begin(editor_.get(), static_cast<int>(characterCount(prompt_)));
     reading_ = true;
-    // The library would do so behind the prompt, and what is typed in between would be seen twice.
+    // The library would do so after the prompt, and what is typed in between would be seen twice.
     el_set(editor_.get(), EL_PREP_TERM, 1);
     freeSignalKeys();
     int count = 0;
@@ -151,7 +140,7 @@ class EditedLines : public LineEditor {
   void hideLine() override {
     if (!reading_ || !idling_ || hidden_) return;
     hidden_ = true;
-    erase(size_.ws_col);
+    drawn_.erase();
   }
 
   bool remember(const std::string& entry) override {
@@ -207,7 +196,7 @@ class EditedLines : public LineEditor {
   int next(wchar_t& character) {
     while (true) {
       if (interrupted_.exchange(false)) return leave(Input::Kind::Interrupted);
-      followTerminalSize(true);
+      drawn_.followTerminal();
       if (inputWaits(kIdleMilliseconds)) {
         if (!decode(character)) return leave(Input::Kind::End);
         return character == kInterruptKey ? leave(Input::Kind::Interrupted) : 1;
@@ -259,57 +248,14 @@ class EditedLines : public LineEditor {
     }
     if (wake) hideLine();
     idling_ = false;
-    if (hidden_ && !wake) el_set(editor_.get(), EL_REFRESH);
+    if (hidden_ && !wake) drawn_.redraw();
     return wake;
   }
 
   int leave(Input::Kind kind) {
     outcome_ = kind;
-    if (kind == Input::Kind::Interrupted) {
-      goBelow("^C\n");
-    }
+    if (kind == Input::Kind::Interrupted) drawn_.goBelow("^C\n");
     return 0;
-  }
-
-  int promptColumns() const { return static_cast<int>(characterCount(prompt_)); }
-
-  int cursorRow(int columns) const {
-    const LineInfoW* line = el_wline(editor_.get());
-    return rowBehind({line->buffer, static_cast<std::size_t>(line->cursor - line->buffer)}, promptColumns(),
-                     columns);
-  }
-
-  void erase(int columns) {
-    // The library scrolls what is higher than the terminal.
-    const int row = std::min(cursorRow(columns), std::max(1, static_cast<int>(size_.ws_row)) - 1);
-    if (row > 0) std::printf("\r\x1B[%dA\x1B[J", row);
-    if (row == 0) std::fputs("\r\x1B[J", stdout);
-    std::fflush(stdout);
-  }
-
-  // Leaves the line where it is and goes to the row below it. `text` is written behind it, or, where the
-  // cursor is inside the line, below.
-  void goBelow(const char* text) {
-    const LineInfoW* line = el_wline(editor_.get());
-    const int columns = size_.ws_col;
-    const int last = rowBehind({line->buffer, static_cast<std::size_t>(line->lastchar - line->buffer)},
-                               promptColumns(), columns);
-    const int down = last - cursorRow(columns);
-    if (down > 0) std::printf("\x1B[%dB", down);
-    if (line->cursor != line->lastchar) std::fputc('\n', stdout);
-    std::fputs(text, stdout);
-    std::fflush(stdout);
-  }
-
-  // Terminals break their rows anew when they become narrower or wider.
-  void followTerminalSize(bool drawn) {
-    const winsize size = terminalSize();
-    if (size.ws_col == size_.ws_col && size.ws_row == size_.ws_row) return;
-    const bool columnsChanged = size.ws_col != size_.ws_col;
-    if (drawn && columnsChanged) erase(size.ws_col);
-    size_ = size;
-    el_resize(editor_.get());
-    if (drawn && columnsChanged) el_set(editor_.get(), EL_REFRESH);
   }
 
   unsigned char complete() {
@@ -339,14 +285,14 @@ class EditedLines : public LineEditor {
   }
 
   void showCandidates(const std::vector<std::string>& candidates) {
-    goBelow("\n");
-    std::fputs(options_.list(candidates, size_.ws_col).c_str(), stdout);
+    drawn_.goBelow("\n");
+    std::fputs(options_.list(candidates, drawn_.columns()).c_str(), stdout);
     std::fflush(stdout);
-    el_set(editor_.get(), EL_REFRESH);
+    drawn_.redraw();
   }
 
   unsigned char suspend() {
-    erase(size_.ws_col);
+    drawn_.erase();
     el_set(editor_.get(), EL_PREP_TERM, 0);
     kill(0, SIGTSTP);
     // Another thread may be the one that takes the signal: this one must not draw before all are stopped.
@@ -355,7 +301,7 @@ class EditedLines : public LineEditor {
     } while (!ownsTerminal());
     el_set(editor_.get(), EL_PREP_TERM, 1);
     freeSignalKeys();
-    el_set(editor_.get(), EL_REFRESH);
+    drawn_.redraw();
     return CC_NORM;
   }
 
@@ -367,7 +313,7 @@ class EditedLines : public LineEditor {
   std::unique_ptr<EditLine, EndEditor> editor_;  // goes before the history
   std::string prompt_;
   std::string latest_;  // entry of the history
-  winsize size_;
+  DrawnLine drawn_;
   Input::Kind outcome_ = Input::Kind::End;
   bool reading_ = false;
   bool idling_ = false;

@@ -3,10 +3,11 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <system_error>
+
+#include "platform/posix/descriptor.h"
 
 namespace genostat::platform {
 
@@ -14,46 +15,22 @@ namespace {
 
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 
-// A file descriptor, closed once.
-class HistoryFile {
- public:
-  HistoryFile(const std::filesystem::path& file, int flags)
-      : file_(open(file.c_str(), flags | O_CLOEXEC, kOwnerOnly)) {}
-  ~HistoryFile() {
-    if (file_ >= 0) close(file_);
-  }
-  HistoryFile(const HistoryFile&) = delete;
-  HistoryFile& operator=(const HistoryFile&) = delete;
-
-  int get() const { return file_; }
-  bool isOpen() const { return file_ >= 0; }
-
-  bool write(std::string_view text) const {
-    while (!text.empty()) {
-      const ssize_t written = ::write(file_, text.data(), text.size());
-      if (written <= 0) return false;
-      text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-  }
-
- private:
-  int file_;
-};
+Handle openHistory(const std::filesystem::path& file, int flags) {
+  return Handle(open(file.c_str(), flags | O_CLOEXEC, kOwnerOnly));
+}
 
 // Keeps the others out while it lives. The history itself is replaced when it is cut, so that the
 // lock is on a file beside it.
 class HistoryLock {
  public:
   explicit HistoryLock(const std::filesystem::path& file)
-      : lock_(std::filesystem::path(file) += ".lock", O_RDWR | O_CREAT) {
-    held_ = lock_.isOpen() && flock(lock_.get(), LOCK_EX) == 0;
-  }
+      : lock_(openHistory(std::filesystem::path(file) += ".lock", O_RDWR | O_CREAT)),
+        held_(lock_ && uninterrupted([&] { return flock(descriptor(lock_), LOCK_EX); }) == 0) {}
   explicit operator bool() const { return held_; }
 
  private:
-  HistoryFile lock_;
-  bool held_ = false;
+  Handle lock_;
+  bool held_;
 };
 
 std::vector<std::string> readLines(const std::filesystem::path& file) {
@@ -69,12 +46,12 @@ std::vector<std::string> readLines(const std::filesystem::path& file) {
 void replaceLines(const std::filesystem::path& file, const std::vector<std::string>& lines) {
   const auto fresh = std::filesystem::path(file) += ".new";
   {
-    const HistoryFile stream(fresh, O_WRONLY | O_CREAT | O_TRUNC);
+    const Handle stream = openHistory(fresh, O_WRONLY | O_CREAT | O_TRUNC);
     std::string text;
     for (const std::string& line : lines) {
       text += line + '\n';
     }
-    if (!stream.isOpen() || !stream.write(text)) return;
+    if (!stream || !writeAll(stream, text)) return;
   }
   std::error_code ignored;
   std::filesystem::rename(fresh, file, ignored);
@@ -132,8 +109,8 @@ bool LineHistory::append(std::string_view entry) const {
   std::filesystem::create_directories(file_.parent_path(), error);
   const HistoryLock lock(file_);
   if (!lock) return false;
-  const HistoryFile stream(file_, O_WRONLY | O_CREAT | O_APPEND);
-  return stream.isOpen() && stream.write(historyLine(entry) + '\n');
+  const Handle stream = openHistory(file_, O_WRONLY | O_CREAT | O_APPEND);
+  return stream && writeAll(stream, historyLine(entry) + '\n');
 }
 
 }  // namespace genostat::platform

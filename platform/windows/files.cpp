@@ -1,20 +1,9 @@
 #include "platform/files.h"
 
 #include "platform/windows/kernel_object.h"
+#include "platform/windows/wide_text.h"
 
 namespace genostat::platform {
-
-namespace {
-
-std::wstring widenUtf8(const std::string& text) {
-  const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), length);
-  return wide;
-}
-
-}  // namespace
 
 const char kPathSeparator = '\\';
 
@@ -29,8 +18,8 @@ bool directoryExists(const std::string& path) {
 }
 
 InputProbe probeInputFile(const std::string& utf8Path) {
-  const Handle file = owned(CreateFileW(widenUtf8(utf8Path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const Handle file = owned(CreateFileW(widen(utf8Path, CP_UTF8).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return InputProbe::Unreadable;
   LARGE_INTEGER size = {};
   if (GetFileSizeEx(kernelObject(file), &size) == 0 || size.QuadPart == 0) return InputProbe::Empty;

@@ -4,19 +4,10 @@
 
 #include <algorithm>
 
+#include "platform/environment.h"
 #include "platform/path_text.h"
 
 namespace genostat::platform {
-
-namespace {
-
-std::wstring environmentVariable(const wchar_t* name) {
-  std::wstring value(GetEnvironmentVariableW(name, nullptr, 0), L'\0');
-  value.resize(GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
-  return value;
-}
-
-}  // namespace
 
 std::string launcherPrefix(const std::filesystem::path& folder) {
   const std::wstring name = folder.native();
@@ -24,7 +15,7 @@ std::string launcherPrefix(const std::filesystem::path& folder) {
     return pathToNarrow(folder / "");
   }
   const std::wstring front = name + L";";
-  const std::wstring before = environmentVariable(L"PATH");
+  const std::wstring before = environmentPath("PATH").native();
   if (!before.starts_with(front)) SetEnvironmentVariableW(L"PATH", (front + before).c_str());
   // Otherwise a launcher in the current folder would be started instead.
   SetEnvironmentVariableW(L"NoDefaultCurrentDirectoryInExePath", L"1");

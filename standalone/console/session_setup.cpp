@@ -9,6 +9,7 @@
 #include "platform/path_text.h"
 #include "platform/running_program.h"
 #include "platform/terminal.h"
+#include "standalone/console/view/output_file.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {
@@ -62,10 +63,10 @@ SessionOptions sessionOptions(const RunOptions& options) {
 }
 
 void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::string& title) {
-  std::optional<OutputFile> results;
-  std::optional<OutputFile> report;
-  if (!options.outputFile.empty()) results.emplace(options.outputFile);
-  if (!options.htmlFile.empty()) report.emplace(options.htmlFile);
+  std::optional<common::OutputFile> results;
+  std::optional<common::OutputFile> report;
+  if (!options.outputFile.empty()) results = prepareOutputFile(options.outputFile);
+  if (!options.htmlFile.empty()) report = prepareOutputFile(options.htmlFile);
   if (!options.file.empty()) {
     const path syntax = platform::pathFromUtf8(options.file);
     if (results && results->isSameAs(syntax))

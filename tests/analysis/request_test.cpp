@@ -91,16 +91,6 @@ TEST(Request, IsValidated) {
   }
 }
 
-TEST(Samples, AreNamedByTheirFile) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"a.fastq", "a"},           {"a.fq.gz", "a"},     {"A.FASTQ.Gz", "A"},
-      {"a.fastq.fq", "a.fastq"},  {"a.gz.fq", "a.gz"},  {"a.txt.gz", "a.txt"},
-      {"notes.txt", "notes.txt"}, {".fastq", ".fastq"}, {"fq", "fq"}};
-  for (const auto& [file, name] : cases) {
-    EXPECT_EQ(sampleName(file), name);
-  }
-}
-
 TEST(Samples, OfAFolderAreItsFastqFilesInByteOrder) {
   const test::TemporaryFolder folder;
   // "a-" before "a." and capital letters before small ones.

@@ -15,22 +15,33 @@ namespace fs = std::filesystem;
 
 using Names = std::vector<std::string>;
 
-TEST(OutputFile, AppearsByItsCommitAlone) {
+TEST(OutputFile, LeavesNothingUntilItIsWritten) {
   const test::TemporaryFolder folder;
   const fs::path target = folder.path() / "r.csv";
   test::writeWholeFile(target, "old");
   test::writeWholeFile(folder.path() / "77.genostat-part", "of a killed run");
-  {
-    OutputFile file(target);
-    file.write("ha");
-    EXPECT_EQ(test::namesIn(folder.path()).size(), 3U);
-    file.write("lf");
-  }
-  EXPECT_EQ(test::namesIn(folder.path()), (Names{"77.genostat-part", "r.csv"}));
+  const OutputFile file(target);
+  EXPECT_EQ(test::namesIn(folder.path()), Names{"r.csv"});
   EXPECT_EQ(test::readWholeFile(target), "old");
-  writeFile(target, "new");
+  file.write("new");
   EXPECT_EQ(test::readWholeFile(target), "new");
   EXPECT_EQ(test::namesIn(folder.path()), Names{"r.csv"});
+  EXPECT_TRUE(file.isSameAs(folder.path() / "none" / ".." / "r.csv"));
+  EXPECT_FALSE(file.isSameAs(folder.path() / "none" / "r.csv"));
+}
+
+TEST(OutputFile, SaysAtOnceThatNoFileCanStandThere) {
+  const test::TemporaryFolder folder;
+  for (const auto& [target, reason] :
+       {std::pair(folder.path(), std::errc::is_a_directory),
+        std::pair(folder.path() / "no" / "r", std::errc::no_such_file_or_directory)}) {
+    try {
+      const OutputFile file(target);
+      ADD_FAILURE() << target;
+    } catch (const std::system_error& failure) {
+      EXPECT_EQ(failure.code(), reason) << failure.what();
+    }
+  }
 }
 
 TEST(OutputFile, FollowsLinksAndFillsPipes) {
@@ -47,7 +58,7 @@ TEST(OutputFile, FollowsLinksAndFillsPipes) {
   EXPECT_EQ(test::readWholeFile(folder.path() / "real" / "r.csv"), "new");
   writeFile(folder.path() / "lost", "found");
   EXPECT_EQ(test::readWholeFile(folder.path() / "lost"), "found");
-  // Made and given up, as a job does before it begins: the reader must not see an end.
+  // Tried before a job begins: the reader must not see an end.
   { const OutputFile trial(folder.path() / "pipe"); }
   std::string read;
   std::jthread reader([&] { read = test::readWholeFile(folder.path() / "pipe"); });

@@ -89,7 +89,7 @@ def progress_follows_the_width(place):
         for columns in (60, 100, 40, 72):
             terminal.resize(columns, 24)
             screen = terminal.wait_until(
-                lambda screen: len(re.findall(r"^Genomic\S* .*\d+ %", screen, re.MULTILINE)) == 1 and
+                lambda screen: len(re.findall(r"^Geno\S* .*\d+ %", screen, re.MULTILINE)) == 1 and
                 len(re.findall(r"^  control .*\d+ %", screen, re.MULTILINE)) == 1 and
                 len(re.findall(r"^  treated .*\d+ %", screen, re.MULTILINE)) == 1,
                 f"one line of the job and of each sample in {columns} columns")

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <system_error>
 
+#include "common/files/fastq_names.h"
 #include "common/files/nearest_path.h"
 #include "platform/launcher_folder.h"
 #include "platform/path_text.h"
@@ -24,24 +25,6 @@ namespace fs = std::filesystem;
 
 [[noreturn]] void refuseQc(const std::string& message) {
   throw QcRequestError(translated("error: {1}", {message}));
-}
-
-bool namesFastqFile(const std::string& name) {
-  std::string upper = toUpperAscii(name);
-  if (upper.ends_with(".GZ")) upper.resize(upper.size() - 3);
-  return !upper.starts_with('.') && (upper.ends_with(".FASTQ") || upper.ends_with(".FQ"));
-}
-
-// The files that an analysis of this folder takes, in its order.
-std::vector<std::string> fastqFilesIn(const fs::path& folder, std::error_code& error) {
-  std::vector<std::string> names;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    std::error_code ignored;
-    std::string name = platform::pathToUtf8(entry->path().filename());
-    if (namesFastqFile(name) && !entry->is_directory(ignored)) names.push_back(std::move(name));
-  }
-  std::ranges::sort(names);
-  return names;
 }
 
 // Empty when the file can be analysed, else why not.
@@ -79,7 +62,7 @@ class InputCheck {
 
   void addFolder(const std::string& folder) {
     std::error_code error;
-    const std::vector<std::string> names = fastqFilesIn(platform::pathFromUtf8(folder), error);
+    const std::vector<std::string> names = common::fastqNamesIn(platform::pathFromUtf8(folder), error);
     if (error) return addFault(folder, translatedReason(error.message()));
     if (names.empty())
       addFault(folder, translated("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"));
@@ -132,8 +115,8 @@ std::string adapterKeyword(const std::string& adapter) {
 
 void checkOutputName(const char* option, const std::string& name) {
   if (name == "-") refuseQc(translated("{1}: expected the name of a file, found -", {option}));
-  // An unquoted *.fastq behind the option would otherwise cost the first of the reads.
-  if (namesFastqFile(platform::pathToUtf8(platform::pathFromUtf8(name).filename())))
+  // An unquoted *.fastq after the option would otherwise cost the first of the reads.
+  if (common::hasFastqEnding(name))
     refuseQc(
         translated("{1}: {2} is named like reads, which it would replace", {option, quoteForMessage(name)}));
 }

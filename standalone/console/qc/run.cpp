@@ -16,6 +16,7 @@
 #include "standalone/console/exit_status.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/console/qc/view.h"
+#include "standalone/console/view/output_file.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -31,7 +32,7 @@ int refuseQcRun(const std::string& message, int status) {
 
 // No output may replace the reads or another output.
 void checkOutputNames(const QcRequest& request, const QcOptions& options,
-                      const std::optional<OutputFile>& csv) {
+                      const std::optional<common::OutputFile>& csv) {
   const std::array<std::pair<const char*, const std::string*>, 4> outputs = {
       {{"--csv", &options.csvFile},
        {"--events", &options.session.eventsFile},
@@ -80,8 +81,8 @@ int runQc(const QcOptions& options) {
                      : refuseQcRun(translated("error: {1}", {translated("cannot write to standard output")}),
                                    kFailure);
     }
-    std::optional<OutputFile> csv;
-    if (!options.csvFile.empty()) csv.emplace(options.csvFile);
+    std::optional<common::OutputFile> csv;
+    if (!options.csvFile.empty()) csv = prepareOutputFile(options.csvFile);
     checkOutputNames(request, options, csv);
     askForFastqcData(options.fastqcFolder);
     view = std::make_unique<QcView>(options.session, std::move(csv),

@@ -8,6 +8,7 @@
 #include "platform/path_text.h"
 #include "standalone/console/qc/summary.h"
 #include "standalone/console/qc/text.h"
+#include "standalone/console/view/output_file.h"
 #include "standalone/data/record_reader.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -22,7 +23,7 @@ constexpr const char* kQcProcedure = marked("Quality Control");
 
 }  // namespace
 
-QcView::QcView(const RunOptions& options, std::optional<OutputFile> csvCopy,
+QcView::QcView(const RunOptions& options, std::optional<common::OutputFile> csvCopy,
                std::filesystem::path fastqcFolder)
     : ConsoleView(options.output), csvCopy_(std::move(csvCopy)), fastqcFolder_(std::move(fastqcFolder)) {
   document().leaveOut("table", "GENOSTAT");
@@ -59,7 +60,7 @@ void QcView::copyResults(const std::filesystem::path& csv) const {
   const TextFile results = readTextFile(csv);
   if (!results.error.empty()) throw CommandError(results.error);
   try {
-    csvCopy_->write(results.text);
+    writeOutputFile(*csvCopy_, results.text);
   } catch (const std::runtime_error& error) {
     throw CommandError(error.what());
   }

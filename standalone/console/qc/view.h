@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "common/files/output_file.h"
 #include "standalone/console/view/console_view.h"
-#include "standalone/console/view/output_file.h"
 
 namespace genostat::standalone {
 
@@ -14,7 +14,8 @@ class QcView : public ConsoleView {
  public:
   // `csvCopy` gets the result file. The analysis writes FastQC's data files into `fastqcFolder`, unless that
   // is empty.
-  QcView(const RunOptions& options, std::optional<OutputFile> csvCopy, std::filesystem::path fastqcFolder);
+  QcView(const RunOptions& options, std::optional<common::OutputFile> csvCopy,
+         std::filesystem::path fastqcFolder);
 
   void showResults(const std::filesystem::path& csv) override;
   // Without the place: the syntax that it lies in is nobody's own.
@@ -24,7 +25,7 @@ class QcView : public ConsoleView {
   void copyResults(const std::filesystem::path& csv) const;
   void checkFastqcFolder(std::size_t samples) const;
 
-  std::optional<OutputFile> csvCopy_;
+  std::optional<common::OutputFile> csvCopy_;
   std::filesystem::path fastqcFolder_;
 };
 

@@ -27,17 +27,17 @@ void ShellView::showText(const std::string& text) {
 }
 
 void ShellView::writeReport(const std::string& file, OutputFormat format, const std::string& title) {
-  const OutputFile target(file);
+  const common::OutputFile target = prepareOutputFile(file);
   const std::vector<std::string>& items = document().items();
-  if (format == OutputFormat::Html) return target.write(renderHtmlReport(items, title));
-  if (format == OutputFormat::Json) return target.write(document().toJson());
+  if (format == OutputFormat::Html) return writeOutputFile(target, renderHtmlReport(items, title));
+  if (format == OutputFormat::Json) return writeOutputFile(target, document().toJson());
   TextStyle plain = style();
   plain.colour = false;
   std::string text;
   for (const std::string& item : items) {
     text += renderItemAsText(item, plain);
   }
-  target.write(text);
+  writeOutputFile(target, text);
 }
 
 }  // namespace genostat::standalone

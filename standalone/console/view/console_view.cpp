@@ -11,6 +11,7 @@
 #include "common/cli/columns.h"
 #include "common/text/wrapped_text.h"
 #include "platform/terminal.h"
+#include "standalone/console/view/output_file.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/html_report.h"
@@ -71,8 +72,8 @@ ConsoleView::ConsoleView(OutputFormat format)
   });
 }
 
-void ConsoleView::setFiles(std::optional<OutputFile> results, std::optional<OutputFile> report,
-                           std::string title) {
+void ConsoleView::setFiles(std::optional<common::OutputFile> results,
+                           std::optional<common::OutputFile> report, std::string title) {
   resultsFile_ = std::move(results);
   reportFile_ = std::move(report);
   title_ = std::move(title);
@@ -153,9 +154,9 @@ void ConsoleView::show(std::string_view text) {
   }
 }
 
-void ConsoleView::writeFile(const OutputFile& file, std::string_view text) {
+void ConsoleView::writeFile(const common::OutputFile& file, std::string_view text) {
   try {
-    file.write(text);
+    writeOutputFile(file, text);
   } catch (const std::runtime_error& error) {
     outputFailed_ = true;
     showDiagnostic({{}, error.what(), {}, {}});

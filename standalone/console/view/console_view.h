@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "common/files/output_file.h"
 #include "platform/suspension.h"
 #include "standalone/console/options.h"
 #include "standalone/console/view/live_lines.h"
-#include "standalone/console/view/output_file.h"
 #include "standalone/console/view/progress_display.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
@@ -28,7 +28,8 @@ class ConsoleView : public SessionView {
 
   // Files that get the results, which then do not go to standard output, and a report. Set before the session
   // begins; `title` heads the report.
-  void setFiles(std::optional<OutputFile> results, std::optional<OutputFile> report, std::string title);
+  void setFiles(std::optional<common::OutputFile> results, std::optional<common::OutputFile> report,
+                std::string title);
 
   // Called before anything is written to standard error. Set before the session begins.
   void beforeLines(std::function<void()> makeRoom) { makeRoom_ = std::move(makeRoom); }
@@ -62,7 +63,7 @@ class ConsoleView : public SessionView {
  private:
   void show(std::string_view text);
   void writeOutput(std::string_view text);
-  void writeFile(const OutputFile& file, std::string_view text);
+  void writeFile(const common::OutputFile& file, std::string_view text);
   std::string report() const;
   std::string shownDiagnostic(const Diagnostic& diagnostic, const std::string& rendered) const;
   // The columns in which notices are broken; 0: they are not, for a program or a file.
@@ -72,8 +73,8 @@ class ConsoleView : public SessionView {
   TextStyle style_;
   const bool outputIsTerminal_;
   OutputDocument document_;
-  std::optional<OutputFile> resultsFile_;
-  std::optional<OutputFile> reportFile_;
+  std::optional<common::OutputFile> resultsFile_;
+  std::optional<common::OutputFile> reportFile_;
   std::string title_;
   std::string fileText_;    // the tables so far, for the file of results
   bool recording_ = false;  // an item is added that has been shown

@@ -3,7 +3,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "common/files/part_file.h"
 #include "platform/path_text.h"
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
@@ -11,46 +10,38 @@
 
 namespace genostat::standalone {
 
-namespace fs = std::filesystem;
+namespace {
 
-OutputFile::OutputFile(const std::string& name) : name_(name) {
-  std::error_code error;
-  const fs::path given = platform::pathFromUtf8(name);
-  target_ = fs::weakly_canonical(fs::absolute(given, error), error);
-  if (error) target_ = given;
-  const fs::file_status status = fs::status(target_, error);
-  if (fs::is_directory(status)) fail(translated("it is a folder"));
-  // A device would be replaced by a file.
-  if (fs::exists(status) && !fs::is_regular_file(status)) fail(translated("it is no regular file"));
-  const fs::path folder = target_.parent_path();
-  if (!fs::is_directory(folder, error)) fail(translated("its folder does not exist"));
-  common::removeAbandonedParts(folder);
+[[noreturn]] void failToWrite(const std::string& name, const std::string& reason) {
+  throw std::runtime_error(translated("cannot write {1}: {2}", {quoteForMessage(name), reason}));
+}
+
+std::string reasonOf(const std::system_error& failure) {
+  if (failure.code() == std::errc::is_a_directory) return translated("it is a folder");
+  const bool noFolder =
+      failure.code() == std::errc::no_such_file_or_directory || failure.code() == std::errc::not_a_directory;
+  return noFolder ? translated("its folder does not exist") : translatedReason(failure.what());
+}
+
+}  // namespace
+
+common::OutputFile prepareOutputFile(const std::string& name) {
   try {
-    common::createPart(folder);
-  } catch (const std::runtime_error& reason) {
-    fail(reason.what());
+    common::OutputFile file(platform::pathFromUtf8(name));
+    // Some would be written to for ever, others disturb what is shown.
+    if (file.isDevice()) failToWrite(name, translated("it is no regular file"));
+    return file;
+  } catch (const std::system_error& failure) {
+    failToWrite(name, reasonOf(failure));
   }
 }
 
-void OutputFile::write(std::string_view text) const {
+void writeOutputFile(const common::OutputFile& file, std::string_view text) {
   try {
-    platform::LockedFile part = common::createPart(target_.parent_path());
-    part.write(text);
-    part.moveTo(target_);
-  } catch (const std::runtime_error& reason) {
-    fail(reason.what());
+    file.write(text);
+  } catch (const std::system_error& failure) {
+    failToWrite(platform::pathToUtf8(file.target()), reasonOf(failure));
   }
-}
-
-bool OutputFile::isSameAs(const fs::path& other) const {
-  std::error_code error;
-  return fs::weakly_canonical(fs::absolute(other, error), error) == target_ ||
-         fs::equivalent(other, target_, error);
-}
-
-void OutputFile::fail(const std::string& reason) const {
-  throw std::runtime_error(
-      translated("cannot write {1}: {2}", {quoteForMessage(name_), translatedReason(reason)}));
 }
 
 }  // namespace genostat::standalone

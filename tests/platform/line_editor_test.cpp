@@ -1,11 +1,16 @@
 // The line editor's parts that can be tried without a terminal.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <unistd.h>
 
+#include <chrono>
 #include <clocale>
 #include <thread>
 
+#include "platform/posix/drawn_line.h"
 #include "platform/posix/line_history.h"
-#include "platform/posix/line_layout.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -49,6 +54,29 @@ TEST(LineHistory, KeepsEntriesOfSeveralProgramsAtOnce) {
   EXPECT_EQ(kept.back().substr(1), last);
 }
 
+TEST(LineHistory, WaitsForAnotherProgramThroughSignals) {
+  const TemporaryFolder folder;
+  const fs::path file = folder.path() / "history";
+  ASSERT_TRUE(LineHistory(file).append("one"));
+  struct sigaction interrupting = {};
+  struct sigaction before = {};
+  interrupting.sa_handler = [](int) {};  // and calls are not made again by the system
+  sigaction(SIGUSR1, &interrupting, &before);
+  const int lock = open((file.string() + ".lock").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(lock, LOCK_EX), 0);
+  std::thread other([lock, writer = pthread_self()] {
+    for (int i = 0; i < 10; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      pthread_kill(writer, SIGUSR1);
+    }
+    close(lock);
+  });
+  EXPECT_TRUE(LineHistory(file).append("two"));
+  other.join();
+  sigaction(SIGUSR1, &before, nullptr);
+  EXPECT_EQ(LineHistory(file).load(), (std::vector<std::string>{"one", "two"}));
+}
+
 TEST(LineHistory, SaysThatItCannotBeKept) {
   const TemporaryFolder folder;
   writeWholeFile(folder.path() / "state", "a file");
@@ -58,7 +86,7 @@ TEST(LineHistory, SaysThatItCannotBeKept) {
   EXPECT_TRUE(LineHistory({}).append("x"));
 }
 
-TEST(LineLayout, FollowsTheTerminalsRows) {
+TEST(DrawnLine, FollowsTheTerminalsRows) {
   ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
   const struct {
     const wchar_t* text;
@@ -81,7 +109,7 @@ TEST(LineLayout, FollowsTheTerminalsRows) {
       {L"e\u0301e\u0301e\u0301", 0},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(platform::rowBehind(row.text, 6, 10), row.row) << std::wstring(row.text).size();
+    EXPECT_EQ(platform::rowAfter(row.text, 6, 10), row.row) << std::wstring(row.text).size();
   }
 }
 
