@@ -1,8 +1,9 @@
 #include "standalone/output/chart_summary.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 
@@ -16,10 +17,7 @@ constexpr int kUsualDigits = 6;
 
 // So many significant digits at most.
 std::string shortNumber(double value, int digits = kUsualDigits) {
-  std::array<char, 40> buffer{};
-  const auto result =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, digits);
-  return std::string(buffer.data(), result.ptr);
+  return fmt::format("{:.{}g}", value, digits);
 }
 
 double edgeOf(const Histogram& histogram, std::size_t bin) {

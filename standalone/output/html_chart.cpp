@@ -1,5 +1,7 @@
 #include "standalone/output/html_chart.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -16,6 +18,9 @@
 namespace genostat::standalone {
 
 namespace {
+
+using common::Verdict;
+using fmt::literals::operator""_a;
 
 // A browser draws this many points at once without making the reader wait.
 constexpr std::size_t kMostPoints = 40'000;
@@ -94,28 +99,15 @@ bool isTall(const Chart& chart) {
 
 std::string legendHtml(const Chart& chart) {
   if (!std::holds_alternative<VerdictMap>(chart.data)) return {};
-  struct Entry {
-    const char* name;
-    const char* sign;
-    const char* meaning;
-  };
-  static constexpr std::array<Entry, 4> kEntries = {{{"pass", "\xE2\x9C\x93", marked("pass")},
-                                                     {"warn", "!", marked("warn")},
-                                                     {"fail", "\xE2\x9C\x95", marked("fail")},
-                                                     {"none", "&#160;", marked("not judged")}}};
-  std::string html = "<ul class=\"legend\" aria-label=\"" + escapeHtml(translated("Signs")) + "\">\n";
-  for (const Entry& entry : kEntries) {
-    html += std::string("<li><span class=\"") + entry.name + "\" aria-hidden=\"true\">" + entry.sign +
-            "</span>" + escapeHtml(translated(entry.meaning)) + "</li>\n";
-  }
-  return html + "</ul>\n";
-}
-
-std::string notesHtml(const std::vector<std::string>& notes) {
-  if (notes.empty()) return {};
-  std::string html = "<ul class=\"notes\">\n";
-  for (const std::string& note : notes) {
-    html += "<li>" + escapeHtml(note) + "</li>\n";
+  static constexpr std::array<const char*, 4> kSigns = {"&#160;", "\xE2\x9C\x93", "!", "\xE2\x9C\x95"};
+  std::string html =
+      fmt::format("<ul class=\"legend\" aria-label=\"{}\">\n", escapeHtml(translated("Signs")));
+  for (const Verdict verdict : {Verdict::Pass, Verdict::Warn, Verdict::Fail, Verdict::None}) {
+    const std::string_view word = common::verdictWord(verdict);
+    html += fmt::format("<li><span class=\"{name}\" aria-hidden=\"true\">{sign}</span>{meaning}</li>\n",
+                        "name"_a = word.empty() ? "none" : word,
+                        "sign"_a = kSigns[static_cast<std::size_t>(verdict)],
+                        "meaning"_a = escapeHtml(word.empty() ? translated("not judged") : translated(word)));
   }
   return html + "</ul>\n";
 }
@@ -124,27 +116,31 @@ std::string notesHtml(const std::vector<std::string>& notes) {
 
 std::string renderChartAsHtml(const Chart& given, std::string_view id) {
   Chart chart = given;
-  const std::string base = escapeHtml(id);
   const std::string summary = summarizeChart(given);
   const std::size_t step = std::visit([](auto& data) { return thinChart(data); }, chart.data);
   if (step > 1) chart.notes.push_back(translated("Drawn: one of every {1} points.", {std::to_string(step)}));
   std::visit([](auto& data) { makePrintable(data); }, chart.data);
 
-  std::string html = "<figure class=\"chart\" id=\"" + base + "\">\n<figcaption><div class=\"title\" id=\"" +
-                     base + "-title\">" + escapeHtml(chart.title) + "</div>\n<p class=\"summary\">" +
-                     escapeHtml(summary) + "</p>" + legendHtml(chart) + "</figcaption>\n";
-  html += "<div class=\"scroll" + std::string(isTall(chart) ? " tall" : "") +
-          "\" role=\"group\" tabindex=\"0\" aria-labelledby=\"" + base + "-title\">" +
-          "<div class=\"drawing\" role=\"img\" aria-label=\"" + escapeHtml(chart.title + ". " + summary) +
-          "\"></div></div>\n<noscript><p class=\"summary\">" +
-          escapeHtml(translated("Drawing the chart needs scripts.")) + "</p></noscript>\n";
-  html += notesHtml(chart.notes);
+  std::string data;
   if (const auto table = chartAsTable(given)) {
     const std::string name = translated("Data of the chart");
-    html += "<details><summary>" + escapeHtml(name) + "</summary>\n" +
-            renderTableAsHtml(*table, std::string(id) + "-data", name) + "</details>\n";
+    data = fmt::format("<details><summary>{name}</summary>\n{table}</details>\n", "name"_a = escapeHtml(name),
+                       "table"_a = renderTableAsHtml(*table, std::string(id) + "-data", name));
   }
-  return html + dataElement(chart) + "</figure>\n";
+  return fmt::format(
+      R"(<figure class="chart" id="{id}">
+<figcaption><div class="title" id="{id}-title">{title}</div>
+<p class="summary">{summary}</p>{legend}</figcaption>
+<div class="scroll{tall}" role="group" tabindex="0" aria-labelledby="{id}-title"><div class="drawing" role="img" )"
+      R"(aria-label="{label}"></div></div>
+<noscript><p class="summary">{noScript}</p></noscript>
+{notes}{data}{element}</figure>
+)",
+      "id"_a = escapeHtml(id), "title"_a = escapeHtml(chart.title), "summary"_a = escapeHtml(summary),
+      "legend"_a = legendHtml(chart), "tall"_a = isTall(chart) ? " tall" : "",
+      "label"_a = escapeHtml(chart.title + ". " + summary),
+      "noScript"_a = escapeHtml(translated("Drawing the chart needs scripts.")),
+      "notes"_a = notesHtml(chart.notes), "data"_a = data, "element"_a = dataElement(chart));
 }
 
 }  // namespace genostat::standalone

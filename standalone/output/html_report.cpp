@@ -3,6 +3,8 @@
 
 #include "standalone/output/html_report.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -21,6 +23,8 @@
 namespace genostat::standalone {
 
 namespace {
+
+using fmt::literals::operator""_a;
 
 // One item as it is shown, with what the outline says of it.
 struct Block {
@@ -70,10 +74,10 @@ std::string messageHtml(std::string_view kind, std::string_view text, const std:
   while (text.ends_with('\n')) {
     text.remove_suffix(1);
   }
-  const std::string word = messageWord(kind);
-  return "<div class=\"message " + std::string(kind == "error" || kind == "warning" ? kind : "note") +
-         "\" id=\"" + id + "\"><strong>" + escapeHtml(word) + "</strong>\n<pre>" +
-         escapeHtml(text, common::LineBreaks::Keep) + "</pre></div>\n";
+  return fmt::format(
+      "<div class=\"message {kind}\" id=\"{id}\"><strong>{word}</strong>\n<pre>{text}</pre></div>\n",
+      "kind"_a = kind == "error" || kind == "warning" ? kind : "note", "id"_a = id,
+      "word"_a = escapeHtml(messageWord(kind)), "text"_a = escapeHtml(text, common::LineBreaks::Keep));
 }
 
 class ReportReader {
@@ -142,26 +146,34 @@ std::string procedureOf(const Section& section) {
   return isCommand ? section.procedure : translated(section.procedure);
 }
 
-std::string linkHtml(const std::string& id, const std::string& label, const char* classes) {
-  return "<a" + (*classes != '\0' ? " class=\"" + std::string(classes) + '"' : std::string()) + " href=\"#" +
-         id + "\">" + escapeHtml(label) + "</a>";
+std::string linkHtml(std::string_view id, const std::string& label, const char* attributes = "") {
+  return fmt::format("<a{attributes} href=\"#{id}\">{label}</a>", "attributes"_a = attributes, "id"_a = id,
+                     "label"_a = escapeHtml(label));
+}
+
+// Whether the source is named before this section.
+bool beginsSource(const std::vector<Section>& sections, std::size_t i) {
+  return i == 0 ? namesSources(sections) : sections[i - 1].source != sections[i].source;
+}
+
+std::string idOfSection(std::size_t i) {
+  return "section-" + std::to_string(i + 1);
 }
 
 std::string outlineHtml(const std::vector<Section>& sections) {
   if (sections.empty()) return "<div></div>\n";
-  const std::string contents = escapeHtml(translated("Contents"));
-  std::string html = "<nav class=\"outline\" aria-label=\"" + contents + "\">\n<details open><summary>" +
-                     contents + "</summary>\n<ol>\n";
-  const bool sources = namesSources(sections);
+  std::string html = fmt::format(
+      "<nav class=\"outline\" aria-label=\"{contents}\">\n<details "
+      "open><summary>{contents}</summary>\n<ol>\n",
+      "contents"_a = escapeHtml(translated("Contents")));
   for (std::size_t i = 0; i < sections.size(); ++i) {
     const Section& section = sections[i];
-    if (sources && (i == 0 || sections[i - 1].source != section.source)) {
-      html += "<li class=\"source\">" + escapeHtml(section.source) + "</li>\n";
-    }
+    if (beginsSource(sections, i))
+      html += fmt::format("<li class=\"source\">{}</li>\n", escapeHtml(section.source));
     html +=
-        "<li>" + linkHtml("section-" + std::to_string(i + 1), procedureOf(section), "procedure") + "<ol>\n";
+        fmt::format("<li>{}<ol>\n", linkHtml(idOfSection(i), procedureOf(section), " class=\"procedure\""));
     for (const Block& block : section.blocks) {
-      html += "<li>" + linkHtml(block.id, block.label, "") + "</li>\n";
+      html += fmt::format("<li>{}</li>\n", linkHtml(block.id, block.label));
     }
     html += "</ol></li>\n";
   }
@@ -170,21 +182,15 @@ std::string outlineHtml(const std::vector<Section>& sections) {
 
 std::string sectionsHtml(const std::vector<Section>& sections) {
   std::string html;
-  const bool sources = namesSources(sections);
-  const std::string level = sources ? "h3" : "h2";
+  const char* const level = namesSources(sections) ? "h3" : "h2";
   for (std::size_t i = 0; i < sections.size(); ++i) {
     const Section& section = sections[i];
-    if (sources && (i == 0 || sections[i - 1].source != section.source)) {
-      html += "<h2 class=\"source-heading\">" + escapeHtml(section.source) + "</h2>\n";
-    }
-    const std::string id = "section-" + std::to_string(i + 1);
-    html.append("<section id=\"")
-        .append(id)
-        .append("\" aria-labelledby=\"")
-        .append(id)
-        .append("-title\">\n<");
-    html.append(level).append(" class=\"procedure-heading\" id=\"").append(id).append("-title\">");
-    html.append(escapeHtml(procedureOf(section))).append("</").append(level).append(">\n");
+    if (beginsSource(sections, i))
+      html += fmt::format("<h2 class=\"source-heading\">{}</h2>\n", escapeHtml(section.source));
+    html += fmt::format(
+        "<section id=\"{id}\" aria-labelledby=\"{id}-title\">\n"
+        "<{level} class=\"procedure-heading\" id=\"{id}-title\">{procedure}</{level}>\n",
+        "id"_a = idOfSection(i), "level"_a = level, "procedure"_a = escapeHtml(procedureOf(section)));
     for (const Block& block : section.blocks) {
       html += block.html;
     }
@@ -240,8 +246,8 @@ std::string scriptWords() {
     writeMember(writer, word, translated(word));
   }
   writer.EndObject();
-  return "<script type=\"application/json\" id=\"words\">" +
-         escapeScriptJson(std::string_view(buffer.GetString(), buffer.GetSize())) + "</script>\n";
+  return fmt::format("<script type=\"application/json\" id=\"words\">{}</script>\n",
+                     escapeScriptJson(std::string_view(buffer.GetString(), buffer.GetSize())));
 }
 
 // "pt-BR", as pages name languages.

@@ -1,5 +1,7 @@
 #include "standalone/output/html_table.h"
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,6 +13,8 @@
 namespace genostat::standalone {
 
 namespace {
+
+using fmt::literals::operator""_a;
 
 // The places of a grid that one label takes, and where its text stands.
 struct Span {
@@ -64,8 +68,8 @@ std::string markedHtml(std::string_view text, std::size_t markSize, bool breakab
   return html;
 }
 
-std::string number(const char* attribute, std::size_t count) {
-  return count == 1 ? std::string() : std::string(attribute) + "\"" + std::to_string(count) + '"';
+std::string spanAttribute(std::string_view name, std::size_t count) {
+  return count == 1 ? std::string() : fmt::format(R"( {name}="{count}")", "name"_a = name, "count"_a = count);
 }
 
 std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) {
@@ -76,7 +80,7 @@ std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) 
   // A corner without a heading heads nothing.
   const bool heads = label && !(header && text.empty());
   std::string classes;
-  std::string more = number(" rowspan=", span.rows) + number(" colspan=", span.columns);
+  std::string more = spanAttribute("rowspan", span.rows) + spanAttribute("colspan", span.columns);
   if (span.text->alignment == Alignment::Right) classes = "number";
   if (header && column >= grid.labelColumns && span.text->alignment == Alignment::Centre) classes = "span";
   if (!header && label && span.rows > 1) classes = "group";
@@ -85,13 +89,13 @@ std::string cellHtml(const TextGrid& grid, std::size_t row, std::size_t column) 
   if (shortLabel && !header) classes += classes.empty() ? "short" : " short";
   if (header && row + span.rows == grid.headerRows && span.rows > 1) more += " data-bottom";
   if (heads) {
-    const char* axis = header ? "col" : "row";
-    more += std::string(" scope=\"") + axis + ((header ? span.columns : span.rows) > 1 ? "group" : "") + '"';
+    const char* const group = (header ? span.columns : span.rows) > 1 ? "group" : "";
+    more += fmt::format(R"( scope="{axis}{group}")", "axis"_a = header ? "col" : "row", "group"_a = group);
   }
-  if (!classes.empty()) more += " class=\"" + classes + '"';
-  const std::string tag = heads ? "th" : "td";
-  return '<' + tag + more + '>' + markedHtml(text, span.text->markSize, label && !shortLabel) + "</" + tag +
-         '>';
+  if (!classes.empty()) more += fmt::format(R"( class="{}")", classes);
+  return fmt::format("<{tag}{attributes}>{text}</{tag}>", "tag"_a = heads ? "th" : "td",
+                     "attributes"_a = more,
+                     "text"_a = markedHtml(text, span.text->markSize, label && !shortLabel));
 }
 
 std::string rowHtml(const TextGrid& grid, std::size_t row) {
@@ -112,15 +116,6 @@ std::string rowsHtml(const TextGrid& grid, const char* tag, std::size_t begin, s
   return html + "</" + tag + ">\n";
 }
 
-std::string footnotesHtml(const PivotTable& table, const std::string& id) {
-  if (table.footnotes.empty()) return {};
-  std::string html = "<ul class=\"notes\" id=\"" + id + "\">\n";
-  for (const std::string& footnote : table.footnotes) {
-    html += "<li>" + escapeHtml(footnote) + "</li>\n";
-  }
-  return html + "</ul>\n";
-}
-
 }  // namespace
 
 std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std::string_view name) {
@@ -139,7 +134,7 @@ std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std:
   }
   html += rowsHtml(grid, "thead", 0, grid.headerRows);
   html += rowsHtml(grid, "tbody", grid.headerRows, grid.rows.size());
-  return html + "</table>\n</div>\n" + footnotesHtml(table, base + "-notes") + "</div>\n";
+  return html + "</table>\n</div>\n" + notesHtml(table.footnotes, base + "-notes") + "</div>\n";
 }
 
 }  // namespace genostat::standalone

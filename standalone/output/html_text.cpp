@@ -1,5 +1,7 @@
 #include "standalone/output/html_text.h"
 
+#include <fmt/format.h>
+
 namespace genostat::standalone {
 
 namespace {
@@ -34,6 +36,17 @@ std::string escapeHtml(std::string_view text, common::LineBreaks lineBreaks) {
     }
   }
   return escaped;
+}
+
+std::string notesHtml(const std::vector<std::string>& notes, std::string_view id) {
+  if (notes.empty()) return {};
+  std::string html = "<ul class=\"notes\"";
+  if (!id.empty()) html += fmt::format(R"( id="{}")", id);
+  html += ">\n";
+  for (const std::string& note : notes) {
+    html += fmt::format("<li>{}</li>\n", escapeHtml(note));
+  }
+  return html + "</ul>\n";
 }
 
 std::string escapeScriptJson(std::string_view json) {

@@ -1,8 +1,8 @@
 #include "standalone/output/number_format.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <string_view>
 
@@ -13,12 +13,6 @@ namespace {
 constexpr int kMostDecimals = 40;
 constexpr double kFixedLimit = 1e15;
 
-std::string toText(double value, std::chars_format notation, int decimals) {
-  std::array<char, 400> buffer{};
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, notation, decimals);
-  return std::string(buffer.data(), result.ptr);
-}
-
 bool isAllZeros(std::string_view text) {
   return text.find_first_of("123456789") == std::string_view::npos;
 }
@@ -28,11 +22,10 @@ bool isAllZeros(std::string_view text) {
 std::string formatNumber(double value, const NumberFormat& format) {
   if (!std::isfinite(value)) return {};
   const int decimals = std::clamp(format.decimals, 0, kMostDecimals);
-  if (std::abs(value) >= kFixedLimit)
-    return toText(value, std::chars_format::scientific, std::max(decimals, 2));
-  std::string text = toText(value, std::chars_format::fixed, decimals);
+  if (std::abs(value) >= kFixedLimit) return fmt::format("{:.{}e}", value, std::max(decimals, 2));
+  std::string text = fmt::format("{:.{}f}", value, decimals);
   if (isAllZeros(text)) {
-    if (value != 0 && format.leadingZero) return toText(value, std::chars_format::scientific, 2);
+    if (value != 0 && format.leadingZero) return fmt::format("{:.2e}", value);
     if (text.front() == '-') text.erase(0, 1);
   }
   if (!format.leadingZero && decimals > 0) {
