@@ -17,6 +17,29 @@ class GenoStatAlgoManagerTestPeer {
   static std::unique_ptr<GenoStatAlgoManager> make() {
     return std::unique_ptr<GenoStatAlgoManager>(new GenoStatAlgoManager);
   }
+
+  // What the members that no other code calls add to the units they stand for.
+  static void tryInterfaceMembers() {
+    const auto manager = make();
+    std::string text = "kept ";
+    manager->generateParameterJSON(nullptr, text);
+    manager->preparePostJobSyntax(nullptr, text, true);
+    EXPECT_EQ(text, "kept ");
+    const GenoJobSettings job;
+    manager->preparePostJobSyntax(&job, text, true);
+    EXPECT_TRUE(text.starts_with("kept GENOSTAT\n")) << text;
+    manager->generateParameterJSON(&job, text);
+    EXPECT_TRUE(text.starts_with("{\"fastq_data\":")) << text;
+    std::int32_t samples = 7;
+    std::int32_t variables = 8;
+    EXPECT_FALSE(manager->parseCSVForCounts("missing.csv", samples, variables));
+    EXPECT_EQ(samples + variables, 15) << "left as they were";
+    std::string hint = "hint";
+    EXPECT_EQ(manager->generateUniqueFilename("missing folder", hint) + hint, "hint");
+    EXPECT_EQ(manager->replacePlaceholders("{{A}}{{B}}", {{"A", "1"}}), "1{{B}}");
+    EXPECT_EQ(manager->getTranslatedErrorMessage("key"), "key");
+    EXPECT_EQ(manager->waitForPythonProcessToEnd(), 0);
+  }
 };
 
 namespace {
@@ -77,6 +100,10 @@ TEST(Manager, IsOneInstanceForAllThreads) {
     thread.join();
   }
   EXPECT_THAT(seen, ElementsAre(testing::NotNull()));
+}
+
+TEST(Manager, KeepsTheMembersOfItsInterface) {
+  GenoStatAlgoManagerTestPeer::tryInterfaceMembers();
 }
 
 TEST(Manager, EndsWithTheRunningJobAndDropsTheRestSilently) {
