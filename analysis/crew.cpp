@@ -13,9 +13,7 @@
 #include <utility>
 
 #include "analysis/batch_pool.h"
-#include "analysis/fastq/file_source.h"
-#include "analysis/fastq/open_chunks.h"
-#include "analysis/fastq/standard_input.h"
+#include "analysis/fastq/chunk_source.h"
 #include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
 
@@ -35,8 +33,7 @@ Failure openFailure(const Sample& sample, const std::error_code& reason) {
 }
 
 std::unique_ptr<ByteSource> openSample(const Sample& sample) {
-  if (sample.isStandardInput) return std::make_unique<StandardInput>();
-  return std::make_unique<FileSource>(sample.path);
+  return sample.isStandardInput ? openStandardInput() : openFile(sample.path);
 }
 
 // 0 where it is not known.

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
+#include <memory>
 #include <span>
 #include <stdexcept>
 
@@ -36,5 +38,12 @@ class ByteSource {
     return 0;
   }
 };
+
+// A file's bytes. Throws std::system_error with the system's reason when it cannot be opened.
+std::unique_ptr<ByteSource> openFile(const std::filesystem::path& path);
+
+// Standard input's bytes; there is one standard input, so use one of these at a time. On systems where text
+// and binary streams differ the program must have switched it to binary (platform::prepareStandardStreams).
+std::unique_ptr<ByteSource> openStandardInput();
 
 }  // namespace genostat::analysis

@@ -7,9 +7,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "analysis/fastq/byte_source.h"
 #include "analysis/fastq/text_buffer.h"
 
 namespace genostat::analysis {
@@ -51,5 +53,17 @@ class ChunkSource {
   // How many bytes of the file have been read, for a progress display. Any thread.
   virtual std::uint64_t bytesRead() const = 0;
 };
+
+// Recognises by the content whether the bytes are plain text, gzip (any number of members one after another)
+// or blocked gzip (bgzf), and takes them apart. Reads the first bytes at once, so that a failure to do so is
+// the first chunk's defect. Throws std::bad_alloc only.
+//
+// A chunk holds about `chunkSize` bytes of text, at least 1; blocks of blocked gzip stay whole, so a chunk of
+// them may hold up to 64 KiB where less is asked for.
+//
+// Defects: bytes that cannot be read, corrupt compressed data, an end of the data inside a member, and bytes
+// after a member that are no further member. Every member's checksum and length are verified.
+std::unique_ptr<ChunkSource> openChunks(std::unique_ptr<ByteSource> bytes,
+                                        std::size_t chunkSize = std::size_t{512} << 10);
 
 }  // namespace genostat::analysis

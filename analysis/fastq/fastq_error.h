@@ -3,8 +3,11 @@
 
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string>
 #include <utility>
+
+#include "analysis/fastq/record.h"
 
 namespace genostat::analysis {
 
@@ -33,5 +36,9 @@ class FastqError : public std::exception {
 
 // A character as a message shows it: "'A'", "a line end", "character code 7".
 std::string characterText(char c);
+
+// Why a record's quality breaks the rule that it holds only '!' to '~', or nothing when it does not. `number`
+// is the record's in its file, from 1. Plain and slow: for records that are known to be suspicious.
+std::optional<FastqError> qualityDefect(const Record& record, std::uint64_t number);
 
 }  // namespace genostat::analysis

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <utility>
 
-#include "analysis/fastq/quality_check.h"
-
 namespace genostat::analysis {
 
 namespace {

@@ -11,7 +11,6 @@
 #include "analysis/metrics/adapter_content.h"
 #include "analysis/metrics/duplication.h"
 #include "analysis/metrics/gc_model.h"
-#include "analysis/metrics/length_bins.h"
 #include "analysis/metrics/overrepresented.h"
 #include "analysis/metrics/position_counts.h"
 #include "analysis/metrics/position_profile.h"

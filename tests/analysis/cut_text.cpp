@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "analysis/fastq/quality_check.h"
+#include "analysis/fastq/fastq_error.h"
 #include "analysis/fastq/record_cutter.h"
 
 namespace genostat::test {

@@ -8,7 +8,7 @@
 #include <random>
 #include <thread>
 
-#include "analysis/fastq/open_chunks.h"
+#include "analysis/fastq/chunk_source.h"
 #include "tests/analysis/packed_text.h"
 
 namespace genostat::analysis {
@@ -54,7 +54,7 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
 // What the chunks hold up to the first defect. One chunk's memory serves them all.
 Outcome unpack(const std::string& bytes, std::size_t chunkSize, std::size_t step = kAll,
                const std::string& failure = {}) {
-  const auto source = openChunks(std::make_unique<MemorySource>(bytes, step, failure), {chunkSize});
+  const auto source = openChunks(std::make_unique<MemorySource>(bytes, step, failure), chunkSize);
   Outcome outcome;
   Chunk chunk;
   while (outcome.defect.empty() && source->fetch(chunk)) {
@@ -229,7 +229,7 @@ TEST(Chunks, NoDefectIsMissed) {
 TEST(Chunks, BlocksExpandInSeveralThreads) {
   const std::string text = reads(3'000'000);
   const std::string bytes = bgzf(text, 30'000) + gzip(text);
-  const auto source = openChunks(std::make_unique<MemorySource>(bytes, 50'000), {100'000});
+  const auto source = openChunks(std::make_unique<MemorySource>(bytes, 50'000), 100'000);
   std::mutex mutex;
   std::map<std::uint64_t, std::string> parts;
   std::uint64_t tickets = 0;

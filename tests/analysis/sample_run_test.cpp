@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "analysis/crew.h"
-#include "analysis/fastq/open_chunks.h"
+#include "analysis/fastq/chunk_source.h"
 #include "analysis/report/result_csv.h"
 #include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
@@ -36,7 +36,7 @@ BatchPool pool;
 
 std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chunkSize, unsigned threads,
                                       const Kernels& kernels = bestKernels()) {
-  auto run = std::make_unique<SampleRun>(openChunks(std::make_unique<TextSource>(bytes), {chunkSize}),
+  auto run = std::make_unique<SampleRun>(openChunks(std::make_unique<TextSource>(bytes), chunkSize),
                                          ResultOptions{}, pool, nullptr, kernels);
   std::vector<std::jthread> others;
   for (unsigned i = 0; i < threads; ++i) {

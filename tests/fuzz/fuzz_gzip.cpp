@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "analysis/fastq/open_chunks.h"
+#include "analysis/fastq/chunk_source.h"
 #include "tests/fuzz/require.h"
 
 namespace {
@@ -42,7 +42,7 @@ struct Outcome {
 };
 
 Outcome unpack(std::string_view bytes, std::size_t chunkSize) {
-  const auto source = genostat::analysis::openChunks(std::make_unique<MemorySource>(bytes), {chunkSize});
+  const auto source = genostat::analysis::openChunks(std::make_unique<MemorySource>(bytes), chunkSize);
   Outcome outcome;
   Chunk chunk;
   while (outcome.defect.empty() && source->fetch(chunk)) {
