@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/text/ascii.h"
+
 namespace genostat::analysis {
 
 namespace {
@@ -15,16 +17,12 @@ constexpr std::size_t kLargestKeptSeam = std::size_t{4} << 20;
 // A header beyond that is none; without a limit a file of another kind would be read into memory.
 constexpr std::size_t kLongestHeader = std::size_t{1} << 20;
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // A first base followed by colours (digits) and missing colours (dots).
 bool isColourSpace(std::string_view sequence) {
-  if (sequence.size() < 2 || isDigit(sequence[0])) return false;
+  if (sequence.size() < 2 || common::isDigit(sequence[0])) return false;
   sequence.remove_prefix(1);
-  return std::any_of(sequence.begin(), sequence.end(), isDigit) &&
-         std::all_of(sequence.begin(), sequence.end(), [](char c) { return isDigit(c) || c == '.'; });
+  return std::any_of(sequence.begin(), sequence.end(), common::isDigit) &&
+         std::all_of(sequence.begin(), sequence.end(), [](char c) { return common::isDigit(c) || c == '.'; });
 }
 
 // Every line's end has a byte of the same text before it: the header is not empty, and the other lines

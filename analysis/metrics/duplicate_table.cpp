@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/text/ascii.h"
+
 namespace genostat::analysis {
 
 namespace {
@@ -59,8 +61,7 @@ DuplicateTable::Key DuplicateTable::keyOf(const Record& record, UpperCase& upper
     seen |= word;
   }
   if ((seen & kLowerCaseBits) != 0) {
-    std::transform(key.text, key.text + key.size, upper.begin(),
-                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    std::transform(key.text, key.text + key.size, upper.begin(), common::upperLetter);
     key.text = upper.data();
     words = wordsOf(key.text, key.size);
   }

@@ -13,6 +13,8 @@
 #include "analysis/request/failure.h"
 #include "common/files/output_file.h"
 #include "common/files/part_file.h"
+#include "common/text/ascii.h"
+#include "common/text/utf8.h"
 #include "platform/path_text.h"
 
 namespace genostat::analysis {
@@ -23,22 +25,6 @@ namespace fs = std::filesystem;
 
 // Most file systems take names of 255 bytes; this leaves room for a number and the ending.
 constexpr std::size_t kLongestStem = 240;
-
-std::string shortened(std::string name) {
-  if (name.size() <= kLongestStem) return name;
-  std::size_t end = kLongestStem;
-  // Not in the middle of a character.
-  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
-    --end;
-  name.resize(end);
-  return name;
-}
-
-std::string folderKey(std::string name) {
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return name;
-}
 
 [[noreturn]] void failAt(const fs::path& place, const std::string& reason) {
   const std::string path = platform::pathToUtf8(place);
@@ -51,16 +37,16 @@ std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
                                       const std::vector<std::string>& fileNames) {
   std::set<std::string> taken;
   for (const std::string& sample : samples) {
-    taken.insert(folderKey(shortened(sample)));
+    taken.insert(common::upperCase(common::cutToBytes(sample, kLongestStem)));
   }
   std::set<std::string> used;
   std::vector<FastqcPlace> places;
   places.reserve(samples.size());
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    const std::string stem = shortened(samples[i]);
+    const std::string stem(common::cutToBytes(samples[i], kLongestStem));
     std::string number;
-    if (!used.insert(folderKey(stem)).second) {
-      for (int next = 2; number.empty() || !taken.insert(folderKey(stem + number)).second; ++next) {
+    if (!used.insert(common::upperCase(stem)).second) {
+      for (int next = 2; number.empty() || !taken.insert(common::upperCase(stem + number)).second; ++next) {
         number = "." + std::to_string(next);
       }
     }

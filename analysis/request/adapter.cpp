@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "analysis/request/failure.h"
+#include "common/text/ascii.h"
 
 namespace genostat::analysis {
 
@@ -35,7 +36,7 @@ std::optional<AdapterKind> adapterKindFromName(std::string_view name) {
 Adapter customAdapter(std::string_view sequence) {
   Adapter adapter{AdapterKind::Custom, {}};
   for (const char letter : sequence) {
-    const char upper = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+    const char upper = common::upperLetter(letter);
     if (std::string_view("ACGTN").find(upper) == std::string_view::npos) {
       throw Failure(
           ExitCode::InvalidAdapter, std::string(sequence),

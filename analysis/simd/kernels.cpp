@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/text/ascii.h"
+
 // Between this one and the next there is little to gain.
 #define HWY_DISABLED_TARGETS HWY_SSSE3
 #define HWY_TARGET_INCLUDE "analysis/simd/kernels.inl"
@@ -60,10 +62,9 @@ constexpr auto kFlagsOfHighHalf = [] {
 }();
 
 std::uint64_t countChangesOfAnyCase(std::string_view sequence) {
-  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
   std::uint64_t changes = 0;
   for (std::size_t i = 1; i < sequence.size(); ++i) {
-    changes += upper(sequence[i - 1]) != upper(sequence[i]);
+    changes += common::upperLetter(sequence[i - 1]) != common::upperLetter(sequence[i]);
   }
   return changes;
 }

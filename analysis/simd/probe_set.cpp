@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/text/ascii.h"
+
 namespace genostat::analysis {
 
 namespace {
@@ -11,7 +13,7 @@ namespace {
 constexpr std::string_view kLetters = "ACGTN";
 
 bool letterMatches(char probe, char letter) {
-  const char upper = letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+  const char upper = common::upperLetter(letter);
   return probe == 'N' ? kLetters.find(upper) != std::string_view::npos : probe == upper;
 }
 

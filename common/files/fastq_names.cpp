@@ -2,20 +2,18 @@
 
 #include <algorithm>
 
+#include "common/text/ascii.h"
 #include "platform/path_text.h"
 
 namespace genostat::common {
 
 namespace {
 
-// The text before an ending that is given in lower case; all of it when it ends otherwise.
+// The text before an ending, which may be in any case; all of it when it ends otherwise.
 std::string_view before(std::string_view ending, std::string_view text) {
   if (text.size() < ending.size()) return text;
-  const std::string_view last = text.substr(text.size() - ending.size());
-  const bool ends = std::equal(last.begin(), last.end(), ending.begin(), [](char c, char wanted) {
-    return c == wanted || (c >= 'A' && c <= 'Z' && c - 'A' + 'a' == wanted);
-  });
-  return ends ? text.substr(0, text.size() - ending.size()) : text;
+  const std::size_t stem = text.size() - ending.size();
+  return equalsIgnoreCase(text.substr(stem), ending) ? text.substr(0, stem) : text;
 }
 
 std::string_view beforeFastqEnding(std::string_view plainName) {

@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "common/text/ascii.h"
+
 namespace genostat::common {
 
 namespace {
 
 constexpr std::size_t kShortestBeginning = 3;
 constexpr std::size_t kLongestWord = 64;
-
-char upperLetter(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 // Edit distance in which swapping two neighbours is one step, like inserting, dropping or
 // changing a letter (optimal string alignment). Both words have at most kLongestWord bytes.

@@ -51,12 +51,38 @@ CodePoint codePointAt(std::string_view text, std::size_t position) {
   char32_t value = lead & (0xFFU >> (size + 1));
   for (std::size_t i = 1; i < size; ++i) {
     const auto byte = static_cast<unsigned char>(text[position + i]);
-    if ((byte & 0xC0U) != 0x80) return invalid;
+    if (!continuesCharacter(text[position + i])) return invalid;
     value = value << 6 | (byte & 0x3FU);
   }
   const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
   if (value < least || value > 0x10FFFF || surrogate) return invalid;
   return {value, size};
+}
+
+std::size_t characterBefore(std::string_view text, std::size_t position) {
+  do {
+    --position;
+  } while (position > 0 && continuesCharacter(text[position]));
+  return position;
+}
+
+std::string_view cutToBytes(std::string_view text, std::size_t bytes) {
+  if (text.size() <= bytes) return text;
+  while (bytes > 0 && continuesCharacter(text[bytes])) {
+    --bytes;
+  }
+  return text.substr(0, bytes);
+}
+
+std::string_view cutToWidth(std::string_view text, int width) {
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const CodePoint point = codePointAt(text, end);
+    width -= codePointWidth(point.value);
+    if (width < 0) break;
+    end += point.size;
+  }
+  return text.substr(0, end);
 }
 
 bool isValidUtf8(std::string_view text) {

@@ -20,6 +20,16 @@ struct CodePoint {
 // Reads the code point at `position`, which is inside `text`.
 CodePoint codePointAt(std::string_view text, std::size_t position);
 
+// Whether a byte goes on with the character of the byte before it.
+constexpr bool continuesCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
+}
+// Where the character begins that ends before `position`, which is not 0.
+std::size_t characterBefore(std::string_view text, std::size_t position);
+// The longest beginning that cuts no character and has at most so many bytes, or columns on a terminal.
+std::string_view cutToBytes(std::string_view text, std::size_t bytes);
+std::string_view cutToWidth(std::string_view text, int width);
+
 // Well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUtf8(std::string_view text);
 // The text with each invalid byte replaced by U+FFFD.

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "common/text/utf8.h"
 #include "platform/memory.h"
 #include "standalone/data/short_number.h"
 #include "standalone/language/translation.h"
@@ -14,15 +15,6 @@ namespace genostat::standalone {
 namespace {
 
 constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
-
-// The longest beginning of at most `bytes` bytes that does not cut a character.
-std::string_view cutAtCharacter(std::string_view text, std::size_t bytes) {
-  if (text.size() <= bytes) return text;
-  while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U) {
-    --bytes;
-  }
-  return text.substr(0, bytes);
-}
 
 std::string_view fieldOf(const Record& record, std::size_t index) {
   return index < record.fields.size() ? record.fields[index] : std::string_view();
@@ -72,7 +64,7 @@ void ColumnLoader::addText(std::string_view field, std::size_t line) {
   if (trimBlanks(field).empty()) field = {};
   if (longestText_ > 0 && field.size() > longestText_) {
     cut_.add(field, line);
-    field = cutAtCharacter(field, longestText_);
+    field = common::cutToBytes(field, longestText_);
   }
   column_.texts.emplace_back(field);
 }

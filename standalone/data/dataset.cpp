@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/text/ascii.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 #include "standalone/syntax/keyword.h"
@@ -11,7 +12,7 @@ namespace genostat::standalone {
 
 const Column* Dataset::find(std::string_view variable) const {
   const auto column = std::ranges::find_if(
-      columns, [&](const Column& candidate) { return equalsIgnoreCase(candidate.name, variable); });
+      columns, [&](const Column& candidate) { return common::equalsIgnoreCase(candidate.name, variable); });
   return column != columns.end() ? &*column : nullptr;
 }
 
@@ -27,7 +28,7 @@ void DatasetStore::nameActive(const std::string& name) {
   if (active_ == nullptr)
     throw CommandError(translated("no dataset is active that could be named {1}", {quoteForMessage(name)}));
   std::erase_if(datasets_, [&](const std::unique_ptr<Dataset>& other) {
-    return other.get() != active_ && equalsIgnoreCase(other->name, name);
+    return other.get() != active_ && common::equalsIgnoreCase(other->name, name);
   });
   active_->name = name;
 }
@@ -57,7 +58,7 @@ Dataset& DatasetStore::named(std::string_view name) const {
   std::vector<std::string_view> names;
   for (const std::unique_ptr<Dataset>& dataset : datasets_) {
     if (dataset->name.empty()) continue;
-    if (equalsIgnoreCase(dataset->name, name)) return *dataset;
+    if (common::equalsIgnoreCase(dataset->name, name)) return *dataset;
     names.push_back(dataset->name);
   }
   const std::string hint = names.empty() ? translated("no dataset has a name")

@@ -2,11 +2,11 @@
 
 #include <string>
 
+#include "common/text/ascii.h"
 #include "standalone/data/dataset.h"
 #include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/syntax/expectation.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -95,7 +95,7 @@ void runDatasetClose(CommandContext& context) {
     if (active->name.empty()) return context.datasets.deactivate();
     return context.datasets.close(active->name);
   }
-  if (equalsIgnoreCase(name.text, "ALL")) return context.datasets.closeAll();
+  if (common::equalsIgnoreCase(name.text, "ALL")) return context.datasets.closeAll();
   atName(name, [&] { context.datasets.close(name.text); });
 }
 

@@ -16,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/text/ascii.h"
 #include "platform/path_text.h"
 #include "standalone/data/dataset.h"
 #include "standalone/data/text_import.h"
@@ -24,7 +25,6 @@
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/imported_data.h"
 #include "standalone/procedures/verdict_overview.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -61,7 +61,7 @@ ImportColumn parseColumn(TokenCursor& cursor) {
   ImportColumn column;
   column.name = cursor.expectName(translated("the name of a variable"));
   const Token& token = cursor.peek();
-  const std::string type = toUpperAscii(cursor.expectName(translated("the type of {1}", {column.name})));
+  const std::string type = common::upperCase(cursor.expectName(translated("the type of {1}", {column.name})));
   if (type == "AUTO") return column;
   const std::string_view width = std::string_view(type).substr(1, type.find('.') - 1);
   if (type.front() == 'A' && (type.size() == 1 || (isDigits(width) && width.size() + 1 == type.size()))) {
@@ -87,7 +87,7 @@ std::vector<ImportColumn> parseVariables(TokenCursor& cursor) {
   while (!cursor.atSubcommandEnd()) {
     const Token& name = cursor.peek();
     columns.push_back(parseColumn(cursor));
-    if (!names.insert(toUpperAscii(columns.back().name)).second) {
+    if (!names.insert(common::upperCase(columns.back().name)).second) {
       TokenCursor::fail(translated("the variable {1} is named twice", {quoteForMessage(columns.back().name)}),
                         name);
     }
@@ -127,7 +127,7 @@ std::optional<char> parseQualifier(TokenCursor& cursor) {
 
 void parseEncoding(TokenCursor& cursor) {
   const Token& token = cursor.peek();
-  const std::string encoding = toUpperAscii(cursor.expectString(translated("the encoding")));
+  const std::string encoding = common::upperCase(cursor.expectString(translated("the encoding")));
   if (encoding != "UTF8" && encoding != "UTF-8") {
     TokenCursor::fail(translated("the encoding {1} is not supported", {quoteForMessage(token.text)}), token,
                       translated("expected {1}", {"'UTF8'"}));

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
+#include "common/text/ascii.h"
 #include "standalone/language/translation.h"
 #include "standalone/procedures/variable_list.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -143,7 +143,7 @@ void RegressionParser::parseMethod() {
   Block block{method, {}, &place, &first, true};
   if (!cursor_.atSubcommandEnd()) {
     const bool alone = second.isSymbol('/') || second.kind == Token::Kind::End;
-    block.all = alone && first.kind == Token::Kind::Word && equalsIgnoreCase(first.text, "ALL") &&
+    block.all = alone && first.kind == Token::Kind::Word && common::equalsIgnoreCase(first.text, "ALL") &&
                 dataset_.find("ALL") == nullptr;
     block.variables = parseNumericVariables(context_, dataset_, cursor_);
   }

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/text/ascii.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/expectation.h"
 #include "standalone/syntax/keyword.h"
@@ -62,7 +63,7 @@ class VariableSelection {
 void addVariables(const Dataset& dataset, TokenCursor& cursor, VariableSelection& selection) {
   const Column* first = &expectVariable(dataset, cursor);
   const Column* last = first;
-  if (cursor.peek().kind == Token::Kind::Word && equalsIgnoreCase(cursor.peek().text, "TO")) {
+  if (cursor.peek().kind == Token::Kind::Word && common::equalsIgnoreCase(cursor.peek().text, "TO")) {
     cursor.next();
     const Token& token = cursor.peek();
     last = &expectVariable(dataset, cursor);
@@ -78,7 +79,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
   const auto atListEnd = [&] {
     const Token& token = cursor.peek();
     return cursor.atSubcommandEnd() ||
-           (!stop.empty() && token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, stop));
+           (!stop.empty() && token.kind == Token::Kind::Word && common::equalsIgnoreCase(token.text, stop));
   };
   if (atListEnd()) TokenCursor::fail(translated("the list names no variable"), cursor.peek());
   VariableSelection selection;
@@ -86,7 +87,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
     const Token& token = cursor.peek();
     if (!stop.empty() && !selection.all().empty()) noteKeywords(token, {&stop, 1});
     // A variable of that name goes before the keyword.
-    if (token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, "ALL") &&
+    if (token.kind == Token::Kind::Word && common::equalsIgnoreCase(token.text, "ALL") &&
         dataset.find("ALL") == nullptr) {
       cursor.next();
       for (const Column& column : dataset.columns) {
@@ -135,7 +136,8 @@ bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor,
 const Token& tokenNaming(const Token& first, const Column& variable) {
   // A command's tokens stand in one array that an End token closes.
   for (const Token* token = &first; token->kind != Token::Kind::End && !token->isSymbol('/'); ++token) {
-    if (token->kind == Token::Kind::Word && equalsIgnoreCase(token->text, variable.name)) return *token;
+    if (token->kind == Token::Kind::Word && common::equalsIgnoreCase(token->text, variable.name))
+      return *token;
   }
   return first;
 }

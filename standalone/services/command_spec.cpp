@@ -3,8 +3,8 @@
 // value.
 #include <utility>
 
+#include "common/text/ascii.h"
 #include "host/syntax_parser.h"
-#include "standalone/syntax/keyword.h"
 
 using enum UPSpecTypes::ParamSpec;
 
@@ -72,7 +72,7 @@ bool ParamObj::getStringGeneric(std::string& value) const {
 
 bool ParamObj::getUpStringGeneric(std::string& value) const {
   if (!getStringGeneric(value)) return false;
-  value = genostat::standalone::toUpperAscii(value);
+  value = genostat::common::upperCase(value);
   return true;
 }
 

@@ -1,10 +1,11 @@
 #include "host/platform_library.h"
 
+#include "common/text/ascii.h"
+
 namespace {
 
 int lower(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte;
+  return static_cast<unsigned char>(genostat::common::lowerLetter(c));
 }
 
 }  // namespace

@@ -11,12 +11,13 @@
 #include <utility>
 
 #include "common/files/part_file.h"
+#include "common/text/ascii.h"
+#include "common/text/utf8.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
 #include "standalone/session/job_progress.h"
 #include "standalone/syntax/command.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/text_file.h"
 
 namespace genostat::standalone {
@@ -30,7 +31,7 @@ constexpr double kCodeLimit = 2147483648.0;
 constexpr std::size_t kLongestFileName = 200;  // bytes; leaves room for a number and the suffix
 
 bool isWord(const Token& token, std::string_view keyword) {
-  return token.kind == Token::Kind::Word && equalsIgnoreCase(token.text, keyword);
+  return token.kind == Token::Kind::Word && common::equalsIgnoreCase(token.text, keyword);
 }
 
 bool isImport(const Command& command) {
@@ -75,17 +76,11 @@ bool isReserved(const std::string& name) {
       "COM8", "COM9", "LPT1", "LPT2", "LPT3", "LPT4", "LPT5", "LPT6", "LPT7", "LPT8", "LPT9"};
   const std::string stem = name.substr(0, name.find('.'));
   return std::any_of(kDeviceNames.begin(), kDeviceNames.end(),
-                     [&](std::string_view device) { return equalsIgnoreCase(stem, device); });
+                     [&](std::string_view device) { return common::equalsIgnoreCase(stem, device); });
 }
 
 std::string safeFileName(std::string name) {
-  if (name.size() > kLongestFileName) {
-    std::size_t end = kLongestFileName;
-    // Not in the middle of a character.
-    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U)
-      --end;
-    name.resize(end);
-  }
+  name.resize(common::cutToBytes(name, kLongestFileName).size());
   for (char& c : name) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x20 || byte == 0x7F || std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos)
@@ -171,7 +166,7 @@ void PostedJobs::removeCancelledLeftovers() {
 std::string CopyNames::next(const std::string& jobName, const std::string& fallback) {
   const std::string wanted = jobName.empty() ? fallback : safeFileName(jobName);
   std::string name = wanted;
-  for (int number = 2; !given_.insert(toUpperAscii(name)).second; ++number) {
+  for (int number = 2; !given_.insert(common::upperCase(name)).second; ++number) {
     name = wanted + "_" + std::to_string(number);
   }
   return name;

@@ -72,10 +72,7 @@ std::size_t columnsUpTo(std::string_view text, std::size_t most) {
 std::size_t shownBegin(std::string_view text, std::size_t lineBegin, std::size_t position,
                        std::size_t characters, std::size_t columns) {
   for (std::size_t i = 0; i < characters && position > lineBegin; ++i) {
-    std::size_t before = position;
-    do {
-      --before;
-    } while (before > lineBegin && (static_cast<unsigned char>(text[before]) & 0xC0U) == 0x80U);
+    const std::size_t before = std::max(common::characterBefore(text, position), lineBegin);
     const std::size_t taken = columnsOf(shownCharacter(text.substr(0, position), before));
     if (taken > columns) break;
     columns -= taken;

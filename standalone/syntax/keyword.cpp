@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -14,22 +15,14 @@ namespace {
 constexpr std::size_t kShortestAbbreviation = 3;
 constexpr std::size_t kAlternativesShown = 16;
 
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool beginsWith(std::string_view keyword, std::string_view word) {
-  return word.size() <= keyword.size() && equalsIgnoreCase(keyword.substr(0, word.size()), word);
-}
-
 }  // namespace
 
 std::optional<std::size_t> matchKeyword(std::string_view word, std::span<const std::string_view> keywords) {
   std::optional<std::size_t> abbreviated;
   bool unique = true;
   for (std::size_t i = 0; i < keywords.size(); ++i) {
-    if (equalsIgnoreCase(word, keywords[i])) return i;
-    if (word.size() < kShortestAbbreviation || !beginsWith(keywords[i], word)) continue;
+    if (common::equalsIgnoreCase(word, keywords[i])) return i;
+    if (word.size() < kShortestAbbreviation || !common::startsWithIgnoreCase(keywords[i], word)) continue;
     unique = !abbreviated;
     abbreviated = i;
   }
@@ -44,8 +37,9 @@ std::optional<std::string_view> nearestKeyword(std::string_view word,
 KeywordFault explainKeyword(std::string_view word, std::span<const std::string_view> keywords,
                             std::string_view what) {
   std::vector<std::string_view> meant;
-  std::copy_if(keywords.begin(), keywords.end(), std::back_inserter(meant),
-               [word](std::string_view keyword) { return !word.empty() && beginsWith(keyword, word); });
+  std::copy_if(keywords.begin(), keywords.end(), std::back_inserter(meant), [word](std::string_view keyword) {
+    return !word.empty() && common::startsWithIgnoreCase(keyword, word);
+  });
   const std::string quoted = quoteForMessage(word);
   if (meant.size() > 1) {
     return {translated("ambiguous {1} {2}", {what, quoted}),
@@ -69,17 +63,6 @@ std::string joinAlternatives(std::span<const std::string_view> keywords) {
     joined += keywords[i];
   }
   return shown < keywords.size() ? joined + ", ..." : joined;
-}
-
-bool equalsIgnoreCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return upper(x) == upper(y); });
-}
-
-std::string toUpperAscii(std::string_view text) {
-  std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), upper);
-  return result;
 }
 
 }  // namespace genostat::standalone

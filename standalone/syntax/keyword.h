@@ -30,8 +30,4 @@ KeywordFault explainKeyword(std::string_view word, std::span<const std::string_v
 // "A", "A or B", "A, B or C"; a very long list is cut short.
 std::string joinAlternatives(std::span<const std::string_view> keywords);
 
-// ASCII letters without regard to case.
-bool equalsIgnoreCase(std::string_view a, std::string_view b);
-std::string toUpperAscii(std::string_view text);
-
 }  // namespace genostat::standalone

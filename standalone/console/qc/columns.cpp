@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/quality/checks.h"
+#include "common/text/ascii.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
@@ -55,7 +56,7 @@ class ValueReader {
     std::vector<std::string_view> usable;
     for (const common::ResultColumn& column : common::kResultColumns) {
       const bool fits = wanted == Wanted::Any || column.kind == Kind::Number;
-      if (equalsIgnoreCase(column.name, word_)) {
+      if (common::equalsIgnoreCase(column.name, word_)) {
         if (fits) return column;
         fail(translated(column.kind == Kind::Verdict ? "{1} holds verdicts, no numbers"
                                                      : "{1} holds texts, no numbers",
@@ -94,7 +95,7 @@ std::vector<std::string> parseColumnList(std::string_view option, const std::str
   std::vector<std::string> names;
   ValueReader reader(option, text, " \t,");
   do {
-    if (equalsIgnoreCase(reader.word(), "ALL")) {
+    if (common::equalsIgnoreCase(reader.word(), "ALL")) {
       for (const common::ResultColumn& column : common::kResultColumns) {
         const bool fits = wanted == Wanted::Any ? column.name != "Sample" : column.kind == Kind::Number;
         if (fits) addOnce(names, column.name);

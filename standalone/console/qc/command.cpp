@@ -2,9 +2,9 @@
 #include <string_view>
 #include <vector>
 
+#include "common/text/ascii.h"
 #include "common/text/utf8.h"
 #include "standalone/console/qc/request.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
 
@@ -127,7 +127,7 @@ std::string regressionSubcommand(const QcRequest& request, const QcOptions& opti
   SubcommandWriter writer("REGRESSION");
   writer.add("DEPENDENT=" + request.dependent);
   writer.addList("INDEPENDENT", request.predictors);
-  if (!options.method.empty()) writer.add("METHOD=" + toUpperAscii(options.method));
+  if (!options.method.empty()) writer.add("METHOD=" + common::upperCase(options.method));
   if (options.confidence > 0) writer.add("CI=" + decimalText(options.confidence));
   writer.addIf(options.normalPlot, "NORMALPROBABILITYPLOT");
   return writer.text();

@@ -6,11 +6,11 @@
 #include <string_view>
 
 #include "common/quality/checks.h"
+#include "common/text/ascii.h"
 #include "common/text/wrapped_text.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
 
@@ -43,7 +43,7 @@ const CLI::Validator& methodName() {
   static const CLI::Validator validator(
       [](std::string& value) {
         for (const std::string_view method : kMethods) {
-          if (equalsIgnoreCase(value, method)) return std::string();
+          if (common::equalsIgnoreCase(value, method)) return std::string();
         }
         return describeChoice(translated("enter, stepwise, backward or forward"), value, kMethods);
       },

@@ -8,6 +8,7 @@
 
 #include "common/files/fastq_names.h"
 #include "common/files/nearest_path.h"
+#include "common/text/ascii.h"
 #include "platform/launcher_folder.h"
 #include "platform/path_text.h"
 #include "platform/running_program.h"
@@ -15,7 +16,6 @@
 #include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
-#include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
 
@@ -101,7 +101,7 @@ void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
 }
 
 std::string adapterKeyword(const std::string& adapter) {
-  std::string upper = toUpperAscii(adapter);
+  std::string upper = common::upperCase(adapter);
   for (const char* keyword : {"NONE", "ILLUMINA", "NEXTERA"}) {
     if (upper == keyword) return upper;
   }

@@ -57,18 +57,6 @@ std::string blanks(int count) {
   return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
 }
 
-// The bytes of the longest beginning that fits.
-std::size_t fittingBytes(std::string_view text, int width) {
-  std::size_t end = 0;
-  while (end < text.size()) {
-    const common::CodePoint point = common::codePointAt(text, end);
-    width -= common::codePointWidth(point.value);
-    if (width < 0) break;
-    end += point.size;
-  }
-  return end;
-}
-
 std::string decimals(double number, int count) {
   return formatNumber(number, {count});
 }
@@ -186,13 +174,10 @@ std::string shortenedName(const std::string& text, int width, bool unicode) {
   const int room = std::max(width - common::displayWidth(dots), 2);
   std::size_t tail = text.size();
   while (common::displayWidth(std::string_view(text).substr(tail)) < room / 2) {
-    // To the beginning of the character before.
-    do
-      --tail;
-    while (tail > 0 && (static_cast<unsigned char>(text[tail]) & 0xC0U) == 0x80U);
+    tail = common::characterBefore(text, tail);
   }
   const int behind = common::displayWidth(std::string_view(text).substr(tail));
-  return text.substr(0, fittingBytes(text, room - behind)).append(dots) + text.substr(tail);
+  return std::string(common::cutToWidth(text, room - behind)).append(dots) + text.substr(tail);
 }
 
 std::string shortCount(double count) {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/text/ascii.h"
 #include "platform/path_text.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/tables.h"
@@ -70,7 +71,7 @@ void cancel(const Call& call) {
                             : translated("there is {1}", {joinAlternatives(viewsOf(names))}));
   }
   const ShellArgument& name = call.arguments[1];
-  if (std::ranges::find(names, name.text) == names.end() && equalsIgnoreCase(name.text, "all")) {
+  if (std::ranges::find(names, name.text) == names.end() && common::equalsIgnoreCase(name.text, "all")) {
     if (names.empty()) call.view.showNotice(translated("no job runs or waits"));
     call.work.session().jobs().cancelAll();
   } else if (!call.work.session().jobs().cancel(name.text)) {
@@ -107,8 +108,9 @@ void showCases(const Call& call) {
   const Column* variable = nullptr;
   if (call.arguments.size() > 1) {
     const ShellArgument& name = call.arguments[1];
-    const auto found = std::ranges::find_if(
-        datasets.all(), [&](const auto& candidate) { return equalsIgnoreCase(candidate->name, name.text); });
+    const auto found = std::ranges::find_if(datasets.all(), [&](const auto& candidate) {
+      return common::equalsIgnoreCase(candidate->name, name.text);
+    });
     if (found != datasets.all().end()) {
       dataset = found->get();
     } else {

@@ -6,13 +6,13 @@
 #include <utility>
 
 #include "common/quality/checks.h"
+#include "common/text/ascii.h"
 #include "common/text/printable_text.h"
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/words.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/keyword.h"
 #include "standalone/syntax/token.h"
 
 namespace genostat::standalone {
@@ -20,17 +20,6 @@ namespace genostat::standalone {
 namespace {
 
 using platform::Completion;
-
-bool beginsWithWord(std::string_view text, std::string_view beginning) {
-  return text.size() >= beginning.size() && equalsIgnoreCase(text.substr(0, beginning.size()), beginning);
-}
-
-std::string toLowerAscii(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return lower;
-}
 
 // Where a quote that is still open begins; npos where none is. A quote ends with its line.
 std::size_t openQuote(std::string_view text) {
@@ -51,15 +40,15 @@ class Candidates {
   explicit Candidates(std::string_view typed) : typed_(typed) {}
 
   void addName(std::string_view name) {
-    if (beginsWithWord(name, typed_)) candidates_.emplace_back(name);
+    if (common::startsWithIgnoreCase(name, typed_)) candidates_.emplace_back(name);
   }
   // In the case in which the user types.
   void addKeyword(std::string_view keyword) {
-    if (!beginsWithWord(keyword, typed_)) return;
-    const bool lower = typed_ != toUpperAscii(typed_) && typed_ == toLowerAscii(typed_);
-    const bool upper = typed_ != toLowerAscii(typed_) && typed_ == toUpperAscii(typed_);
-    candidates_.push_back(lower   ? toLowerAscii(keyword)
-                          : upper ? toUpperAscii(keyword)
+    if (!common::startsWithIgnoreCase(keyword, typed_)) return;
+    const bool lower = typed_ != common::upperCase(typed_) && typed_ == common::lowerCase(typed_);
+    const bool upper = typed_ != common::lowerCase(typed_) && typed_ == common::upperCase(typed_);
+    candidates_.push_back(lower   ? common::lowerCase(keyword)
+                          : upper ? common::upperCase(keyword)
                                   : std::string(keyword));
   }
   template <typename Names>

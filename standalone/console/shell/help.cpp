@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "common/text/ascii.h"
 #include "common/text/utf8.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
@@ -125,7 +126,7 @@ const Topic* findTopic(std::string_view name) {
   for (const Topic& topic : kTopics) {
     names.push_back(topic.name);
   }
-  if (equalsIgnoreCase(name, "exit")) name = "quit";
+  if (common::equalsIgnoreCase(name, "exit")) name = "quit";
   const auto index = matchKeyword(name, names);
   return index ? &kTopics[*index] : nullptr;
 }
