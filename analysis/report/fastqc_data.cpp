@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/report/number_text.h"
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 
 namespace genostat::analysis {
@@ -19,13 +19,13 @@ namespace {
 // With a decimal point in any case.
 std::string decimalText(double value) {
   if (!std::isfinite(value)) return "NaN";
-  std::string text = shortestText(value + 0.0);
+  std::string text = common::shortestText(value + 0.0);
   if (text.find('.') == std::string::npos) text += ".0";
   return text;
 }
 
 std::string rangeText(std::uint64_t first, std::uint64_t last) {
-  return first == last ? integerText(first) : integerText(first) + "-" + integerText(last);
+  return first == last ? std::to_string(first) : std::to_string(first) + "-" + std::to_string(last);
 }
 
 std::string rangeText(const PositionGroup& group) {
@@ -67,11 +67,11 @@ std::string basesText(std::uint64_t bases) {
   for (const Unit& unit : {Unit{1'000'000'000, " Gbp"}, Unit{1'000'000, " Mbp"}, Unit{1'000, " kbp"}}) {
     if (bases < unit.size) continue;
     const std::uint64_t tenths = bases / (unit.size / 10);
-    std::string text = integerText(tenths / 10);
-    if (tenths % 10 != 0) text += "." + integerText(tenths % 10);
+    std::string text = std::to_string(tenths / 10);
+    if (tenths % 10 != 0) text += "." + std::to_string(tenths % 10);
     return text + unit.name;
   }
-  return integerText(bases) + " bp";
+  return std::to_string(bases) + " bp";
 }
 
 // Writes one module after another.
@@ -109,11 +109,11 @@ void writeBasics(FastqcText& out, const SampleResult& result, std::string_view f
   out.line({"Filename", withoutLineEnds(fileName)});
   out.line({"File type", "Conventional base calls"});
   out.line({"Encoding", result.phredOffset == 33 ? "Sanger / Illumina 1.9" : "Illumina 1.5"});
-  out.line({"Total Sequences", integerText(lengths.reads)});
+  out.line({"Total Sequences", std::to_string(lengths.reads)});
   out.line({"Total Bases", basesText(lengths.bases)});
   out.line({"Sequences flagged as poor quality", "0"});
   out.line({"Sequence length", rangeText(lengths.shortest, lengths.longest)});
-  out.line({"%GC", fixedText(std::floor(result.gcPercent.value_or(0)), 0)});
+  out.line({"%GC", common::fixedText(std::floor(result.gcPercent.value_or(0)), 0)});
 }
 
 void writeQualities(FastqcText& out, const SampleResult& result) {
@@ -188,9 +188,9 @@ void writeLengths(FastqcText& out, const SampleResult& result) {
 
 // "9", ">10", ">1k", ">10k+"
 std::string levelText(const DuplicationLevel& level, bool isLast) {
-  if (level.from < 10) return integerText(level.from);
+  if (level.from < 10) return std::to_string(level.from);
   const std::string number =
-      level.from < 1000 ? integerText(level.from) : integerText(level.from / 1000) + "k";
+      level.from < 1000 ? std::to_string(level.from) : std::to_string(level.from / 1000) + "k";
   return ">" + number + (isLast ? "+" : "");
 }
 
@@ -206,7 +206,7 @@ void writeOverrepresented(FastqcText& out, const SampleResult& result) {
   if (result.overrepresented.empty()) return;
   out.line({"#Sequence", "Count", "Percentage", "Possible Source"});
   for (const OverrepresentedSequence& one : result.overrepresented) {
-    out.line({sequenceText(one.sequence), integerText(one.reads), decimalText(one.percent),
+    out.line({sequenceText(one.sequence), std::to_string(one.reads), decimalText(one.percent),
               one.origin.empty() ? "No Hit" : one.origin});
   }
 }

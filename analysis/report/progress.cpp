@@ -1,10 +1,14 @@
 #include "analysis/report/progress.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "analysis/report/number_text.h"
+#include "common/text/number_text.h"
+#include "common/text/printable_text.h"
+#include "common/text/progress_text.h"
+#include "common/text/utf8.h"
 
 namespace genostat::analysis {
 
@@ -13,58 +17,10 @@ namespace {
 // The terminal's command to clear a line from the cursor on.
 constexpr const char* kEraseRest = "\x1b[K";
 
-// The bytes of the character that begins at `at`; 1 for a byte that begins none.
-std::size_t characterSize(std::string_view text, std::size_t at) {
-  std::size_t size = 1;
-  while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0U) == 0x80U) {
-    ++size;
-  }
-  return size;
-}
-
-// As much of a line as fits, without control characters. Every character that may be wide counts as
-// two columns, so a line may end early but never wraps.
-std::string fitted(std::string_view text, std::size_t width) {
-  std::string line;
-  std::size_t columns = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t size = characterSize(text, at);
-    const auto lead = static_cast<unsigned char>(text[at]);
-    columns += lead > 0xE0 ? 2U : 1U;
-    if (columns > width) break;
-    if (lead < 0x20 || lead == 0x7F) {
-      line += '?';
-    } else {
-      line += text.substr(at, size);
-    }
-    at += size;
-  }
-  return line;
-}
-
-// As many as matter: "950 reads", "12 k reads", "1.25 M reads".
-std::string readsText(std::uint64_t reads) {
-  const auto count = static_cast<double>(reads);
-  if (reads < 10'000) return integerText(reads) + (reads == 1 ? " read" : " reads");
-  if (count < 1e6) return fixedText(count / 1e3, 0) + " k reads";
-  return fixedText(count / 1e6, count < 1e7 ? 2 : 1) + " M reads";
-}
-
 // "  1:05 left", or nothing where it cannot be foreseen.
 std::string timeLeftText(const JobProgress::State& state, double seconds) {
-  // The first moments say little about the rest.
-  constexpr double kFirstEstimate = 2;
-  constexpr double kLongestEstimate = 99 * 3600;
-  if (seconds < kFirstEstimate || state.bytesDone == 0 || state.bytesDone >= state.bytesTotal) return {};
-  const auto left = static_cast<double>(state.bytesTotal - state.bytesDone);
-  const double estimate = left * seconds / static_cast<double>(state.bytesDone);
-  if (estimate > kLongestEstimate) return {};
-  const auto whole = static_cast<std::uint64_t>(std::ceil(estimate));
-  const auto twoDigits = [](std::uint64_t number) { return (number < 10 ? "0" : "") + integerText(number); };
-  const std::uint64_t minutes = whole / 60;
-  const std::string clock =
-      minutes < 60 ? integerText(minutes) : integerText(minutes / 60) + ':' + twoDigits(minutes % 60);
-  return "  " + clock + ':' + twoDigits(whole % 60) + " left";
+  const auto left = common::secondsLeft(state.bytesDone, state.bytesTotal, seconds);
+  return left ? fmt::format("  {} left", common::clockText(*left)) : std::string();
 }
 
 }  // namespace
@@ -100,27 +56,23 @@ JobProgress::State JobProgress::state() const {
 }
 
 std::string progressLine(const JobProgress::State& state, double seconds, std::size_t width) {
-  const auto done = static_cast<double>(state.bytesDone);
-  std::string line;
-  if (state.bytesTotal > 0) {
-    // A file that grows while it is read has no more than all of it read.
-    const double share = std::min(1.0, done / static_cast<double>(state.bytesTotal));
-    line += fixedText(100 * share, 0) + " %  ";
-  } else {
-    line += fixedText(done / 1e6, 0) + " MB  ";
+  const double rate = seconds > 0 ? static_cast<double>(state.bytesDone) / seconds : 0;
+  std::string line = fmt::format("{}  {}",
+                                 state.bytesTotal > 0 ? common::percentText(state.bytesDone, state.bytesTotal)
+                                                      : common::sizeText(state.bytesDone),
+                                 common::rateText(rate));
+  if (state.readsDone > 0) {
+    const std::string count = common::shortCount(static_cast<double>(state.readsDone));
+    line += fmt::format("  {} {}", count, state.readsDone == 1 ? "read" : "reads");
   }
-  line += fixedText(seconds > 0 ? done / 1e6 / seconds : 0, 0) + " MB/s";
-  if (state.readsDone > 0) line += "  " + readsText(state.readsDone);
   line += timeLeftText(state, seconds);
-  if (state.samples > 1) {
-    line += "  " + integerText(state.samplesDone) + " of " + integerText(state.samples) + " files";
-  }
+  if (state.samples > 1) line += fmt::format("  {} of {} samples", state.samplesDone, state.samples);
   const char* separator = "  ";
   for (const JobProgress::Running& sample : state.running) {
-    line += separator + sample.name;
+    line += separator + common::printableText(sample.name);
     separator = ", ";
   }
-  return fitted(line, width);
+  return std::string(common::cutToWidth(line, static_cast<int>(width)));
 }
 
 ProgressDisplay::ProgressDisplay(const JobProgress& progress, std::ostream& out,

@@ -76,7 +76,7 @@ class JobProgress {
 };
 
 // One line without its line end, at most `width` columns wide, such as
-// "42 %  1210 MB/s  3.25 M reads  0:12 left  3 of 96 files  a.fastq, b.fastq".
+// "42 %  1210 MB/s  3.25M reads  0:12 left  3 of 96 samples  a.fastq, b.fastq".
 std::string progressLine(const JobProgress::State& state, double seconds, std::size_t width);
 
 // Shows a job's progress as one line that is rewritten, from a thread of its own, and is gone when the

@@ -10,8 +10,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "analysis/report/number_text.h"
 #include "common/files/part_file.h"
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 
 namespace genostat::analysis {
@@ -68,7 +68,7 @@ std::string progressJson(const JobProgress::State& state, double seconds) {
   count("bytesTotal", state.bytesTotal);
   count("readsDone", state.readsDone);
   writer.Key("seconds");
-  const std::string text = fixedText(seconds, 3);
+  const std::string text = common::fixedText(seconds, 3);
   writer.RawValue(text.data(), text.size(), rapidjson::kNumberType);
   writer.Key("running");
   writer.StartArray();

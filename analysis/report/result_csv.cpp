@@ -5,7 +5,7 @@
 #include <ranges>
 #include <utility>
 
-#include "analysis/report/number_text.h"
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 
 namespace genostat::analysis {
@@ -13,16 +13,16 @@ namespace genostat::analysis {
 namespace {
 
 std::string decimals(std::optional<double> value) {
-  return value ? fixedText(*value, 4) : std::string();
+  return value ? common::fixedText(*value, 4) : std::string();
 }
 
 std::string shortest(std::optional<double> value) {
-  return value ? shortestText(*value) : std::string();
+  return value ? common::shortestText(*value) : std::string();
 }
 
 std::string lengthRange(const LengthSummary& lengths) {
-  std::string text = integerText(lengths.shortest);
-  if (lengths.longest != lengths.shortest) text.append("-").append(integerText(lengths.longest));
+  std::string text = std::to_string(lengths.shortest);
+  if (lengths.longest != lengths.shortest) text.append("-").append(std::to_string(lengths.longest));
   return text;
 }
 
@@ -35,13 +35,13 @@ FieldTexts fieldTexts(const ResultRow& row) {
   std::array texts = {
       common::toValidUtf8(row.sample),
       std::string(adapterKindName(row.adapter)),
-      integerText(result.lengths.reads),
-      integerText(result.lengths.bases),
+      std::to_string(result.lengths.reads),
+      std::to_string(result.lengths.bases),
       lengthRange(result.lengths),
       decimals(result.gcPercent),
-      fixedText(result.duplication.deduplicatedPercent, 6),
+      common::fixedText(result.duplication.deduplicatedPercent, 6),
       decimals(result.lengths.mean),
-      shortestText(result.lengths.median),
+      common::shortestText(result.lengths.median),
       verdict(Check::BasicStatistics),
       verdict(Check::PerBaseSequenceQuality),
       verdict(Check::PerSequenceQualityScores),
@@ -53,13 +53,13 @@ FieldTexts fieldTexts(const ResultRow& row) {
       verdict(Check::OverrepresentedSequences),
       verdict(Check::AdapterContent),
       verdict(Check::PerTileSequenceQuality),
-      fixedText(result.verdicts.score(), 2),
+      common::fixedText(result.verdicts.score(), 2),
       shortest(result.medianPhredFirst),
       shortest(result.medianPhredLast),
       decimals(result.meanPhred),
       decimals(result.lowComplexityPercent),
       decimals(result.unexpectedPercent),
-      integerText(result.overrepresented.size()),
+      std::to_string(result.overrepresented.size()),
   };
   return texts;
 }

@@ -9,7 +9,7 @@
 #include <cstdint>
 
 #include "analysis/metrics/sample_result.h"
-#include "analysis/report/number_text.h"
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 
 namespace genostat::analysis {
@@ -29,7 +29,7 @@ class JsonText {
   // Six decimals are more than any of the measures means.
   void value(double number) {
     if (std::isfinite(number)) {
-      rawNumber(shortestText(std::round(number * 1e6) / 1e6 + 0.0));
+      rawNumber(common::shortestText(std::round(number * 1e6) / 1e6 + 0.0));
     } else {
       writer_.Null();
     }

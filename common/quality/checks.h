@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#include "common/text/ascii.h"
+
 namespace genostat::common {
 
 enum class Verdict { None, Pass, Warn, Fail };
@@ -21,9 +23,8 @@ constexpr std::string_view verdictWord(Verdict verdict) {
 
 // Reads a word back, in any case. None for the empty text; nothing for other words.
 constexpr std::optional<Verdict> verdictNamed(std::string_view word) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
   for (std::size_t i = 0; i < kVerdictWords.size(); ++i) {
-    if (std::ranges::equal(word, kVerdictWords[i], {}, lower)) return static_cast<Verdict>(i);
+    if (std::ranges::equal(word, kVerdictWords[i], {}, lowerLetter)) return static_cast<Verdict>(i);
   }
   return std::nullopt;
 }

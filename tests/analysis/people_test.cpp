@@ -20,16 +20,19 @@ TEST(ProgressLine, FitsItsTerminal) {
     std::string line;
   };
   const std::vector<Case> cases = {
-      {{1'000, 500, 0, 1, 0, {{"a.fq"}}}, 0, 80, "50 %  0 MB/s  a.fq"},
-      {{2'000'000, 2'500'000, 0, 1, 0, {{"a.fq"}}}, 0.5, 80, "100 %  5 MB/s  a.fq"},
-      {{0, 7'000'000, 0, 1, 0, {{"stdin"}}}, 2, 80, "7 MB  4 MB/s  stdin"},
-      {{10, 0, 0, 96, 3, {{"a"}, {"b\x1b[2J"}}}, 1, 80, "0 %  0 MB/s  3 of 96 files  a, b?[2J"},
-      {{10, 0, 0, 1, 0, {{"abcdef"}}}, 1, 16, "0 %  0 MB/s  abc"},
-      {{4'000'000, 1'000'000, 9'999, 1, 0, {{"a"}}}, 25, 80, "25 %  0 MB/s  9999 reads  1:15 left  a"},
-      {{9'000'000, 1'000, 2'345'678, 1, 0, {}}, 2, 80, "0 %  0 MB/s  2.35 M reads  4:59:58 left"},
-      {{9'000'000'000, 1, 12'345, 1, 0, {}}, 2, 80, "0 %  0 MB/s  12 k reads"},
+      {{1'000, 500, 0, 1, 0, {{"a.fq"}}}, 0, 80, "50 %  0.0 MB/s  a.fq"},
+      {{2'000'000, 2'500'000, 0, 1, 0, {{"a.fq"}}}, 0.5, 80, "100 %  5.0 MB/s  a.fq"},
+      {{0, 7'000'000, 0, 1, 0, {{"stdin"}}}, 2, 80, "7.0 MB  3.5 MB/s  stdin"},
+      {{10, 0, 0, 96, 3, {{"a"}, {"b\x1b[2J"}}}, 1, 80, "0 %  0.0 MB/s  3 of 96 samples  a, b\\x1B[2J"},
+      {{10, 0, 0, 1, 0, {{"abcdef"}}}, 1, 18, "0 %  0.0 MB/s  abc"},
+      {{4'000'000, 1'000'000, 9'999, 1, 0, {{"a"}}}, 25, 80, "25 %  0.0 MB/s  9999 reads  1:15 left  a"},
+      {{9'000'000, 1'000, 2'345'678, 1, 0, {}}, 2, 80, "0 %  0.0 MB/s  2.35M reads  4:59:58 left"},
+      {{9'000'000'000, 1, 12'345, 1, 0, {}}, 2, 80, "0 %  0.0 MB/s  12.3k reads"},
       // A wide character is not cut in half, nor does it reach over the edge.
-      {{10, 0, 0, 1, 0, {{"\xC3\xA9\xE6\xA2\x9D\xE6\xA2\x9D"}}}, 1, 17, "0 %  0 MB/s  \xC3\xA9\xE6\xA2\x9D"},
+      {{10, 0, 0, 1, 0, {{"\xC3\xA9\xE6\xA2\x9D\xE6\xA2\x9D"}}},
+       1,
+       19,
+       "0 %  0.0 MB/s  \xC3\xA9\xE6\xA2\x9D"},
       {{10, 0, 0, 1, 0, {{"a"}}}, 1, 0, ""},
   };
   for (const Case& one : cases) {
@@ -52,10 +55,10 @@ TEST(ProgressDisplay, LeavesNothingBehind) {
   EXPECT_EQ(out.str(), "") << "a short job shows nothing";
   {
     const ProgressDisplay display(
-        progress, out, [] { return std::size_t{40}; }, std::chrono::milliseconds(1));
+        progress, out, [] { return std::size_t{60}; }, std::chrono::milliseconds(1));
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
   }
-  const std::string shown = "\r75 %  0 MB/s  1 of 2 files  second.fq\x1b[K";
+  const std::string shown = "\r75 %  0.0 MB/s  1 of 2 samples  second.fq\x1b[K";
   EXPECT_EQ(out.str().substr(0, shown.size()), shown);
   EXPECT_TRUE(out.str().ends_with("\x1b[K\r\x1b[K"));
 }

@@ -1,8 +1,8 @@
-#include <charconv>
 #include <string_view>
 #include <vector>
 
 #include "common/text/ascii.h"
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 #include "standalone/console/qc/request.h"
 
@@ -19,12 +19,6 @@ std::string quotedLiteral(std::string_view text) {
     quoted += c;
   }
   return quoted + '\'';
-}
-
-std::string decimalText(double number) {
-  char buffer[32];
-  const auto result = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::fixed);
-  return {buffer, result.ptr};
 }
 
 // Writes a subcommand: its keywords stand below the first one, and so do the values of a list.
@@ -103,7 +97,7 @@ std::string frequenciesSubcommand(const QcRequest& request, const QcOptions& opt
   if (options.tiles > 0) writer.add("NTILES=" + std::to_string(options.tiles));
   std::vector<std::string> percentiles;
   for (const double percent : options.percentiles) {
-    percentiles.push_back(decimalText(percent));
+    percentiles.push_back(common::shortestText(percent));
   }
   if (!percentiles.empty()) writer.addList("PERCENTILES", percentiles);
   writer.addIf(options.quartiles, "QUARTILES");
@@ -128,7 +122,7 @@ std::string regressionSubcommand(const QcRequest& request, const QcOptions& opti
   writer.add("DEPENDENT=" + request.dependent);
   writer.addList("INDEPENDENT", request.predictors);
   if (!options.method.empty()) writer.add("METHOD=" + common::upperCase(options.method));
-  if (options.confidence > 0) writer.add("CI=" + decimalText(options.confidence));
+  if (options.confidence > 0) writer.add("CI=" + common::shortestText(options.confidence));
   writer.addIf(options.normalPlot, "NORMALPROBABILITYPLOT");
   return writer.text();
 }

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <string_view>
 #include <utility>
 
+#include "common/text/number_text.h"
 #include "common/text/utf8.h"
 #include "common/text/wrapped_text.h"
 #include "standalone/console/qc/text.h"
@@ -76,8 +76,8 @@ std::vector<ShownColumn> valueColumns(const std::vector<QcSample>& samples, bool
     for (const Verdict verdict : sample.verdicts) {
       marks += markOf(verdict, unicode);
     }
-    const std::array<std::string, 8> cells = {shortCount(sample.reads),
-                                              shortCount(sample.bases),
+    const std::array<std::string, 8> cells = {common::shortCount(sample.reads),
+                                              common::shortCount(sample.bases),
                                               common::printableText(sample.length),
                                               decimals(sample.gc, 1),
                                               decimals(sample.duplicates, 1),
@@ -178,20 +178,6 @@ std::string shortenedName(const std::string& text, int width, bool unicode) {
   }
   const int behind = common::displayWidth(std::string_view(text).substr(tail));
   return std::string(common::cutToWidth(text, room - behind)).append(dots) + text.substr(tail);
-}
-
-std::string shortCount(double count) {
-  if (!std::isfinite(count)) return {};
-  constexpr std::string_view kUnits = " kMGTPE";
-  if (count < 9999.5) return decimals(count, 0);
-  std::size_t unit = 0;
-  // What would be rounded to 1000 belongs to the next unit.
-  while (count >= 999.5 && unit + 1 < kUnits.size()) {
-    count /= 1000;
-    ++unit;
-  }
-  const int places = count < 9.995 ? 2 : count < 99.95 ? 1 : 0;
-  return decimals(count, places) + kUnits[unit];
 }
 
 std::string renderQcTable(const std::vector<QcSample>& samples, const TextStyle& style) {

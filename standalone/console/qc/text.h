@@ -25,7 +25,4 @@ std::string paintedMark(Verdict verdict, const TextStyle& style);
 // A printable name in at most so many columns. Names differ at both ends, so the middle goes.
 std::string shortenedName(const std::string& name, int width, bool unicode);
 
-// A count in at most five columns: 9999, 24.3k, 6.81G.
-std::string shortCount(double count);
-
 }  // namespace genostat::standalone

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "common/text/progress_text.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {
@@ -16,10 +17,7 @@ constexpr std::size_t kMostCells = 100'000;
 std::string progressText(const JobProgress& progress) {
   std::string text =
       translated("{1} of {2} samples", {std::to_string(progress.finished), std::to_string(progress.samples)});
-  if (progress.bytesTotal > 0 && progress.bytesDone <= progress.bytesTotal) {
-    const double share = static_cast<double>(progress.bytesDone) / static_cast<double>(progress.bytesTotal);
-    text += ", " + std::to_string(static_cast<int>(100 * share)) + " %";
-  }
+  if (progress.bytesTotal > 0) text += ", " + common::percentText(progress.bytesDone, progress.bytesTotal);
   return text;
 }
 
@@ -31,16 +29,6 @@ CellValue shownCell(const Column& column, std::size_t row) {
 
 }  // namespace
 
-std::string elapsedText(std::chrono::seconds elapsed) {
-  const auto seconds = std::max<std::chrono::seconds::rep>(0, elapsed.count());
-  if (seconds < 60) return std::to_string(seconds) + " s";
-  const auto twoDigits = [](auto value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-  const auto minutes = seconds / 60;
-  const std::string tail = ":" + twoDigits(seconds % 60);
-  return minutes < 60 ? std::to_string(minutes) + tail
-                      : std::to_string(minutes / 60) + ":" + twoDigits(minutes % 60) + tail;
-}
-
 PivotTable jobsTable(const std::vector<JobStatus>& jobs, const std::optional<JobProgress>& progress,
                      std::chrono::steady_clock::time_point now) {
   PivotTable table;
@@ -50,7 +38,7 @@ PivotTable jobsTable(const std::vector<JobStatus>& jobs, const std::optional<Job
     table.rows.push_back({job.name, {}});
     table.cells.push_back(
         {textCell(job.running ? translated("running") : translated("waiting")),
-         textCell(elapsedText(std::chrono::duration_cast<std::chrono::seconds>(now - job.since))),
+         textCell(common::clockText(std::floor(std::chrono::duration<double>(now - job.since).count()))),
          textCell(job.running && progress ? progressText(*progress) : std::string())});
   }
   return table;

@@ -25,7 +25,4 @@ PivotTable datasetsTable(const std::vector<std::unique_ptr<Dataset>>& datasets, 
 // The first cases of a dataset; of one variable where `only` is one of the dataset's.
 PivotTable casesTable(const Dataset& dataset, const Column* only, std::size_t count);
 
-// 59 s, 3:07, 2:15:00.
-std::string elapsedText(std::chrono::seconds elapsed);
-
 }  // namespace genostat::standalone

@@ -1,14 +1,14 @@
 #include "standalone/console/view/progress_lines.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <string_view>
 #include <utility>
 
+#include "common/text/number_text.h"
 #include "common/text/printable_text.h"
+#include "common/text/progress_text.h"
 #include "common/text/utf8.h"
 #include "standalone/console/qc/text.h"
 #include "standalone/language/translation.h"
@@ -17,73 +17,27 @@ namespace genostat::standalone {
 
 namespace {
 
-constexpr double kMega = 1e6;
-constexpr double kGiga = 1e9;
 // What a job of an unknown analysis, or one that has just begun, is worth a line after.
 constexpr double kWorthALine = 1;
 constexpr double kRateAfter = 0.1;
-// Rates of the first moments say nothing about the rest.
-constexpr double kEstimateAfter = 2;
-constexpr double kLongestEstimate = 99 * 3600;
 constexpr int kLeastName = 8;
 constexpr std::string_view kGapInLine = "  ";
 
-// With so many decimals.
-std::string decimalText(double value, int places) {
-  std::array<char, 64> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, places);
-  return {text.data(), end.ptr};
-}
-
-std::string rateText(double bytesPerSecond) {
-  const double rate = bytesPerSecond / kMega;
-  return translated("{1} MB/s", {decimalText(rate, rate < 9.95 ? 1 : 0)});
-}
-
-std::string percentText(std::uint64_t part, std::uint64_t whole) {
-  // A file that grows while it is read has no more than all of it read.
-  const double share = std::min(1.0, static_cast<double>(part) / static_cast<double>(whole));
-  return translated("{1} %", {decimalText(100 * share, 0)});
-}
-
 std::string bytesText(std::uint64_t done, std::uint64_t total) {
-  const auto all = static_cast<double>(total > 0 ? total : done);
-  const bool large = all >= 10 * kGiga;
-  const double unit = large ? kGiga : kMega;
-  const int places = large || all < 10 * kMega ? 1 : 0;
-  const auto text = [&](std::uint64_t bytes) {
-    return decimalText(static_cast<double>(bytes) / unit, places);
-  };
-  if (total == 0) return large ? translated("{1} GB", {text(done)}) : translated("{1} MB", {text(done)});
-  const std::string part = text(std::min(done, total));
-  return large ? translated("{1} of {2} GB", {part, text(total)})
-               : translated("{1} of {2} MB", {part, text(total)});
+  if (total == 0) return common::sizeText(done);
+  return translated("{1} of {2}",
+                    {common::sizeNumber(std::min(done, total), total), common::sizeText(total)});
 }
 
 std::string readsText(std::uint64_t reads) {
-  const std::string count = shortCount(static_cast<double>(reads));
+  const std::string count = common::shortCount(static_cast<double>(reads));
   return reads == 1 ? translated("{1} read", {count}) : translated("{1} reads", {count});
-}
-
-std::string clockText(double seconds) {
-  const auto whole = static_cast<std::uint64_t>(std::ceil(seconds));
-  const auto twoDigits = [](std::uint64_t number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
-  };
-  const std::uint64_t minutes = whole / 60;
-  const std::string end = ':' + twoDigits(whole % 60);
-  if (minutes < 60) return std::to_string(minutes) + end;
-  return std::to_string(minutes / 60) + ':' + twoDigits(minutes % 60) + end;
 }
 
 // Empty where it cannot be foreseen.
 std::string timeLeftText(const JobProgress& progress) {
-  if (progress.seconds < kEstimateAfter || progress.bytesDone == 0) return {};
-  if (progress.bytesDone >= progress.bytesTotal) return {};
-  const double left = static_cast<double>(progress.bytesTotal - progress.bytesDone) * progress.seconds /
-                      static_cast<double>(progress.bytesDone);
-  return left <= kLongestEstimate ? translated("{1} left", {clockText(left)}) : std::string();
+  const auto left = common::secondsLeft(progress.bytesDone, progress.bytesTotal, progress.seconds);
+  return left ? translated("{1} left", {common::clockText(*left)}) : std::string();
 }
 
 // A part of a line; those with the least weight go first where a line is too long.
@@ -113,7 +67,7 @@ std::string jobLine(const ShownProgress& shown, const LineSpace& space, int room
       shown.jobName.empty() ? translated("(unnamed)") : common::printableText(shown.jobName);
   std::vector<LinePart> parts = {{shortenedName(name, std::max(room / 3, kLeastName), space.unicode), 7}};
   if (!shown.progress) {
-    parts.push_back({clockText(std::floor(shown.elapsed)), 6});
+    parts.push_back({common::clockText(std::floor(shown.elapsed)), 6});
     return joinedParts(std::move(parts), room, space.unicode);
   }
   const JobProgress& progress = *shown.progress;
@@ -122,11 +76,12 @@ std::string jobLine(const ShownProgress& shown, const LineSpace& space, int room
                                 {std::to_string(progress.finished), std::to_string(progress.samples)}),
                      4});
   }
-  if (progress.bytesTotal > 0) parts.push_back({percentText(progress.bytesDone, progress.bytesTotal), 6});
+  if (progress.bytesTotal > 0)
+    parts.push_back({common::percentText(progress.bytesDone, progress.bytesTotal), 6});
   parts.push_back({bytesText(progress.bytesDone, progress.bytesTotal), 2});
   if (progress.readsDone > 0) parts.push_back({readsText(progress.readsDone), 1});
   if (progress.seconds >= kRateAfter) {
-    parts.push_back({rateText(static_cast<double>(progress.bytesDone) / progress.seconds), 3});
+    parts.push_back({common::rateText(static_cast<double>(progress.bytesDone) / progress.seconds), 3});
   }
   parts.push_back({timeLeftText(progress), 5});
   return joinedParts(std::move(parts), room, space.unicode);
@@ -167,7 +122,7 @@ std::vector<std::string> sampleLines(const std::vector<SampleProgress>& samples,
     std::vector<LinePart> parts = {{std::string(kIndent, ' ') + padded(names[i], nameWidth, false), 4}};
     if (sample.size > 0) {
       if (barWidth > 0) parts.push_back({bar(sample, barWidth, space.unicode), 1});
-      parts.push_back({padded(percentText(sample.bytes, sample.size), 5, true), 3});
+      parts.push_back({padded(common::percentText(sample.bytes, sample.size), 5, true), 3});
     } else {
       parts.push_back({bytesText(sample.bytes, 0), 3});
     }

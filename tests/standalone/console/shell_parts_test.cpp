@@ -234,8 +234,7 @@ TEST(ShellTables, ShowJobsAndCases) {
   };
   EXPECT_EQ(cell(jobs, 0, 1), "3:07");
   EXPECT_EQ(cell(jobs, 0, 2), "3 of 24 samples, 33 %");
-  EXPECT_EQ(cell(jobs, 1, 1) + cell(jobs, 1, 2), "0 s");
-  EXPECT_EQ(elapsedText(std::chrono::seconds(8100)), "2:15:00");
+  EXPECT_EQ(cell(jobs, 1, 1) + cell(jobs, 1, 2), "0:00");
 
   standalone::Dataset dataset;
   dataset.caseCount = 3;

@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "common/text/utf8.h"
-#include "common/text/wrapped_text.h"
 #include "standalone/output/number_format.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
@@ -36,70 +34,6 @@ std::string renderText(const std::string& kind, const std::string& message, bool
   document.onItem([&](const std::string& item) { rendered += renderItemAsText(item, {false, colour, 80}); });
   document.addText(kind, message);
   return rendered;
-}
-
-std::string join(const std::vector<std::string>& lines) {
-  std::string joined;
-  for (const std::string& line : lines) {
-    joined += "[" + line + "]";
-  }
-  return joined;
-}
-
-TEST(Utf8, CountsColumnsAndReplacesInvalidBytes) {
-  struct Row {
-    std::string text, valid;
-    int width;
-  };
-  const std::string replacement = "\xEF\xBF\xBD";
-  const std::vector<Row> rows = {
-      {"abc", "abc", 3},
-      {"\xC3\xA9", "\xC3\xA9", 1},
-      {"e\xCC\x81", "e\xCC\x81", 1},                                // combining accent
-      {"\xE6\x95\xB0\xE6\x8D\xAE", "\xE6\x95\xB0\xE6\x8D\xAE", 4},  // two ideographs
-      {"\xF0\x9F\xA7\xAC", "\xF0\x9F\xA7\xAC", 2},                  // beyond 16 bits
-      {"\xFF", replacement, 1},
-      {"a\xC3", "a" + replacement, 2},                               // cut short
-      {"\xC0\xAF", replacement + replacement, 2},                    // overlong
-      {"\xED\xA0\x80", replacement + replacement + replacement, 3},  // surrogate
-      {"\xF4\x90\x80\x80", replacement + replacement + replacement + replacement, 4},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(common::toValidUtf8(row.text), row.valid) << row.text;
-    EXPECT_EQ(common::displayWidth(row.text), row.width) << row.text;
-  }
-}
-
-TEST(DisplayText, ShowsWhatWouldSteerATerminal) {
-  EXPECT_EQ(common::printableText("a\tb\r\nc\x1B[2J\x7F"), "a\\tb\\r\\nc\\x1B[2J\\x7F");
-  EXPECT_EQ(common::printableText(std::string("\0\xC2\x9B"
-                                              "1m\xE2\x80\xAE",
-                                              8)),
-            "\\x00\\x9B1m\\u202E");
-  EXPECT_EQ(common::printableText("a\n\tb\r\x1B\xFF", common::LineBreaks::Keep),
-            "a\n\tb\\r\\x1B\xEF\xBF\xBD");
-}
-
-TEST(DisplayText, WrapsLines) {
-  struct Row {
-    std::string text;
-    int width;
-    std::string expected;
-  };
-  const std::vector<Row> rows = {
-      {"", 5, "[]"},
-      {"Std. Deviation", 9, "[Std.][Deviation]"},
-      {"  one two  three ", 7, "[one two][three]"},
-      {"per_base_n_content", 8, "[per_][base_n_][content]"},
-      {"abcdefghij kl", 4, "[abcd][efgh][ij][kl]"},
-      {"a /very/long/path x", 10, "[a][/very/][long/path][x]"},
-      {"\xE6\x95\xB0\xE6\x8D\xAE", 3, "[\xE6\x95\xB0][\xE6\x8D\xAE]"},
-      {"\xE6\x95\xB0\xE6\x8D\xAE", 0, "[\xE6\x95\xB0][\xE6\x8D\xAE]"},
-      {"e\xCC\x81x", 1, "[e\xCC\x81][x]"},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(join(common::wrapText(row.text, row.width)), row.expected) << row.text;
-  }
 }
 
 TEST(NumberFormat, FollowsTheFormat) {
