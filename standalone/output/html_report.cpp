@@ -287,7 +287,9 @@ std::string renderHtmlReport(std::span<const std::string> items, const std::stri
   html += outlineHtml(report.sections);
   html += "<main id=\"results\" tabindex=\"-1\">\n<header>\n<h1>" + escapeHtml(title) +
           "</h1>\n<p class=\"contents\">" + contentsLine(report.counts) + "</p>\n</header>\n";
-  html += sectionsHtml(report.sections) + "</main>\n" + scriptWords();
+  html += sectionsHtml(report.sections) + "<footer>" +
+          escapeHtml(translated("Made with Genostat. Copyright 2026 the Genostat authors; MIT licence.")) +
+          "</footer>\n</main>\n" + scriptWords();
   const ReportAssets& assets = reportAssets();
   html.append("<script>").append(assets.script.text).append("</script>\n");
   if (charts) html.append("<script>").append(assets.charts.text).append("</script>\n");
