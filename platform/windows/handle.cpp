@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <bit>
+
 namespace genostat::platform {
 
 std::error_code lastError() {
@@ -17,7 +19,7 @@ Handle::Handle(std::intptr_t opened) : value_(opened == 0 ? kNone : opened) {
 }
 
 void Handle::close() {
-  if (*this && CloseHandle(reinterpret_cast<HANDLE>(std::exchange(value_, kNone))) == 0) error_ = lastError();
+  if (*this && CloseHandle(std::bit_cast<HANDLE>(std::exchange(value_, kNone))) == 0) error_ = lastError();
 }
 
 }  // namespace genostat::platform

@@ -3,16 +3,18 @@
 
 #include <windows.h>
 
+#include <bit>
+
 #include "platform/handle.h"
 
 namespace genostat::platform {
 
 inline Handle owned(HANDLE opened) {
-  return Handle(reinterpret_cast<std::intptr_t>(opened));
+  return Handle(std::bit_cast<std::intptr_t>(opened));
 }
 
 inline HANDLE kernelObject(const Handle& handle) {
-  return reinterpret_cast<HANDLE>(handle.get());
+  return std::bit_cast<HANDLE>(handle.get());
 }
 
 }  // namespace genostat::platform

@@ -10,7 +10,7 @@
 namespace genostat::platform {
 
 std::string launcherPrefix(const std::filesystem::path& folder) {
-  const std::wstring name = folder.native();
+  const std::wstring& name = folder.native();
   if (std::all_of(name.begin(), name.end(), [](wchar_t unit) { return unit < 0x80; })) {
     return pathToNarrow(folder / "");
   }

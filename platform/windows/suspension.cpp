@@ -2,6 +2,7 @@
 
 namespace genostat::platform {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): POSIX systems keep the handler.
 void onSuspend(std::function<void()> /*handler*/) {}
 
 void suspendProgram() {}
