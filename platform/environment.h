@@ -1,4 +1,4 @@
-// What the environment tells a program.
+// Variables of the environment, and the languages that the user has chosen.
 #pragma once
 
 #include <filesystem>
@@ -12,8 +12,8 @@ namespace genostat::platform {
 std::filesystem::path environmentPath(const char* name);
 void setEnvironmentPath(const char* name, const std::filesystem::path& value);
 
-// The languages in which the system speaks to the user, the most wanted first: "de-DE". Empty where only
-// variables of the environment tell.
+// The user's languages in order of preference, such as "de-DE". Empty where the system keeps them only in
+// variables of the environment.
 std::vector<std::string> systemLanguages();
 
 }  // namespace genostat::platform

@@ -24,7 +24,7 @@ inline bool removeIfExists(const std::string& path) {
 enum class InputProbe { Unreadable, Empty, HasData };
 
 // Opens a file for reading, as an analysis would, and asks its size. `utf8Path` is UTF-8 on
-// every system. A folder is Unreadable; a file whose size is not to be had counts as Empty.
+// every system. A folder is Unreadable; a file whose size is unknown counts as Empty.
 InputProbe probeInputFile(const std::string& utf8Path);
 
 }  // namespace genostat::platform

@@ -1,4 +1,4 @@
-// What comes from outside and ends programs, unless they decide otherwise.
+// Signals and console events that end a program unless it handles them.
 #pragma once
 
 #include <functional>

@@ -1,12 +1,12 @@
-// What programs with much data tell the operating system about their memory.
+// Advice to the operating system on memory that holds much data.
 #pragma once
 
 #include <cstddef>
 
 namespace genostat::platform {
 
-// Asks that memory which is about to be filled from one end to the other comes in large pages, where the
-// system has such: each first touch of a page costs time. Nothing but speed depends on it.
+// Asks for large pages for memory that is about to be filled from one end to the other: the first access to
+// each page costs time. Only speed depends on it.
 void preferLargePages(void* memory, std::size_t bytes);
 
 }  // namespace genostat::platform

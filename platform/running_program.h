@@ -1,4 +1,4 @@
-// What the running program knows of itself.
+// Facts about the running program, and its end.
 #pragma once
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// The standard streams and the terminals behind them.
+// The standard streams and their terminals.
 #pragma once
 
 namespace genostat::platform {
@@ -7,7 +7,7 @@ namespace genostat::platform {
 // for byte. From then on a write that the system refuses, to them or to a file, fails without a signal.
 void prepareStandardStreams();
 
-// The terminal behind a standard stream, if it is one.
+// What a standard stream writes to.
 struct Terminal {
   bool isTerminal = false;
   int width = 80;   // columns; 80 where unknown

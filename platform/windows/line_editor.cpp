@@ -1,5 +1,5 @@
-// Lines as they come. A thread reads them, since what a console or a pipe will give cannot be waited for
-// together with anything else.
+// Lines without editing. A thread reads them, since Windows cannot wait for a console or a pipe together with
+// anything else.
 #include "platform/line_editor.h"
 
 #include <windows.h>
@@ -41,7 +41,7 @@ std::string readBytes(HANDLE input, bool console) {
   if (console) {
     wchar_t wide[4096];
     if (ReadConsoleW(input, wide, 4096, &count, nullptr) == 0) return {};
-    // Ctrl-Z at a line's begin is the end; an interrupt gives nothing at all.
+    // Ctrl-Z at the beginning of a line ends the input; an interrupt gives no characters.
     if (count > 0 && wide[0] == L'\x1A') return {};
     if (count == 0) return "\n";
     return pathToUtf8(std::filesystem::path(std::wstring(wide, count)));

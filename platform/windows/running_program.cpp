@@ -9,7 +9,7 @@
 namespace genostat::platform {
 
 std::vector<std::string> commandLineArguments(int, const char* const*) {
-  // The C runtime's arguments have gone through the ANSI code page; the system's have not.
+  // The C runtime converts its arguments to the ANSI code page; those of the system are not converted.
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;

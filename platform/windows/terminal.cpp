@@ -21,7 +21,7 @@ void prepareStandardStreams() {
   SetConsoleOutputCP(CP_UTF8);
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
-  // Without a buffer the C library hands a console single bytes, which are no characters.
+  // Without a buffer the C library writes single bytes to a console, which are not whole characters.
   for (std::FILE* stream : {stdout, stderr}) {
     if (_isatty(_fileno(stream)) != 0) std::setvbuf(stream, nullptr, _IOFBF, kConsoleBuffer);
   }
