@@ -9,7 +9,7 @@ namespace genostat::standalone {
 // Small enough to travel in registers.
 struct ParsedNumber {
   double value = 0;
-  int decimals = -1;  // digits behind the decimal sign when written without an exponent, at most 16
+  int decimals = -1;  // digits after the decimal sign when written without an exponent, at most 16
 
   // False: the text is no number.
   explicit operator bool() const { return decimals >= 0; }
@@ -21,7 +21,7 @@ struct ParsedNumber {
 // numbers; what is too small for double is 0.
 ParsedNumber parseNumber(std::string_view text, char decimal);
 
-// The same for a text behind which so many more bytes can be read, whatever they are.
+// The same for a text after which so many more bytes can be read, whatever they are.
 inline constexpr std::size_t kNumberPadding = 8;
 ParsedNumber parsePaddedNumber(std::string_view text, char decimal);
 

@@ -86,7 +86,7 @@ bool RecordReader::scanRecord() {
   const char* const textEnd = buffer_.data() + size_;
   const std::size_t firstField = fields_.size();
   lineFeedsInQuotes_ = 0;
-  StopFinder stops = stops_;  // in registers, not behind a pointer
+  StopFinder stops = stops_;  // in registers, not reached through a pointer
   const char* stop = nullptr;
   for (const char* field = begin;; field = stop + 1) {
     if (qualifier_ && *field == *qualifier_) {
@@ -118,12 +118,12 @@ bool RecordReader::scanRecord() {
   return true;
 }
 
-// From the opening qualifier to the stop behind the field, or to null when the text ends before.
+// From the opening qualifier to the stop after the field, or to null when the text ends before.
 const char* RecordReader::scanQuotedField(const char* qualifier) {
   const char* const textEnd = buffer_.data() + size_;
   const std::size_t unquotedBegin = unquoted_.size();
   const char* const begin = qualifier + 1;
-  const char* part = begin;  // from behind the last doubled qualifier
+  const char* part = begin;  // after the last doubled qualifier
   const char* quote = nullptr;
   for (const char* position = begin;; position = part) {
     quote = static_cast<const char*>(
@@ -143,14 +143,14 @@ const char* RecordReader::scanQuotedField(const char* qualifier) {
   const char* const end = fieldEnd(tail, stop);
   fields_.emplace_back(begin, static_cast<std::size_t>(quote - begin));
   if (part != begin || end != tail) {
-    // Text behind the closing qualifier joins what stood inside.
+    // Text after the closing qualifier joins what stood inside.
     unquoted_.append(part, quote).append(tail, end);
     unquotedFields_.push_back({fields_.size() - 1, unquotedBegin, unquoted_.size()});
   }
   return stop;
 }
 
-// Fills the buffer behind the record that has begun; false when nothing came.
+// Fills the buffer after the record that has begun; false when nothing came.
 bool RecordReader::readMore() {
   if (atEnd_) return false;
   const std::size_t kept = size_ - position_;

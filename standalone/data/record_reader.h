@@ -34,12 +34,12 @@ struct Record {
 
 // Reads UTF-8 with or without a byte order mark, lines ending in LF or CR LF, in chunks; holds one
 // chunk and the record that goes on beyond it. A qualifier inside an unquoted field is plain text,
-// and text behind a closing qualifier belongs to the field. Borrows the stream.
+// and text after a closing qualifier belongs to the field. Borrows the stream.
 class RecordReader {
  public:
   RecordReader(std::istream& input, const DelimitedFormat& format);
 
-  // Some of the next records, valid until the next call; none behind the last one. Throws ImportError.
+  // Some of the next records, valid until the next call; none after the last one. Throws ImportError.
   std::span<const Record> next();
 
   // Bytes of the text up to the end of the records that next() gave last.
@@ -62,8 +62,8 @@ class RecordReader {
   std::istream& input_;
   std::optional<char> qualifier_;
   std::vector<std::uint64_t> delimiters_;  // as StopFinder takes them
-  StopFinder stops_;                       // behind the fields that were scanned
-  std::vector<char> buffer_;               // the text and line feeds behind it
+  StopFinder stops_;                       // after the fields that were scanned
+  std::vector<char> buffer_;               // the text and line feeds after it
   std::size_t size_ = 0;                   // of the text in the buffer
   std::uintmax_t discarded_ = 0;           // bytes before the buffer
   std::size_t position_ = 0;               // the next record's begin

@@ -40,7 +40,7 @@ static_assert(std::endian::native == std::endian::little, "a text's first byte i
 // One to eight characters: digits and perhaps one decimal sign.
 struct WordOfDigits {
   std::uint64_t value;
-  int behind;  // digits behind the decimal sign, or one of these two
+  int behind;  // digits after the decimal sign, or one of these two
   static constexpr int kNoSign = -1;
   static constexpr int kOther = -2;  // another character stands among them
 };

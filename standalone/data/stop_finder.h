@@ -34,7 +34,7 @@ class StopFinder {
     stops_ = markStops(position);
   }
 
-  // Passes over what stands before `position`, which is behind the stop that next() gave last.
+  // Passes over what stands before `position`, which is after the stop that next() gave last.
   void skipTo(const char* position) {
     const auto distance = static_cast<std::size_t>(position - block_);
     if (distance >= kBlock) {

@@ -127,7 +127,7 @@ class ImportPass {
   RaggedLines long_;
 };
 
-// Null stands for a column that is not to be read.
+// Null: a column that is not to be read.
 std::vector<ColumnLoader*> pointersTo(std::vector<std::optional<ColumnLoader>>& loaders) {
   std::vector<ColumnLoader*> pointers;
   pointers.reserve(loaders.size());

@@ -39,7 +39,7 @@ struct ScatterMatrix {
   std::vector<std::vector<double>> values;  // [variable][case], not-a-number where missing
 };
 
-// How samples fared in the checks of a quality-control job.
+// The verdicts on the samples of a quality-control job.
 struct VerdictMap {
   std::vector<std::string> samples;
   std::vector<std::string> checks;

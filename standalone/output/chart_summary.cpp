@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kUsualDigits = 6;
 
-// So many significant digits at most.
+// With at most so many significant digits.
 std::string shortNumber(double value, int digits = kUsualDigits) {
   return fmt::format("{:.{}g}", value, digits);
 }
@@ -24,7 +24,7 @@ double edgeOf(const Histogram& histogram, std::size_t bin) {
   return histogram.firstEdge + static_cast<double>(bin) * histogram.binWidth;
 }
 
-// As many as tell one edge from the next, far from 0 too.
+// As many digits as distinguish one edge from the next, even far from 0.
 int digitsOfEdges(const Histogram& histogram) {
   constexpr int kMostDigits = 17;
   const double largest =

@@ -26,7 +26,7 @@ using fmt::literals::operator""_a;
 constexpr std::size_t kMostPoints = 40'000;
 constexpr std::size_t kMostPlotPoints = 4'000;
 
-// Takes every n-th of the values, so that at most `most` stay; the n.
+// Keeps every n-th of the values, so that at most `most` are left. Returns n.
 template <typename Value>
 std::size_t thin(std::vector<Value>& values, std::size_t most) {
   const std::size_t step = (values.size() + most - 1) / std::max<std::size_t>(most, 1);

@@ -18,7 +18,7 @@ struct NumberFormat {
 struct CellValue {
   std::variant<std::monostate, std::string, double> value;
   NumberFormat format;
-  std::string mark = {};  // stands right behind the value and leads to a footnote: "**", "a"
+  std::string mark = {};  // follows the value and leads to a footnote: "**", "a"
 };
 
 CellValue textCell(std::string text);

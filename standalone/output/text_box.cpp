@@ -80,7 +80,7 @@ class BoxDrawer {
     return repeat(" ", before) + text + repeat(" ", gap - before);
   }
 
-  // Values hang from the top of their row; column labels stand on its bottom.
+  // Values stand at the top of their row, column labels at its bottom.
   std::string rowLines(std::size_t row) const {
     const std::vector<GridCell>& cells = grid_.rows[row];
     struct Box {

@@ -16,7 +16,7 @@ inline constexpr int kColumnExtra = 3;
 // The width inside a box that spans the columns [begin, end).
 int spanWidth(std::span<const int> widths, std::size_t begin, std::size_t end);
 
-// One box with a line feed behind each of its lines. `widths`: one per column, in terminal columns.
+// One box with a line feed after each of its lines. `widths`: one per column, in terminal columns.
 std::string drawBox(const TextGrid& grid, std::vector<int> widths, bool unicode);
 
 }  // namespace genostat::standalone

@@ -35,7 +35,7 @@ struct TextGrid {
 
 // Whether a place belongs to the same box as the one before it in its row.
 bool joined(const std::vector<GridCell>& row, std::size_t column);
-// The column behind the box that begins at `column`.
+// The column after the box that begins at `column`.
 std::size_t spanEnd(const std::vector<GridCell>& row, std::size_t column);
 
 // Lays a table out. The regions point into the table, which outlives the grid. Column labels

@@ -15,7 +15,7 @@ std::string_view colourOf(std::string_view kind) {
   return {};
 }
 
-// A diagnostic already says of itself that it is an error; other texts are told apart here.
+// A diagnostic already says of itself that it is an error; other texts get their kind here.
 bool namesItsKind(std::string_view text, std::string_view kind) {
   const std::string_view firstLine = text.substr(0, text.find('\n'));
   return firstLine.find(std::string(kind) + ": ") != std::string_view::npos;

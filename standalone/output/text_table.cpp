@@ -137,7 +137,7 @@ TextGrid cutOut(const TextGrid& grid, std::size_t begin, std::size_t end) {
   return box;
 }
 
-// The column behind those that fit one box, at least one. A group of columns stays together where it can.
+// The column after those that fit one box, at least one. A group of columns stays together where it can.
 std::size_t packColumns(const TextGrid& grid, std::span<const ColumnNeed> needs, std::size_t begin,
                         int room) {
   std::size_t end = begin;
@@ -175,7 +175,7 @@ void setLabelMarksApart(TextGrid& grid) {
   }
 }
 
-// Marks hang to the right of the digits, so that those stand below each other.
+// Marks stand to the right of the digits, so that the digits are aligned.
 void hangMarks(TextGrid& grid) {
   const auto markOf = [](const GridCell& cell) {
     return common::displayWidth(std::string_view(cell.text).substr(cell.text.size() - cell.markSize));

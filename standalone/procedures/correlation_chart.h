@@ -9,7 +9,7 @@
 namespace genostat::standalone {
 
 // A scatter-plot matrix of the list's variables, as many of them and of their cases as can still be
-// told apart and drawn in a moment; its notes say what was left out. Listwise without incomplete
+// distinguished and drawn in a moment; its notes say what was left out. Listwise without incomplete
 // cases. None for a single variable and without a case.
 std::optional<Chart> correlationChart(const CorrelationList& list, Deletion deletion);
 

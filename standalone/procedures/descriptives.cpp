@@ -82,7 +82,7 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
   TokenCursor cursor(context.command);
   const Token& name = cursor.next();
   Request request;
-  // The list may stand right behind the command's name.
+  // The list may follow the command's name.
   if (atBareVariableList(dataset, cursor, kSubcommands))
     request.variables = parseNumericVariables(context, dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {

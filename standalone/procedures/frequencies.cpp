@@ -138,7 +138,7 @@ FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset
   const Token& name = cursor.next();
   FrequenciesRequest request;
   Shares shares;
-  // The list may stand right behind the command's name.
+  // The list may follow the command's name.
   if (atBareVariableList(dataset, cursor, kSubcommands)) request.variables = parseVariables(dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
     switch (*subcommand) {

@@ -6,7 +6,7 @@
 namespace genostat::standalone {
 
 // Computes what is asked for and adds it to the output: a table of statistics, then for each
-// variable a table of its values and a histogram. What has to be left out is told in notes.
+// variable a table of its values and a histogram. Notes say what had to be left out.
 void showFrequencies(const FrequenciesRequest& request, OutputDocument& output);
 
 }  // namespace genostat::standalone

@@ -26,7 +26,7 @@ class RegressionParser {
   RegressionRequest parse();
 
  private:
-  // A METHOD subcommand; an empty list stands for that of VARIABLES.
+  // A METHOD subcommand; an empty list means that of VARIABLES.
   struct Block {
     SelectionMethod method;
     ColumnList variables;

@@ -8,9 +8,8 @@
 
 namespace genostat::standalone {
 
-// A statistic in the variable's units, with `extra` decimals more than the data have, but no forest
-// of digits: five at most, or three behind the zeros of a small value. Blank for one that does not
-// exist.
+// A statistic in the variable's units, with `extra` decimals more than the data have, but five at most, or
+// three after the zeros of a small value. Blank for one that does not exist.
 CellValue statisticCell(const Column& variable, const std::optional<double>& value, int extra);
 
 }  // namespace genostat::standalone

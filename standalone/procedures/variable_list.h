@@ -23,7 +23,7 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
 // The same, with string variables.
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor);
 
-// Whether a list stands at the cursor, right behind the command's name, rather than one of the subcommands. A
+// Whether a list stands at the cursor, right after the command's name, rather than one of the subcommands. A
 // variable goes before an abbreviated subcommand, unless an equals sign follows.
 bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor, TokenCursor::Keywords subcommands);
 

@@ -3,7 +3,7 @@
 // is tied, the discordant pairs are those whose y stand in the wrong order, which a merge sort counts.
 //
 // Both variables come with their order known, so that the first sorting is no more than a distribution:
-// taking the cases by ascending y and putting each behind the last one of its x.
+// taking the cases by ascending y and putting each after the last one of its x.
 //
 // Counts of pairs are whole numbers of 64 bits; cubes of counts, and differences of such, are
 // numbers of 32 digits, in which they are exact.

@@ -222,7 +222,7 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
           ? Real(0)
           : Real(Real(fit.residualShare) * squares(y) / Real(static_cast<double>(fit.residualFreedom)));
   // `share`: the value's part in explaining the dependent. In an exact fit one that is as small as the
-  // rounding of the data stands for zero.
+  // rounding of the data counts as zero.
   const auto finish = [&](Coefficient& coefficient, const Real& value, const Real& share,
                           const Real& inverseDiagonal) {
     const bool vanishes = fit.exact && abs(share) < kExactCoefficient;

@@ -26,7 +26,7 @@ std::vector<ValueCount<Value>> countValues(std::span<const Value> sorted) {
   return counts;
 }
 
-// The most frequent value; the smallest of several, which `unique` tells.
+// The most frequent value. Of several it is the smallest, and `unique` is false.
 template <typename Value>
 struct Mode {
   Value value;

@@ -10,7 +10,7 @@ namespace genostat::standalone {
 
 namespace {
 
-constexpr std::size_t kMostNames = 8;    // of samples behind one check
+constexpr std::size_t kMostNames = 8;    // of samples that are named for one check
 constexpr std::size_t kMostFailed = 20;  // samples with failures that are listed
 constexpr int kMarkIndent = 4;
 
@@ -38,7 +38,7 @@ std::string namesOf(const std::vector<std::string>& samples, const TextStyle* st
   return names;
 }
 
-// A paragraph behind a mark or a blank in its place.
+// A paragraph after a mark or a blank in its place.
 std::string paragraph(std::string_view text, const std::string& mark, const TextStyle& style) {
   std::string lines;
   std::string front = "  " + mark + ' ';

@@ -34,7 +34,7 @@ QcSample sampleAt(const Dataset& results, std::size_t row) {
   sample.reads = number("Total_Sequences");
   sample.bases = number("Total_Bases");
   sample.gc = number("GC");
-  // Without the digits that the subtraction makes up.
+  // Without the rounding error of the subtraction.
   sample.duplicates = std::round((100 - number("total_deduplicated_percentage")) * 1e6) / 1e6;
   sample.quality = number("mean_phred_all_reads");
   sample.score = number("qc_score");
