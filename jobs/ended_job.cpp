@@ -10,9 +10,9 @@ namespace texts = genostat::texts;
 
 void GenoStatAlgoManager::postOutputToDisplay(GenoJobSettings* settings, BpProcedure* procedure) {
   if (settings == nullptr) return;
-  generateMessageString(*settings);
-  genostat::showOutputTables(*settings, procedure,
-                             [this](const std::string& key) { return getLocalizedString(key); });
+  genostat::showOutputTables(
+      *settings, procedure, [this](const std::string& key) { return getLocalizedString(key); },
+      [&] { generateMessageString(*settings); });
 }
 
 void GenoStatAlgoManager::generateMessageString(GenoJobSettings& settings) {

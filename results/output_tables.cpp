@@ -77,7 +77,8 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
 
 }  // namespace
 
-void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, const Localiser& localised) {
+void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, const Localiser& localised,
+                      const std::function<void()>& writeMessage) {
   ProcedureDataSource dataSource;
   ACAVarValidSpecs specs(true, true, true);
   const OPSCommonOutput commonOutput(&specs, &dataSource, procedure, nullptr);
@@ -88,6 +89,7 @@ void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, c
                {localised(texts::kSamples), localised(texts::kVariables)},
                {{std::to_string(settings.sampleCount()), std::to_string(settings.variableCount())}});
 
+  writeMessage();
   const Texts rowLabels = {localised(texts::kMessage), localised(texts::kDataset)};
   // One empty column label for each row label, although the values form one column.
   const Texts columnLabels(rowLabels.size());
