@@ -55,7 +55,7 @@ struct Call {
 
 void showJobs(const Call& call) {
   call.work.followJobs();
-  const std::vector<JobStatus> jobs = call.work.session().jobs().openJobs();
+  const std::vector<JobStatus> jobs = call.work.jobs().openJobs();
   if (jobs.empty()) return call.view.showAnswer(translated("no job runs or waits"));
   const auto file = findProgressFile(hostFolders().temporary);
   call.view.showAnswer(
@@ -73,8 +73,8 @@ void cancel(const Call& call) {
   const ShellArgument& name = call.arguments[1];
   if (std::ranges::find(names, name.text) == names.end() && common::equalsIgnoreCase(name.text, "all")) {
     if (names.empty()) call.view.showNotice(translated("no job runs or waits"));
-    call.work.session().jobs().cancelAll();
-  } else if (!call.work.session().jobs().cancel(name.text)) {
+    call.work.jobs().cancelAll();
+  } else if (!call.work.jobs().cancel(name.text)) {
     call.failUnknown(name, names, translated("no job {1} runs or waits", {quoteForMessage(name.text)}));
   }
   call.work.followJobs();
@@ -82,14 +82,14 @@ void cancel(const Call& call) {
 
 void waitForJobs(const Call& call) {
   if (!call.line.typed) return call.work.finishJobs();
-  if (call.work.session().jobs().openJobs().empty() && call.work.session().jobs().endedCount() == 0) {
+  if (call.work.jobs().openJobs().empty() && call.work.jobs().endedCount() == 0) {
     return call.view.showAnswer(translated("no job runs or waits"));
   }
   call.work.waitForJobs();
 }
 
 void showDatasets(const Call& call) {
-  auto& datasets = call.work.session().commands().datasets();
+  auto& datasets = call.work.commands().datasets();
   if (datasets.all().empty()) return call.view.showAnswer(translated("no dataset is open"));
   call.view.showAnswer(datasetsTable(datasets.all(), datasets.active()));
 }
@@ -103,7 +103,7 @@ void showDatasets(const Call& call) {
 }
 
 void showCases(const Call& call) {
-  auto& datasets = call.work.session().commands().datasets();
+  auto& datasets = call.work.commands().datasets();
   const Dataset* dataset = datasets.active();
   const Column* variable = nullptr;
   if (call.arguments.size() > 1) {

@@ -103,7 +103,7 @@ bool Shell::idle(bool lineIsEmpty) {
   if (!editor_->isInteractive()) return false;
   const bool free = lineIsEmpty && input_.empty() && !asking_;
   if (!free) work_->announceHeldResults();
-  return free && work_->session().jobs().canRunEnded();
+  return free && work_->jobs().canRunEnded();
 }
 
 bool Shell::takeInput(const LineEditor::Input& input) {
@@ -145,7 +145,7 @@ bool Shell::takeLine(std::string_view text) {
 bool Shell::takeFirstLine(std::string_view line) {
   using Kind = FirstWord::Kind;
   const bool typed = editor_->isInteractive();
-  const FirstWord first = classifyFirstWord(line, work_->session().commands().names());
+  const FirstWord first = classifyFirstWord(line, work_->commands().names());
   if (first.kind == Kind::Empty) return false;
   // A person is told at once of an unknown word; elsewhere the lines up to the end of the command belong to
   // it.
@@ -163,14 +163,13 @@ bool Shell::takeFirstLine(std::string_view line) {
 bool Shell::quit() {
   if (!editor_->isInteractive()) return true;
   work_->followJobs();
-  return work_->session().jobs().openJobs().empty() || askToQuit();
+  return work_->jobs().openJobs().empty() || askToQuit();
 }
 
 bool Shell::askToQuit() {
-  Session& session = work_->session();
-  const std::string question = translatedCount(session.jobs().openJobs().size(), "{1} job has not ended.",
-                                               "{1} jobs have not ended.") +
-                               ' ' + translated("Wait, cancel, or go on working?") + " [w/c/g] ";
+  const std::string question =
+      translatedCount(work_->jobs().openJobs().size(), "{1} job has not ended.", "{1} jobs have not ended.") +
+      ' ' + translated("Wait, cancel, or go on working?") + " [w/c/g] ";
   asking_ = true;
   const LineEditor::Input answer = editor_->read(question);
   asking_ = false;
@@ -179,7 +178,7 @@ bool Shell::askToQuit() {
   };
   if (answer.kind == LineEditor::Input::Kind::Line && is('w', 'W')) {
     work_->waitForJobs();
-    return session.jobs().openJobs().empty() && session.jobs().endedCount() == 0;
+    return work_->jobs().openJobs().empty() && work_->jobs().endedCount() == 0;
   }
   if (answer.kind != LineEditor::Input::Kind::End && !is('c', 'C')) return false;
   work_->cancelAllJobs();
@@ -204,15 +203,12 @@ void Shell::remember(std::string_view entry) {
 
 platform::Completion Shell::complete(std::string_view line, std::size_t cursor) {
   if (asking_) return {};
-  Session& session = work_->session();
   CompletionSources sources;
-  sources.commands = session.commands().names();
+  sources.commands = work_->commands().names();
   sources.variables = work_->variableNames();
   sources.datasets = work_->datasetNames();
   sources.jobs = work_->jobNames();
-  sources.expectedAfter = [&session](const std::string& text) {
-    return session.commands().expectedAfter(text);
-  };
+  sources.expectedAfter = [this](const std::string& text) { return work_->commands().expectedAfter(text); };
   return completeShellLine(sources, input_.text(), line, cursor);
 }
 

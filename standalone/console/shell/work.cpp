@@ -36,12 +36,12 @@ ShellWork::ShellWork(const RunOptions& options, ShellView& view)
     : view_(view), session_(sessionOptions(options), procedureCommands(), view, view.document()) {}
 
 void ShellWork::followJobs() {
-  session_.jobs().follow(std::chrono::milliseconds(0));
+  jobs().follow(std::chrono::milliseconds(0));
 }
 
-std::vector<std::string> ShellWork::jobNames() const {
+std::vector<std::string> ShellWork::jobNames() {
   std::vector<std::string> names;
-  for (const JobStatus& job : session_.jobs().openJobs()) {
+  for (const JobStatus& job : jobs().openJobs()) {
     names.push_back(job.name);
   }
   return names;
@@ -49,14 +49,14 @@ std::vector<std::string> ShellWork::jobNames() const {
 
 std::vector<std::string> ShellWork::datasetNames() {
   std::vector<std::string> names;
-  for (const auto& dataset : session_.commands().datasets().all()) {
+  for (const auto& dataset : commands().datasets().all()) {
     if (!dataset->name.empty()) names.push_back(dataset->name);
   }
   return names;
 }
 
 std::vector<std::string> ShellWork::variableNames() {
-  const Dataset* active = session_.commands().datasets().active();
+  const Dataset* active = commands().datasets().active();
   if (active == nullptr) return {};
   std::vector<std::string> names;
   std::ranges::transform(active->columns, std::back_inserter(names), &Column::name);
@@ -69,20 +69,24 @@ void ShellWork::run(SourceText text) {
 }
 
 void ShellWork::runEndedJobs() {
-  if (!session_.jobs().canRunEnded()) return;
+  if (!jobs().canRunEnded()) return;
   const Running running(*this);
-  while (session_.jobs().canRunEnded() && !stopped_) {
+  runEndedUntilStopped();
+}
+
+void ShellWork::runEndedUntilStopped() {
+  while (jobs().canRunEnded() && !stopped_) {
     runEndedJob();
   }
 }
 
 // Its syntax chooses the active dataset, which the user may have chosen otherwise.
 void ShellWork::runEndedJob() {
-  const Dataset* before = session_.commands().datasets().active();
-  session_.jobs().runEnded();
+  const Dataset* before = commands().datasets().active();
+  jobs().runEnded();
   followJobs();
-  heldResultsAnnounced_ = session_.jobs().endedCount();
-  const Dataset* active = session_.commands().datasets().active();
+  heldResultsAnnounced_ = jobs().endedCount();
+  const Dataset* active = commands().datasets().active();
   if (before == nullptr || active == before || active == nullptr) return;
   view_.showNotice(translated("the active dataset is now {1}", {active->name}));
 }
@@ -91,29 +95,27 @@ void ShellWork::waitForJobs() {
   const Running running(*this);
   view_.showProgress(true);
   do {
-    session_.jobs().follow(kFollowing);
-    while (session_.jobs().canRunEnded() && !stopped_) {
-      runEndedJob();
-    }
-  } while (!stopped_ && (!session_.jobs().openJobs().empty() || session_.jobs().endedCount() > 0));
+    jobs().follow(kFollowing);
+    runEndedUntilStopped();
+  } while (!stopped_ && (!jobs().openJobs().empty() || jobs().endedCount() > 0));
   view_.showProgress(false);
   if (stopped_) view_.showNotice(translated("the jobs go on"));
 }
 
 void ShellWork::finishJobs() {
   const Running running(*this);
-  session_.jobs().finish();
+  jobs().finish();
 }
 
 void ShellWork::cancelAllJobs() {
-  session_.jobs().cancelAll();
-  while (!session_.jobs().openJobs().empty() || session_.jobs().isCancelling()) {
-    session_.jobs().follow(kFollowing);
+  jobs().cancelAll();
+  while (!jobs().openJobs().empty() || jobs().isCancelling()) {
+    jobs().follow(kFollowing);
   }
 }
 
 void ShellWork::announceHeldResults() {
-  const std::size_t held = session_.jobs().endedCount();
+  const std::size_t held = jobs().endedCount();
   if (held > heldResultsAnnounced_) {
     view_.showNotice(translated("results are shown when nothing is being typed"));
   }

@@ -19,10 +19,12 @@ class ShellWork {
   ShellWork(const RunOptions& options, ShellView& view);
 
   Session& session() { return session_; }
+  CommandRunner& commands() { return session_.commands(); }
+  JobFollower& jobs() { return session_.jobs(); }
   // News of the jobs that have come by now.
   void followJobs();
   // What commands may name: jobs that have not ended, datasets with a name, variables of the active one.
-  std::vector<std::string> jobNames() const;
+  std::vector<std::string> jobNames();
   std::vector<std::string> datasetNames();
   std::vector<std::string> variableNames();
 
@@ -46,6 +48,7 @@ class ShellWork {
  private:
   class Running;
 
+  void runEndedUntilStopped();
   void runEndedJob();
 
   ShellView& view_;
