@@ -6,6 +6,7 @@
 - every header has `#pragma once`.
 Prints one line per finding; the status is 1 if there is any.
 """
+import argparse
 import pathlib
 import re
 import sys
@@ -90,7 +91,9 @@ def findings(root: pathlib.Path):
 
 
 def main() -> int:
-    root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else ".")
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("root", nargs="?", type=pathlib.Path, default=".", metavar="ROOT")
+    root = pathlib.Path(parser.parse_args().root)
     found = list(findings(root))
     print("\n".join(found) if found else "tree: no finding")
     return 1 if found else 0

@@ -2,6 +2,7 @@
 """Counts what ctest ran: count_tests.py CTEST_XML prints "passed failed skipped" and, on standard error, what the
 failed cases said. A file that is missing counts as one failure.
 """
+import argparse
 import pathlib
 import sys
 import xml.etree.ElementTree as ElementTree
@@ -19,7 +20,9 @@ def verdict(case: ElementTree.Element) -> str:
 
 
 def main() -> None:
-    junit = pathlib.Path(sys.argv[1])
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("junit", type=pathlib.Path, metavar="CTEST_XML")
+    junit = parser.parse_args().junit
     counts = {"passed": 0, "failed": 0, "skipped": 0}
     if not junit.exists():
         counts["failed"] = 1
