@@ -36,8 +36,9 @@ ROOMS = {
     " standalone/output standalone/syntax standalone/statistics standalone/language common platform host",
     "standalone/procedures": "standalone/session standalone/services standalone/data standalone/output"
     " standalone/syntax standalone/statistics standalone/language common platform host",
+    # A session is a client of the module: it calls the exported class.
     "standalone/session": "standalone/services standalone/data standalone/output standalone/syntax"
-    " standalone/language common platform host",
+    " standalone/language common platform host jobs",
     "standalone/services": "standalone/data standalone/output standalone/syntax standalone/language common platform"
     " host",
     "standalone/data": "standalone/syntax standalone/language common platform",

@@ -1,5 +1,9 @@
 #include "standalone/session/module.h"
 
+#include <string_view>
+#include <typeinfo>
+
+#include "jobs/geno_stat_algo_manager.h"
 #include "platform/dynamic_library.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
@@ -14,11 +18,23 @@ std::string describe(const std::filesystem::path& file) {
   return translated("the module {1}", {"\"" + platform::pathToUtf8(file) + "\""});
 }
 
+template <auto method>
+struct Method {};
+
+// What the linker calls a method of the module, taken out of the name of a type that is made of it:
+// "N...6MethodIXadL_ZN...EEEE".
+template <auto method>
+std::string symbolOf() {
+  const std::string_view type = typeid(Method<method>).name();
+  const std::size_t begin = type.find("L_Z") + 1;
+  return std::string(type.substr(begin, type.size() - begin - std::string_view("EEEE").size()));
+}
+
 }  // namespace
 
 template <typename Function>
-Function Module::find(const char* symbol) const {
-  void* address = library_->symbol(symbol);
+Function Module::find(const std::string& symbol) const {
+  void* address = library_->symbol(symbol.c_str());
   if (address == nullptr) throw ModuleError(translated("{1} does not export {2}", {describe(file_), symbol}));
   return reinterpret_cast<Function>(address);
 }
@@ -31,11 +47,9 @@ Module::Module(const std::filesystem::path& folder)
   entry_ = find<Entry>("GENOSTAT");
   getManager_ = find<GetManager>("getGenoManagerInstance");
   cancelJob_ = find<CancelJob>("cancelGenoJob");
-  isPendingOrRunning_ = find<IsPendingOrRunning>(
-      "_ZN19GenoStatAlgoManager21isJobPendingOrRunningERKNSt7__cxx1112basic_stringIcSt11char_"
-      "traitsIcESaIcEEE");
-  isQueueFull_ = find<IsQueueFull>("_ZN19GenoStatAlgoManager11isQueueFullEv");
-  cancelAllPending_ = find<CancelAllPending>("_ZN19GenoStatAlgoManager21cancellAllJobsPendingEv");
+  isPendingOrRunning_ = find<IsPendingOrRunning>(symbolOf<&GenoStatAlgoManager::isJobPendingOrRunning>());
+  isQueueFull_ = find<IsQueueFull>(symbolOf<&GenoStatAlgoManager::isQueueFull>());
+  cancelAllPending_ = find<CancelAllPending>(symbolOf<&GenoStatAlgoManager::cancellAllJobsPending>());
 }
 
 Module::~Module() = default;

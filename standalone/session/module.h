@@ -62,7 +62,7 @@ class Module : public JobControl {
   using CancelAllPending = void (*)(GenoStatAlgoManager*);
 
   template <typename Function>
-  Function find(const char* symbol) const;
+  Function find(const std::string& symbol) const;
 
   std::filesystem::path file_;
   std::unique_ptr<platform::DynamicLibrary> library_;

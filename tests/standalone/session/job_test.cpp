@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "entry/record/geno_job_settings.h"
 #include "standalone/session/finished_job.h"
 #include "standalone/session/job_tracker.h"
 #include "standalone/session/requirements.h"
@@ -76,15 +77,19 @@ TEST(JobTracker, FollowsJobsByTheirMessages) {
 }
 
 TEST(FinishedJob, TellsFailureBySyntaxThatImportsNothing) {
+  // As the module numbers its messages.
+  const auto print = [](std::int64_t code) {
+    return "GENOSTAT /PRINT MESSAGE=" + std::to_string(code) + ".";
+  };
   const struct {
-    const char* syntax;
-    const char* failure;
+    std::string syntax;
+    std::string failure;
   } rows[] = {
       {"GENOSTAT /PRINT SAMPLE_COUNT=1 MESSAGE=100.\nPRESERVE.\nGet Data /TYPE=TXT.", ""},
       // No sample was counted, but there is a result file.
       {"GENOSTAT /PRINT MESSAGE=0.\nGET DATA /TYPE=TXT.", ""},
-      {"GENOSTAT /PRINT MESSAGE=101.", "the analysis wrote no results"},
-      {"GENOSTAT /PRINT MESSAGE=203.", "the analysis ended with exit code 3"},
+      {print(message_code::kNoResults), "the analysis wrote no results"},
+      {print(message_code::kFailureBase + 3), "the analysis ended with exit code 3"},
       {"GENOSTAT /PRINT MESSAGE=199.", "the analysis ended with exit code -1"},
       {"GENOSTAT /PRINT MESSAGE=-2147483449.", "the analysis ended with exit code 2147483647"},
       {"GENOSTAT /PRINT MESSAGE=1e300.", "the analysis wrote no results"},
