@@ -15,7 +15,7 @@ constexpr std::array<std::string_view, 26> kCapital = {"Á", "Ɓ", "Ç", "Đ", "
                                                        "Š", "Ţ", "Ú", "Ṽ", "Ŵ", "Ẋ", "Ý", "Ž"};
 
 std::string accented(std::string_view english) {
-  // What makes a heading of a text stays behind it.
+  // What makes a heading of a text stays after it.
   const std::size_t end = english.find_last_not_of(" :\n") + 1;
   if (end == 0) return std::string(english);
   std::string text = "[";

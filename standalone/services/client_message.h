@@ -1,4 +1,4 @@
-// What a background job tells the client, copied out of the module's message.
+// What a background job reports to the client, copied out of the module's message.
 #pragma once
 
 #include <string>

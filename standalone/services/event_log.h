@@ -12,7 +12,7 @@ namespace genostat::standalone {
 // Not thread-safe.
 class EventLog {
  public:
-  // Opens the file for appending; failed() tells when that is not possible.
+  // Opens the file for appending; failed() says so when that is not possible.
   explicit EventLog(const std::filesystem::path& file);
 
   void write(const ClientMessage& message);

@@ -12,7 +12,7 @@ using genostat::standalone::translated;
 
 namespace {
 
-// A module's sentence, which what it speaks of may follow behind a colon.
+// A module's sentence; its subject may follow after a colon.
 std::string translatedModuleText(std::string_view text) {
   const std::size_t colon = std::min(text.find(": "), text.size());
   return translated(text.substr(0, colon)) + std::string(text.substr(colon));

@@ -1,4 +1,4 @@
-// The text files behind the host's string tables.
+// The text files that hold the host's string tables.
 //
 // A table is a UTF-8 file of lines "key<TAB>text". Blank lines and lines that begin with `#` are
 // skipped; a byte order mark and CR LF line ends are accepted. Of a key given twice the last

@@ -108,7 +108,7 @@ void CommandRunner::runModule(const Command& command) {
   runModule_(interactive_);
 }
 
-// Has the module read a command without running it. Errors of the syntax point behind the command's name, all
+// Has the module read a command without running it. Errors of the syntax point after the command's name, all
 // others at it.
 std::vector<Diagnostic> CommandRunner::syntaxErrors(const Command& command) {
   std::vector<Diagnostic> errors;

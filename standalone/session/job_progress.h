@@ -1,4 +1,4 @@
-// How far a running analysis is, as it tells beside its result.
+// How far a running analysis is, as its file beside the result says.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ struct JobProgress {
   std::vector<SampleProgress> running;
 };
 
-// The file that tells the progress of the job with this result file; it need not exist.
+// The file with the progress of the job with this result file; it need not exist.
 std::filesystem::path progressFileOf(const std::filesystem::path& csv);
 
 // Nothing for what is missing, too large, half-written or something else. Never waits, never throws but

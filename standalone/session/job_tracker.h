@@ -33,7 +33,7 @@ struct JobStatus {
 // Command thread only.
 class JobTracker {
  public:
-  // What a message tells, in order. Nothing when it repeats what is known.
+  // What a message says, in order. Nothing when it repeats what is known.
   std::vector<JobEvent> onMessage(const ClientMessage& message);
 
   // The jobs that have not ended, in the order of their submission.

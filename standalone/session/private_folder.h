@@ -6,7 +6,7 @@
 namespace genostat::standalone {
 
 // Two programs that share a temporary folder may choose the same name for a result file in the same
-// second. A session that was not told where to work therefore makes a folder of its own.
+// second. A session whose user named no folder therefore makes a folder of its own.
 class PrivateFolder {
  public:
   // Creates a folder below `base` that only its owner can enter; no folder when that fails, or when

@@ -23,7 +23,7 @@ std::string quoted(const std::filesystem::path& path) {
   return "\"" + platform::pathToUtf8(path) + "\"";
 }
 
-// Tried by writing, as permissions alone do not tell.
+// Tried by writing, as permissions alone do not say enough.
 std::string whyNotWritable(const std::filesystem::path& folder) {
   const std::filesystem::path probe = folder / ("genostat-" + std::to_string(platform::processId()) + ".tmp");
   errno = 0;

@@ -165,7 +165,7 @@ void tellApart(std::vector<CleanSample>& samples, const std::vector<SampleNamePa
       const Shown part = shown[parts[i].name];
       samples[i].name = shownName(parts[i], names[i], part);
       if (part != Shown::All) continue;
-      // The whole name tells the read, and that of the other read is another one.
+      // The whole name says which read it is, and that of the other read is another one.
       samples[i].read = 0;
       samples[i].partner.reset();
     }

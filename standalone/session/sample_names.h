@@ -33,14 +33,14 @@ SampleNameParts cleanSampleName(std::string_view name);
 struct CleanSample {
   std::string name;
   int lane = 0;
-  int read = 0;                        // 1 or 2; 0 where the name does not tell, or nothing confirms it
+  int read = 0;                        // 1 or 2; 0 where the name does not say, or nothing confirms it
   std::optional<std::size_t> partner;  // the other read's index: it has the same name
 };
 
 // In the order of `names`. Different samples get different names unless `names` repeats one: where less would
 // make them equal, lane, number or the whole name stay, and a whole name has no read beside it. Endings
 // without "_001" count as reads only where both exist; those of one digit not where others continue them
-// ("x_3"), and, if `reads` tells the number of reads of each sample, not where the two differ in it.
+// ("x_3"), and, if `reads` holds the number of reads of each sample, not where the two differ in it.
 std::vector<CleanSample> cleanSampleNames(const std::vector<std::string>& names,
                                           const std::vector<std::uint64_t>& reads = {});
 

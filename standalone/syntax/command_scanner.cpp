@@ -140,7 +140,7 @@ std::size_t CommandScanner::Reader::commentEnd(std::size_t position) {
   return commentsEnd_ ? end + 2 : end;
 }
 
-// Steps over blanks, line ends and comments. True when it stopped behind a blank line; a line
+// Steps over blanks, line ends and comments. True when it stopped after a blank line; a line
 // that holds a comment is not blank.
 bool CommandScanner::Reader::skipGap() {
   bool blankSoFar = false;
@@ -170,7 +170,7 @@ bool CommandScanner::Reader::skipGap() {
 }
 
 // Steps over the rest of a comment command, or of one that cannot be read. Quotes mean nothing
-// here: a comment may hold an apostrophe, and behind an open quote they are no guide.
+// here: a comment may hold an apostrophe, and after an open quote they are no guide.
 void CommandScanner::Reader::skipCommand() {
   for (bool firstLine = true; !atTextEnd(); firstLine = false) {
     const std::size_t lineEnd = std::min(text_.find('\n', position_), text_.size());
@@ -185,7 +185,7 @@ void CommandScanner::Reader::skipCommand() {
   }
 }
 
-// Whether a period stands at `period` with nothing but blanks and comments behind it on its line.
+// Whether a period stands at `period` with nothing but blanks and comments after it on its line.
 bool CommandScanner::Reader::endsCommand(std::size_t period) {
   if (at(period) != '.') return false;
   for (std::size_t position = period + 1; position < text_.size(); ++position) {
@@ -261,7 +261,7 @@ bool CommandScanner::Reader::readNumber(std::size_t end) {
   return true;
 }
 
-// Directly behind a value a sign is an operator: 5-3, but (-3), =-3 and 5 -3.
+// Directly after a value a sign is an operator: 5-3, but (-3), =-3 and 5 -3.
 bool CommandScanner::Reader::signMayStand() const {
   if (tokens_.empty() || tokens_.back().range.end != position_) return true;
   return tokens_.back().kind == Token::Kind::Symbol && !tokens_.back().isSymbol(')');

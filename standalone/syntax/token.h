@@ -13,7 +13,7 @@ struct Token {
     Number,  // as typed in `text`, its value in `number`; a sign belongs to it where a value may stand
     String,  // a quoted literal, without its quotes, doubled quotes undone
     Symbol,  // one of / = ( ) , * and any other single character
-    End      // behind the last token; its range is the command's end
+    End      // after the last token; its range is the command's end
   };
 
   Kind kind = Kind::End;

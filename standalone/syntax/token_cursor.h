@@ -23,7 +23,7 @@ class TokenCursor {
 
   explicit TokenCursor(const Command& command) : command_(command) {}
 
-  // The token here, or one further on; behind the last one always the End token.
+  // The token here, or one further on; after the last one always the End token.
   const Token& peek(std::size_t ahead = 0) const;
   // Steps over the token here and returns it; the End token is never stepped over.
   const Token& next();
@@ -52,11 +52,11 @@ class TokenCursor {
   void expectEnd();
 
   // Steps to the next subcommand: over its slash (which may be left out before the first), its
-  // keyword, and an equals sign behind that. Its index in the list, or none at the command's end.
+  // keyword, and an equals sign after that. Its index in the list, or none at the command's end.
   // Anything that the caller has left unread before it is an error.
   std::optional<std::size_t> nextSubcommand(Keywords subcommands);
 
-  // The index of the token behind "/KEYWORD" or "/KEYWORD=", searched from the command's
+  // The index of the token after "/KEYWORD" or "/KEYWORD=", searched from the command's
   // first token on; for a subcommand that has to be read before the others.
   std::optional<std::size_t> findSubcommand(std::string_view keyword, Keywords subcommands) const;
 
