@@ -220,7 +220,7 @@ class Crew {
     changed_.notify_all();
   }
 
-  // Gives up the samples after a failed one: the first failure is the one that is told.
+  // Gives up the samples after a failed one: the first failure is the one that is reported.
   void fail(Task& task, const std::exception_ptr& failure) {
     task.failure = failure;
     end_ = std::min(end_, indexOf(task));
@@ -237,7 +237,7 @@ class Crew {
   std::vector<Task> tasks_;
   std::vector<std::size_t> order_;   // of beginning: indices of tasks_
   std::size_t begun_ = 0;            // so many of order_ have been begun, or passed over
-  std::size_t end_ = tasks_.size();  // the first task that failed: none behind it is begun
+  std::size_t end_ = tasks_.size();  // the first task that failed: none after it is begun
 };
 
 }  // namespace

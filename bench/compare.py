@@ -93,7 +93,7 @@ class Comparison:
             warm(path)
             present = [one for one in runs if not one.missing()]
             for number in range(rounds):
-                # Each begins a round once, so that none always runs behind the same other.
+                # Each begins a round once, so that none always runs after the same other.
                 turn = number % len(present)
                 for measured in present[turn:] + present[:turn]:
                     if measured.due(number):

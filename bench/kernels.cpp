@@ -50,7 +50,7 @@ class Reads {
     batch_.lineFeedCount =
         bestKernels().findLineFeeds(batch_.chunk.text.data(), text.size(), batch_.lineFeeds.get());
     cut();
-    // Far behind the first reads, which are all looked at for their tiles.
+    // Far after the first reads, which are all looked at for their tiles.
     batch_.filledBefore = 1'000'000;
     batch_.longestBefore = kLength;
     if (batch_.records.size() != kReads) throw std::logic_error("the reads are not what they should be");

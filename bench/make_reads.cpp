@@ -86,7 +86,7 @@ class Output {
   std::string buffer_;
 };
 
-// A piece of the genome from one strand; `size` tells where the adapter begins.
+// A piece of the genome from one strand; `size` says where the adapter begins.
 struct Fragment {
   std::size_t start = 0;
   std::size_t size = kShortLength;

@@ -1,5 +1,5 @@
 // Ranks two columns and correlates them, as NONPAR CORR does: rank_correlation FILE KIND. The file holds the
-// columns one behind the other as the machine writes doubles; the kind is spearman, kendall or both. Prints
+// columns one after the other as the machine writes doubles; the kind is spearman, kendall or both. Prints
 // the seconds and the processor's seconds, without those of reading the file, and each coefficient.
 #include <chrono>
 #include <cstdio>

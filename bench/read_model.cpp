@@ -69,7 +69,7 @@ std::string makeGenome(Random& random, std::size_t size) {
 void reverseComplement(std::string& bases) {
   std::reverse(bases.begin(), bases.end());
   for (char& base : bases) {
-    // Bit 1 tells C and G from A and T; one pattern of bits turns each of a pair into the other.
+    // Bit 1 distinguishes C and G from A and T; one pattern of bits turns each of a pair into the other.
     base = static_cast<char>(base ^ ((base & 2) != 0 ? 'C' ^ 'G' : 'A' ^ 'T'));
   }
 }

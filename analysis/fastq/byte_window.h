@@ -33,7 +33,7 @@ class ByteWindow {
   void advanceTo(const char* next) { begin_ = static_cast<std::size_t>(next - buffer_.data()); }
   void advance(std::size_t size) { begin_ += size; }
 
-  // Takes in up to `step` bytes more behind the window's end; its bytes may change their place. False at the
+  // Takes in up to `step` bytes more after the window's end; its bytes may change their place. False at the
   // end of the source, or when reading failed.
   bool extend(std::size_t step = kStep);
   // Extends until the window holds `size` bytes; false when it cannot.

@@ -1,7 +1,7 @@
 // Chunks of a gzip file: any number of members one after another.
 //
 // A usual member can only be inflated from its start to its end, so fetch() does that, straight into the
-// chunk's text. Members that are bgzf blocks tell their size and that of their text: fetch() takes as many
+// chunk's text. Members that are bgzf blocks state their size and that of their text: fetch() takes as many
 // whole ones as make a chunk and leaves inflating them to expand(). Both kinds may follow each other in a
 // file, never in a chunk.
 #pragma once

@@ -33,7 +33,7 @@ std::uint32_t longAt(std::span<const char> bytes, std::size_t at) {
   return shortAt(bytes, at) | shortAt(bytes, at + 2) << 16;
 }
 
-// The block size that a "BC" field among the extra fields tells.
+// The block size that a "BC" field among the extra fields states.
 std::optional<std::size_t> blockSize(std::span<const char> fields) {
   constexpr std::size_t kFieldHead = 4;
   while (fields.size() >= kFieldHead) {

@@ -1,6 +1,6 @@
 // What stands around the deflate data of a gzip member (RFC 1952), and the mark of a bgzf block.
 //
-// A bgzf file is a gzip file whose members are small and tell their own size: the header has an extra field
+// A bgzf file is a gzip file whose members are small and state their own size: the header has an extra field
 // "BC" with the size of the whole member less one. So members can be found without inflating and inflated
 // apart from each other. Their text has at most 64 KiB.
 #pragma once
@@ -25,7 +25,7 @@ struct MemberHeader {
   };
   State state = State::Cut;
   std::size_t size = 0;                   // of the header
-  std::optional<std::size_t> memberSize;  // of header, deflate data and trailer, as a bgzf block tells it
+  std::optional<std::size_t> memberSize;  // of header, deflate data and trailer, as a bgzf block states it
   const char* reason = "";
 };
 

@@ -7,7 +7,7 @@
 namespace genostat::analysis {
 
 // Views into the memory of a batch. Sequence and quality have the same length, which may be 0.
-// TextBuffer::kPadding bytes behind each view may be read.
+// TextBuffer::kPadding bytes after each view may be read.
 struct Record {
   std::string_view header;  // with its '@'
   std::string_view sequence;

@@ -70,7 +70,7 @@ void RecordCutter::cutChunk(Batch& batch, bool last) {
   }
 }
 
-// Puts the chunk's text behind the carried text as far as the record reaches; then the record is complete
+// Puts the chunk's text after the carried text as far as the record reaches; then the record is complete
 // and in the seam, or carried on.
 RecordCutter::Place RecordCutter::join(Batch& batch) {
   const char* const text = batch.chunk.text.data();
@@ -99,7 +99,7 @@ RecordCutter::Place RecordCutter::join(Batch& batch) {
   return {end, feeds};
 }
 
-// Cuts the records that lie whole in the chunk and returns the place behind them and behind blank lines.
+// Cuts the records that lie whole in the chunk and returns the place after them and after blank lines.
 RecordCutter::Place RecordCutter::walk(Batch& batch, Place place) {
   const char* const text = batch.chunk.text.data();
   const std::uint32_t* const feeds = batch.lineFeeds.get();

@@ -8,7 +8,7 @@
 
 namespace genostat::analysis {
 
-// Bytes that keep their place while they fit. Behind the capacity kPadding further bytes may be read (not
+// Bytes that keep their place while they fit. After the capacity kPadding further bytes may be read (not
 // written), so that a vector load that starts inside the text never leaves the allocation.
 class TextBuffer {
  public:

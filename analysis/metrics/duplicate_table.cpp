@@ -31,7 +31,7 @@ constexpr std::array<std::uint64_t, 4> kSalts = {0x9E3779B97F4A7C15, 0xD1B54A32D
 
 using Words = std::array<std::uint64_t, 8>;
 
-// The key in words, zeros behind its end. Reads whole words: up to 7 bytes more than the key has.
+// The key in words, zeros after its end. Reads whole words: up to 7 bytes more than the key has.
 Words wordsOf(const char* text, std::size_t size) {
   Words words{};
   // Nearly all reads are long enough: no branch for each word.

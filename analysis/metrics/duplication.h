@@ -1,9 +1,10 @@
 // How many reads repeat others.
 //
-// Reads are told apart by their first kKeyLength characters. Only the first kMaxKeys distinct keys of a file
-// are collected, from then on reads of other keys are passed over. How many keys of each level of duplication
-// were missed by that is estimated: a key that occurs d times in the file had none of its reads among the
-// first `limit` with a probability that is easily told, and as many more keys of its level must exist.
+// Reads are distinguished by their first kKeyLength characters. Only the first kMaxKeys distinct keys of a
+// file are collected, from then on reads of other keys are passed over. How many keys of each level of
+// duplication were missed by that is estimated: a key that occurs d times in the file had none of its reads
+// among the first `limit` with a probability that is easily computed, and as many more keys of its level must
+// exist.
 #pragma once
 
 #include <cstddef>

@@ -23,7 +23,7 @@ Interval claimed(std::uint64_t n, std::uint64_t g) {
   return {percentOf(count - 0.5, length), percentOf(count + 0.5, length)};
 }
 
-// How many of the counts 0 to n fulfil `holds`, which is true up to some count and false behind.
+// How many of the counts 0 to n fulfil `holds`, which is true up to some count and false above it.
 template <typename Holds>
 std::uint64_t countWhile(std::uint64_t n, Holds holds) {
   std::uint64_t from = 0;

@@ -17,7 +17,7 @@ namespace genostat::analysis {
 using GcDistribution = std::array<double, 101>;
 
 // How many of a read's first bases are looked at: a multiple of 100 of more than 100, of 1,000 of more than
-// 1,000. So only few lengths have to be told apart.
+// 1,000. So only few lengths have to be distinguished.
 constexpr std::uint64_t gcLength(std::uint64_t length) {
   if (length <= 100) return length;
   return length <= 1000 ? length - length % 100 : length - length % 1000;

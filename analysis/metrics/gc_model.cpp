@@ -1,6 +1,6 @@
 // The model is put around the mode, not the mean, so that a second hill does not shift it; its width is that
 // of all reads around the mode. Nothing guards the divisions: one read alone has no width, and what follows
-// from that (infinite or not a number) is told as it is.
+// from that (infinite or not a number) is reported as it is.
 #include "analysis/metrics/gc_model.h"
 
 #include <algorithm>

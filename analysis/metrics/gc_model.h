@@ -1,7 +1,7 @@
 // How near the reads' GC content comes to a normal distribution.
 //
 // Reads of one genome, cut at random, differ in GC content around that of the genome. A second hill or a
-// shoulder tells of something else among them: another organism, adapters, ribosomal RNA.
+// shoulder points to something else among them: another organism, adapters, ribosomal RNA.
 #pragma once
 
 #include <optional>

@@ -15,7 +15,7 @@ struct PositionGroup {
 };
 
 // Divides the positions 1 to `longest` into at most 75 groups: every position alone up to 75; else 1 to 9
-// alone and windows of one round width behind, the last cut off.
+// alone and windows of one round width after them, the last cut off.
 std::vector<PositionGroup> positionGroups(std::uint64_t longest);
 
 }  // namespace genostat::analysis

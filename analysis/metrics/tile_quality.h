@@ -1,5 +1,5 @@
-// How the tiles of a flow cell differ in quality: bubbles, smears and dirt show as single tiles that fall
-// behind.
+// How the tiles of a flow cell differ in quality: bubbles, smears and dirt show as single tiles that are
+// worse than the others.
 #pragma once
 
 #include <vector>

@@ -9,7 +9,7 @@
 
 namespace genostat::analysis {
 
-// Where a sample's data goes, and the file name that it tells.
+// Where a sample's data goes, and the file name that stands in it.
 struct FastqcPlace {
   std::string folder;    // "<sample>_fastqc", shortened where no system would take it; UTF-8
   std::string fileName;  // as it was given, with the number of a repeated sample

@@ -50,7 +50,7 @@ class ProgressFile {
 };
 
 // Removes the progress files in a folder that have not changed for so long that their writers must be dead.
-// One that was wrongly taken for such is soon written again. Does what it can and tells no failure.
+// One that was wrongly taken for such is soon written again. Does what it can and reports no failure.
 void removeAbandonedProgress(const std::filesystem::path& folder);
 
 }  // namespace genostat::analysis

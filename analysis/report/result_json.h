@@ -1,4 +1,4 @@
-// The whole result as one JSON document: the table's columns and the curves and lists behind them.
+// The whole result as one JSON document: the table's columns and the curves and lists they come from.
 // docs/analyser.md describes its members.
 #pragma once
 

@@ -1,7 +1,7 @@
 // The inner loops, compiled once for each kind of vector unit.
 //
 // Every set of kernels gives the same results; only their speed differs. Text given to a kernel must have
-// TextBuffer::kPadding readable bytes behind it.
+// TextBuffer::kPadding readable bytes after it.
 #pragma once
 
 #include <array>
@@ -43,7 +43,7 @@ struct Kernels {
   const char* name;  // of the vector unit, such as "AVX2"
 
   // Writes the offsets of all line feeds of text[0, size), ascending, and returns their number. `offsets`
-  // must have room for `size` + 64 entries; those behind the returned number are undefined. `size` below
+  // must have room for `size` + 64 entries; those after the returned number are undefined. `size` below
   // 2^32.
   std::size_t (*findLineFeeds)(const char* text, std::size_t size, std::uint32_t* offsets);
 

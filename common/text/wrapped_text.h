@@ -10,7 +10,7 @@
 namespace genostat::common {
 
 // Breaks a printable text into lines of at most `width` columns: at blanks, in a longer word
-// behind `_`, `-`, `/`, `\`, `,` or `;`, and else anywhere. At least one line.
+// after `_`, `-`, `/`, `\`, `,` or `;`, and else anywhere. At least one line.
 std::vector<std::string> wrapText(std::string_view text, int width);
 
 // The columns of the longest piece that wrapText would not like to break.

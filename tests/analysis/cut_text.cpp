@@ -15,7 +15,7 @@ namespace {
 
 using analysis::Batch;
 
-// A chunk of exactly this text; a vector load may read the padding behind it and nothing else.
+// A chunk of exactly this text; a vector load may read the padding after it and nothing else.
 void fill(Batch& batch, std::string_view text) {
   batch.chunk.text = analysis::TextBuffer();
   batch.chunk.text.reserve(text.size());

@@ -173,9 +173,9 @@ TEST(Chunks, EveryDefectIsToldAfterTheTextBeforeIt) {
        {text, corrupt("wrong checksum", block.size())}},
       {block + changed(block, block.size() - 4, '!') + block, {text, corrupt("invalid data", block.size())}},
       {block + changed(block, block.size() - 2, '\1') + block, {text, corrupt("wrong length", block.size())}},
-      // The size that a block tells.
+      // The size that a block states.
       {block + changed(changed(block, 16, 5), 17, 0), {text, corrupt("wrong block size", block.size())}},
-      // Of two defects the first is told, although the other one is met earlier.
+      // Of two defects the first is reported, although the other one is met earlier.
       {changed(block, 30, static_cast<char>(block[30] ^ 64)) + "@r\n", {"", corrupt("invalid data", 0)}},
       // A code of deflate that does not exist.
       {member + changed(member, 10, '\7'), {text, corrupt("invalid data", member.size() + 11)}},

@@ -21,7 +21,7 @@ HOSTILE = {
     "tab\tand\nline.fastq": "tab and line",
     "<i>&amp;.fastq": "<i>&amp;",
     "x" * 249 + ".fastq": "x" * 249,
-    # In byte order; some systems do not tell them apart.
+    # In byte order; some systems do not distinguish them.
     "Treated.fastq": "Treated",
     "treated.fastq": "treated.2",
 }

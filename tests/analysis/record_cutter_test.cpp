@@ -80,7 +80,7 @@ TEST(RecordCutter, RefusesAHeaderWithoutEnd) {
   }
 }
 
-// Text that breaks off is told after the records before it, at the line that is not complete.
+// Text that breaks off is reported after the records before it, at the line that is not complete.
 TEST(RecordCutter, TellsWhereTheTextBreaksOff) {
   const std::string good = "@r\nACGT\n+\nIIII\n";
   const std::vector<std::pair<std::string, std::string>> cases = {

@@ -158,7 +158,7 @@ TEST(SampleRun, EndsWhenMemoryRunsOut) {
   EXPECT_THROW(run.result(), std::bad_alloc);
 }
 
-// The first in their order, whichever is met first, and none of those behind it.
+// The first in their order, whichever is met first, and none of those after it.
 TEST(Crew, TellsTheFirstFailureOfTheSamples) {
   const test::TemporaryFolder folder;
   const std::string good = makeText(2'000);

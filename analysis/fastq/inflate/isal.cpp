@@ -31,7 +31,7 @@ struct Inflater::State {
   // Takes note of a defect, of which `made` bytes have just come out; returns how many of them are right.
   std::size_t meetDefect(int result, std::size_t made) {
     // When a match has no distance, or one that reaches too far back, vector code counts its length as made
-    // but writes nothing. How long it was is not told: as much goes as it can have been.
+    // but writes nothing. How long it was is not known: as much goes as it can have been.
     const auto waiting = static_cast<std::size_t>(stream.tmp_out_valid - stream.tmp_out_processed);
     const bool inMatch = result == ISAL_INVALID_LOOKBACK || result == ISAL_INVALID_SYMBOL;
     std::size_t wrong = inMatch ? std::size_t{ISAL_DEF_MAX_MATCH} : 0;
