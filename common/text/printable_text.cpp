@@ -56,4 +56,13 @@ std::string printableText(std::string_view text, LineBreaks lineBreaks) {
   return printable;
 }
 
+std::string quoteForMessage(std::string_view text) {
+  constexpr std::size_t kMost = 60;
+  std::size_t end = 0;
+  for (std::size_t count = 0; end < text.size() && count < kMost; ++count) {
+    end += codePointAt(text, end).size;
+  }
+  return '"' + printableText(text.substr(0, end)) + (end < text.size() ? "\xE2\x80\xA6\"" : "\"");
+}
+
 }  // namespace genostat::common

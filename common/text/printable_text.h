@@ -12,4 +12,7 @@ enum class LineBreaks { Escape, Keep };
 // Invalid UTF-8 becomes U+FFFD. `Keep` lets line feeds and tabs through, for texts of several lines.
 std::string printableText(std::string_view text, LineBreaks lineBreaks = LineBreaks::Escape);
 
+// The user's words for use inside a message: printable, in double quotes, cut after 60 characters.
+std::string quoteForMessage(std::string_view text);
+
 }  // namespace genostat::common

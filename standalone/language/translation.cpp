@@ -1,10 +1,9 @@
 #include "standalone/language/translation.h"
 
-#include <cstddef>
-#include <span>
 #include <utility>
 #include <vector>
 
+#include "common/text/filled_text.h"
 #include "standalone/language/language.h"
 
 namespace genostat::standalone {
@@ -15,22 +14,6 @@ Language& chosenLanguage() {
   // Never destroyed: a thread may still speak while the program ends.
   static Language* const kept = new Language;
   return *kept;
-}
-
-std::string withValues(std::string_view pattern, std::span<const std::string_view> values) {
-  std::string text;
-  for (std::size_t i = 0; i < pattern.size(); ++i) {
-    const bool place = i + 2 < pattern.size() && pattern[i] == '{' && pattern[i + 2] == '}' &&
-                       pattern[i + 1] >= '1' && pattern[i + 1] <= '9';
-    const std::size_t number = place ? static_cast<std::size_t>(pattern[i + 1] - '1') : values.size();
-    if (number >= values.size()) {
-      text += pattern[i];
-      continue;
-    }
-    text += values[number];
-    i += 2;
-  }
-  return text;
 }
 
 }  // namespace
@@ -51,7 +34,7 @@ std::string translated(std::string_view english) {
 }
 
 std::string translated(std::string_view english, std::initializer_list<std::string_view> values) {
-  return withValues(translated(english), {values.begin(), values.size()});
+  return common::filledText(translated(english), {values.begin(), values.size()});
 }
 
 std::string translatedCount(std::uint64_t count, std::string_view one, std::string_view many) {
@@ -63,7 +46,7 @@ std::string translatedCount(std::uint64_t count, std::string_view one, std::stri
   const std::string number = std::to_string(count);
   std::vector<std::string_view> all = {number};
   all.insert(all.end(), values.begin(), values.end());
-  return withValues(translated(count == 1 ? one : many), all);
+  return common::filledText(translated(count == 1 ? one : many), all);
 }
 
 }  // namespace genostat::standalone

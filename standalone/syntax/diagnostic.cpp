@@ -20,8 +20,6 @@ constexpr std::size_t kCharactersShown = 100;
 constexpr std::size_t kColumnsAround = 4;
 constexpr std::size_t kLeastColumns = 20;
 
-constexpr std::size_t kQuotedCharacters = 60;
-
 struct Line {
   std::size_t begin;
   std::size_t end;
@@ -147,17 +145,6 @@ std::string renderDiagnostic(const Diagnostic& diagnostic) {
   if (!parts.excerpt.empty()) rendered.append("\n").append(parts.excerpt);
   if (!parts.hint.empty()) rendered.append("\n").append(kIndent).append(parts.hint);
   return rendered;
-}
-
-std::string quoteForMessage(std::string_view text) {
-  std::size_t end = 0;
-  for (std::size_t count = 0; end < text.size() && count < kQuotedCharacters; ++count) {
-    end += common::codePointAt(text, end).size;
-  }
-  std::string quoted = "\"";
-  quoted += text.substr(0, end);
-  if (end < text.size()) quoted += kEllipsis;
-  return quoted + "\"";
 }
 
 }  // namespace genostat::standalone

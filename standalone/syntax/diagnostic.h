@@ -10,6 +10,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/text/printable_text.h"
+
 namespace genostat::standalone {
 
 // A text of commands: a file, standard input, or the syntax of an end message.
@@ -53,8 +55,7 @@ struct DiagnosticParts {
 };
 DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t columns);
 
-// Words of the user for use inside a message: in double quotes, cut short when very long.
-std::string quoteForMessage(std::string_view text);
+using common::quoteForMessage;
 
 // Ends the command that throws it; the session shows the diagnostic and goes on.
 class CommandError : public std::runtime_error {
