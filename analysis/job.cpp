@@ -26,6 +26,7 @@
 #include "common/cli/columns.h"
 #include "common/files/output_file.h"
 #include "common/text/nearest_word.h"
+#include "common/text/printable_text.h"
 #include "common/text/utf8.h"
 #include "platform/environment.h"
 #include "platform/path_text.h"
@@ -40,14 +41,11 @@ std::filesystem::path pathFromRequest(const std::string& bytes) {
   return common::isValidUtf8(bytes) ? platform::pathFromUtf8(bytes) : platform::pathFromNarrow(bytes);
 }
 
-// Tells something on standard error, in one line.
-void printLine(const char* kind, std::string line) {
-  // A line break can only come from a name.
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+// One line on standard error.
+void printLine(const char* kind, const std::string& text) {
   // Below the cursor a host may show progress, which must not run into the line.
   const char* const eraseBelow = platform::standardErrorTerminal().movesCursor ? "\x1B[J" : "";
-  std::cerr << eraseBelow + std::string("genostat-analysis: ") + kind + ": " + line + "\n" << std::flush;
+  std::cerr << std::string(eraseBelow) + kind + ": " + common::printableText(text) + "\n" << std::flush;
 }
 
 // Runs a step that writes to `target`; a failure of it becomes one of the output.
@@ -104,7 +102,7 @@ std::vector<std::string> fileNamesOf(const std::vector<Sample>& samples) {
 std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
                                    CrewOptions options) {
   refuseInputs(target, samples, ExitCode::OutputFailed);
-  // An impossible output is told before hours of reading. The trial file does not stay: a job that is
+  // An impossible output is reported before hours of reading. The trial file does not stay: a job that is
   // killed while it reads leaves nothing behind.
   writeOutput(target, [&] { common::OutputFile trial(target); });
   JobProgress progress;
@@ -128,10 +126,10 @@ void writeFastqcDataIfAsked(const std::vector<ResultRow>& rows, const std::vecto
   }
 }
 
-// Runs a whole job; `tell` gets its failure.
-ExitCode runGuarded(const std::function<void()>& job, const std::function<void(const Failure&)>& tell) {
+// Runs a whole job; `report` gets its failure.
+ExitCode runGuarded(const std::function<void()>& job, const std::function<void(const Failure&)>& report) {
   const auto fail = [&](const Failure& failure) {
-    tell(failure);
+    report(failure);
     return failure.code();
   };
   try {
@@ -165,14 +163,14 @@ Adapter adapterFromOption(std::string_view option) {
   constexpr std::array<std::string_view, 3> kNames = {"none", "illumina", "nextera"};
   const auto meant = common::nearestWord(option, kNames);
   if (meant && option.find_first_not_of("ACGTNacgtn") != std::string_view::npos) {
-    const std::string given(option);
-    throw Failure(ExitCode::InvalidAdapter, given,
-                  "unknown adapter \"" + given + "\"; did you mean " + std::string(*meant) + "?");
+    throw Failure(
+        ExitCode::InvalidAdapter, std::string(option),
+        "unknown adapter " + common::quoteForMessage(option) + "; did you mean " + std::string(*meant) + "?");
   }
   return customAdapter(option);
 }
 
-// Tells early what would make an output fail or cost the reads themselves.
+// Finds early what would make an output fail or cost the reads themselves.
 void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
   if (place.empty() || place == kStandardStream) return;
   const std::filesystem::path target = platform::pathFromUtf8(place);
@@ -194,7 +192,7 @@ void refuseSharedOutput(const QcOptions& options) {
     if (std::filesystem::is_other(place, ignored) ||
         common::placeOf(platform::pathFromUtf8(options.csv)) != place)
       return;
-    shared = "'" + options.json + "'";
+    shared = common::quoteForMessage(options.json);
   }
   throw Failure(ExitCode::WrongArguments, options.json, "--csv and --json cannot both go to " + shared);
 }
@@ -255,7 +253,7 @@ ExitCode runRequest(std::string_view payload) {
         writeFastqcDataIfAsked(rows, samples);
       },
       [&](const Failure& failure) {
-        // Whoever waits for the job tells what the file says; two voices would be one too many.
+        // Whoever waits for the job shows what the file says; it is not said twice.
         if (!csvPath || !writeErrorDetails(*csvPath, failure)) printFailure(failure);
       });
 }

@@ -11,9 +11,9 @@
 namespace genostat::analysis {
 
 // The launched form: does what the base64 parameter document says. The result appears under its final
-// name whole or not at all. A failure is told on standard error and, once the document names a
-// result file, in the error-details file beside that; a job that succeeds leaves no such file. While it runs,
-// <result>.progress tells how far it is. Where the environment has GENOSTAT_FASTQC_DATA, FastQC's data files
+// name whole or not at all. A failure is written to the error-details file beside it, or to standard error
+// where that is impossible; a job that succeeds leaves no such file. While it runs,
+// <result>.progress says how far it is. Where the environment has GENOSTAT_FASTQC_DATA, FastQC's data files
 // are written into that folder as well; that failing is only a warning.
 ExitCode runRequest(std::string_view payload);
 
@@ -28,10 +28,10 @@ struct QcOptions {
   std::string fastqcData;          // a folder for FastQC's data files, empty for none
 };
 
-// The people's form. Failures are told on standard error only.
+// The form for people. Failures go to standard error only.
 ExitCode runQc(const QcOptions& options);
 
-// Tells a failure on standard error, in one line.
+// Prints a failure on standard error, in one line.
 void printFailure(const Failure& failure);
 
 }  // namespace genostat::analysis

@@ -1,7 +1,6 @@
 // The program genostat-analysis: FASTQ files in, one row of quality metrics per file out.
 
 #include <exception>
-#include <iostream>
 #include <variant>
 
 #include "analysis/job.h"
@@ -11,27 +10,23 @@
 
 namespace {
 
-using genostat::analysis::Answer;
 using genostat::analysis::ExitCode;
-using genostat::analysis::Failure;
 using genostat::analysis::LaunchedJob;
 using genostat::analysis::QcOptions;
+namespace common = genostat::common;
 
-ExitCode show(const Answer& answer) {
-  const bool succeeds = answer.code == ExitCode::Success;
-  std::ostream& out = succeeds ? std::cout : std::cerr;
-  out << answer.text << std::flush;
-  if (succeeds && !out) return ExitCode::OutputFailed;
-  return answer.code;
-}
-
-ExitCode run(int argc, char** argv) {
+int run(int argc, char** argv) {
   const auto parsed =
       genostat::analysis::parseArguments(genostat::platform::commandLineArguments(argc, argv));
-  if (const auto* qc = std::get_if<QcOptions>(&parsed)) return runQc(*qc);
-  if (const auto* job = std::get_if<LaunchedJob>(&parsed))
-    return genostat::analysis::runRequest(job->payload);
-  return show(std::get<Answer>(parsed));
+  if (const auto* job = std::get_if<LaunchedJob>(&parsed)) {
+    return static_cast<int>(genostat::analysis::runRequest(job->payload));
+  }
+  if (const auto* answer = std::get_if<common::Answer>(&parsed)) {
+    return common::showAnswer(*answer, static_cast<int>(ExitCode::OutputFailed));
+  }
+  const ExitCode code = genostat::analysis::runQc(std::get<QcOptions>(parsed));
+  // For people as in other programs.
+  return code == ExitCode::WrongArguments ? common::kWrongUsage : static_cast<int>(code);
 }
 
 }  // namespace
@@ -39,9 +34,9 @@ ExitCode run(int argc, char** argv) {
 int main(int argc, char** argv) {
   genostat::platform::prepareStandardStreams();
   try {
-    return static_cast<int>(run(argc, argv));
+    return run(argc, argv);
   } catch (const std::exception& error) {
-    printFailure(Failure(ExitCode::General, {}, error.what()));
+    printFailure(genostat::analysis::Failure(ExitCode::General, {}, error.what()));
     return static_cast<int>(ExitCode::General);
   }
 }

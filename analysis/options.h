@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/job.h"
+#include "common/cli/command_line.h"
 
 namespace genostat::analysis {
 
@@ -14,13 +15,7 @@ struct LaunchedJob {
   std::string payload;
 };
 
-// Nothing to run: a text to show, help or an error, and the exit code.
-struct Answer {
-  std::string text;
-  ExitCode code = ExitCode::Success;
-};
-
 // `arguments` are UTF-8, without the program's name.
-std::variant<QcOptions, LaunchedJob, Answer> parseArguments(std::vector<std::string> arguments);
+std::variant<QcOptions, LaunchedJob, common::Answer> parseArguments(std::vector<std::string> arguments);
 
 }  // namespace genostat::analysis

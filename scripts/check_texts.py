@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Compares the tables of other languages with the texts in the sources: check_texts.py [ROOT] [--missing]
 
-Every literal in translated(...), translatedCount(...) and marked(...) below standalone/, the words of verdicts and the
-titles of checks in common/quality/, and each of the module's sentences about a command, is a key of strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
+Every literal in translated(...), translatedCount(...) and marked(...) below common/ and standalone/, the words of
+verdicts and the titles of checks in common/quality/, and each of the module's sentences about a command, is a key of
+strings/<language>/client.txt, and every key that the module looks up one of GENOSTAT.txt. A finding is a text without a
 translation, a translation of a text that no source has, and one whose {1} to {9} differ from the
 text's. --missing prints lines for client.txt instead. The status is 1 if there is any finding.
 """
@@ -65,7 +66,7 @@ def literals(pieces):
 def source_texts(root):
     """Text -> where it stands first."""
     texts = {}
-    for path in sorted((root / "standalone").rglob("*")):
+    for path in sorted(path for room in ("common", "standalone") for path in (root / room).rglob("*")):
         if path.suffix not in {".cpp", ".h"} or "node_modules" in path.parts:
             continue
         source = path.read_text(encoding="utf-8")

@@ -3,21 +3,20 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "common/cli/program_model.h"
 #include "common/text/nearest_word.h"
+#include "common/text/printable_text.h"
 
 namespace genostat::common {
 
 namespace {
 
-using Kind = ArgumentFault::Kind;
-
-bool looksLikeOption(const std::string& argument) {
-  return argument.size() > 1 && argument.front() == '-';
-}
+constexpr char kTakenLiterally = '\0';
 
 std::string nearestOf(std::string_view word, const std::vector<std::string>& names) {
   const std::vector<std::string_view> views(names.begin(), names.end());
@@ -32,28 +31,34 @@ std::vector<std::string> longNames(const CommandModel& command) {
   return names;
 }
 
-ArgumentFault unknownOption(const std::string& argument, const CLI::App& command) {
-  const std::string name = argument.substr(0, argument.find('='));
-  // An option of a subcommand, in front of that.
+// The option that `name` may mean, perhaps one of a subcommand, in front of that.
+std::string optionMeant(const std::string& name, const CLI::App& command) {
   for (const CommandModel& other : modelOf(command).commands) {
-    for (const std::string& known : longNames(other)) {
-      if (known == name) return {Kind::UnknownOption, argument, {}, other.name + ' ' + name};
-    }
+    if (std::ranges::count(longNames(other), name) > 0) return other.name + ' ' + name;
   }
-  return {Kind::UnknownOption, argument, {}, nearestOf(name, longNames(commandOf(command)))};
+  return nearestOf(name, longNames(commandOf(command)));
 }
 
-ArgumentFault unknownArgument(const std::string& argument, const CLI::App& command, bool commandExpected) {
-  if (looksLikeOption(argument)) return unknownOption(argument, command);
-  if (!commandExpected) return {Kind::UnexpectedArgument, argument, {}, {}};
+std::string withGuess(const std::string& message, const std::string& meant, Translate translated) {
+  return meant.empty() ? message : translated("{1}; did you mean {2}?", {message, meant});
+}
+
+std::string unknownCommand(const std::string& word, const CLI::App& program, CommandForPath commandForPath,
+                           Translate translated) {
+  const std::string quoted = quoteForMessage(word);
+  const std::string command = commandForPath(word);
+  if (!command.empty()) {
+    return translated("{1} is no command; did you mean {2}?",
+                      {quoted, program.get_name() + ' ' + command + ' ' + printableText(word)});
+  }
   std::vector<std::string> names;
-  for (const CommandModel& subcommand : modelOf(command).commands) {
-    names.push_back(subcommand.name);
+  for (const CommandModel& known : modelOf(program).commands) {
+    names.push_back(known.name);
   }
-  return {Kind::UnknownCommand, argument, {}, nearestOf(argument, names)};
+  return withGuess(translated("unknown subcommand {1}", {quoted}), nearestOf(word, names), translated);
 }
 
-// The library tells only texts; all that name an option begin with it.
+// The library gives texts only; all that name an option begin with it.
 const OptionModel* optionNamedIn(std::string_view text, const std::vector<OptionModel>& options) {
   for (const OptionModel& option : options) {
     for (const std::string& name : option.names) {
@@ -63,28 +68,29 @@ const OptionModel* optionNamedIn(std::string_view text, const std::vector<Option
   return nullptr;
 }
 
-ArgumentFault faultOfError(const CLI::App& command, const CLI::ParseError& error) {
+std::string describeError(const CLI::App& command, const CLI::ParseError& error, Translate translated) {
   const std::string text = error.what();
   const CommandModel model = commandOf(command);
   const std::string name = error.get_name();
   if (const OptionModel* option = optionNamedIn(text, model.options)) {
     const std::string& optionName = option->names.back();
     if (name == "ArgumentMismatch" && !option->value.text.empty()) {
-      return {Kind::MissingValue, optionName, option->value.text, {}};
+      return translated("{1} needs a value: {2}", {optionName, option->value.text});
     }
     const std::string needs = " requires ";
     const std::size_t at = text.find(needs);
     if (name == "RequiresError" && at != std::string::npos) {
-      return {Kind::MissingPartner, optionName, text.substr(at + needs.size()), {}};
+      return translated("{1} requires {2}", {optionName, text.substr(at + needs.size())});
     }
   }
   if (name == "RequiredError") {
-    const auto missing = std::find_if(model.arguments.begin(), model.arguments.end(), [&](const auto& one) {
-      return one.required && text.starts_with(one.value.text);
-    });
-    if (missing != model.arguments.end()) return {Kind::MissingArgument, missing->value.text, {}, {}};
+    for (const OptionModel& argument : model.arguments) {
+      if (argument.required && text.starts_with(argument.value.text)) {
+        return translated("{1} is missing", {argument.value.text});
+      }
+    }
   }
-  return {Kind::WrongValue, {}, text, {}};
+  return text;
 }
 
 }  // namespace
@@ -94,21 +100,33 @@ const CLI::App& usedCommand(const CLI::App& program) {
   return used.empty() ? program : *used.front();
 }
 
-ArgumentFault argumentFault(const CLI::App& program, const CLI::ParseError* error) {
+ArgumentFault argumentFault(const CLI::App& program, const CLI::ParseError* error,
+                            CommandForPath commandForPath, Translate translated) {
   const CLI::App& used = usedCommand(program);
-  const std::vector<std::string> early = program.remaining();
-  if (!early.empty()) return unknownArgument(early.front(), program, &used == &program);
-  const std::vector<std::string> rest = used.remaining();
-  if (!rest.empty()) return unknownArgument(rest.front(), used, false);
-  return error != nullptr ? faultOfError(used, *error) : ArgumentFault();
+  for (const CLI::App* command : {&program, &used}) {
+    const std::vector<std::string> rest = command->remaining();
+    if (rest.empty()) continue;
+    const std::string argument = givenArgument(rest.front());
+    const std::string quoted = quoteForMessage(argument);
+    if (argument.size() > 1 && argument.starts_with('-')) {
+      const std::string meant = optionMeant(argument.substr(0, argument.find('=')), *command);
+      return {withGuess(translated("unknown option {1}", {quoted}), meant, translated)};
+    }
+    if (&used == &program) return {unknownCommand(argument, program, commandForPath, translated), true};
+    return {translated("unexpected argument {1}", {quoted})};
+  }
+  return {error != nullptr ? describeError(used, *error, translated) : std::string()};
 }
 
-bool asksForHelp(const std::vector<std::string>& arguments) {
-  for (const std::string& argument : arguments) {
-    if (argument == "--") return false;
-    if (argument == "-h" || argument == "--help") return true;
-  }
-  return false;
+std::string protectedArgument(std::string argument) {
+  const std::size_t value = argument.starts_with("--") ? argument.find('=') + 1 : 0;
+  if (argument.substr(value).starts_with('[')) argument.insert(value, 1, kTakenLiterally);
+  return argument;
+}
+
+std::string givenArgument(std::string argument) {
+  std::erase(argument, kTakenLiterally);
+  return argument;
 }
 
 }  // namespace genostat::common

@@ -1,9 +1,9 @@
-// What is wrong with a command line, found from a program's options, for a message in the program's own
-// words.
+// What is wrong with a command line, in the user's words.
 #pragma once
 
 #include <string>
-#include <vector>
+
+#include "common/text/filled_text.h"
 
 namespace CLI {
 class App;
@@ -12,21 +12,12 @@ class ParseError;
 
 namespace genostat::common {
 
+// The command that takes such a path, where `word` is one; else empty.
+using CommandForPath = std::string (*)(const std::string& word);
+
 struct ArgumentFault {
-  enum class Kind {
-    None,
-    UnknownOption,       // `subject` as it was given; `meant`: the option that it may be
-    UnknownCommand,      // the same for a subcommand
-    UnexpectedArgument,  // `subject`: one too many
-    MissingValue,        // `subject`: the option; `detail`: what its values look like
-    MissingArgument,     // `subject`: its name
-    MissingPartner,      // `subject` is an option that needs the option `detail`
-    WrongValue,          // `detail`: a whole text, from the check of that value or from the library
-  };
-  Kind kind = Kind::None;
-  std::string subject;
-  std::string detail;
-  std::string meant;  // empty: no guess
+  std::string message;  // empty: nothing is wrong
+  bool unknownCommand = false;
 };
 
 // The subcommand that the arguments named, or else the program.
@@ -34,9 +25,12 @@ const CLI::App& usedCommand(const CLI::App& program);
 
 // After parsing; `error` is what it threw, or null. The program and its subcommands must allow extras: a
 // misspelled option is the likelier cause of whatever else is missing, and comes first.
-ArgumentFault argumentFault(const CLI::App& program, const CLI::ParseError* error);
+ArgumentFault argumentFault(const CLI::App& program, const CLI::ParseError* error,
+                            CommandForPath commandForPath, Translate translated);
 
-// Whether -h or --help is among the arguments, so that help wins over all that is wrong with them.
-bool asksForHelp(const std::vector<std::string>& arguments);
+// The library takes a text in square brackets apart at its commas, but such is a good name of a file. So it
+// gets one with a zero character in front, which no argument holds.
+std::string protectedArgument(std::string argument);
+std::string givenArgument(std::string argument);
 
 }  // namespace genostat::common

@@ -1,17 +1,13 @@
 #include "common/cli/help_text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "common/cli/columns.h"
-#include "common/cli/program_model.h"
 #include "common/cli/shell_words.h"
+#include "common/text/utf8.h"
 #include "platform/terminal.h"
 
 namespace genostat::common {
@@ -22,10 +18,8 @@ constexpr std::size_t kIndent = 2;
 constexpr std::size_t kGap = 2;
 constexpr std::size_t kWidestTerm = 26;
 
-// Characters, each of which is taken to be one column wide.
 std::size_t columnsOf(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
+  return static_cast<std::size_t>(displayWidth(text));
 }
 
 // The words of a text; what stands in single quotes is one word where `quotes` says so.
@@ -80,29 +74,24 @@ std::string entry(const std::string& term, const std::string& meaning, std::size
   return out + wrapped(wordsOf(meaning, false), column, column, width);
 }
 
-struct Entry {
-  std::string term;
-  std::string meaning;
-};
-
-std::string entries(const std::string& title, const std::vector<Entry>& list, std::size_t width) {
+std::string entries(const std::string& title, const std::vector<HelpEntry>& list, std::size_t width) {
   if (list.empty()) return {};
   std::size_t longest = 0;
-  for (const Entry& one : list) {
+  for (const HelpEntry& one : list) {
     const std::size_t columns = columnsOf(one.term);
     // Few terms are that long; they need not cost the others their room.
     if (columns <= std::min(kWidestTerm, width / 3)) longest = std::max(longest, columns);
   }
   const std::size_t column = longest == 0 ? 3 * kIndent : kIndent + longest + kGap;
   std::string out = '\n' + title + ":\n";
-  for (const Entry& one : list) {
-    out += entry(one.term, one.meaning, column, width);
+  for (const HelpEntry& one : list) {
+    out += entry(one.term, one.text, column, width);
   }
   return out;
 }
 
-std::vector<Entry> optionEntries(const std::vector<OptionModel>& options) {
-  std::vector<Entry> list;
+std::vector<HelpEntry> optionEntries(const std::vector<OptionModel>& options) {
+  std::vector<HelpEntry> list;
   for (const OptionModel& option : options) {
     std::string term = joinWords(option.names, ", ");
     if (!option.value.text.empty()) term += (term.empty() ? "" : " ") + option.value.text;
@@ -111,47 +100,19 @@ std::vector<Entry> optionEntries(const std::vector<OptionModel>& options) {
   return list;
 }
 
-// The lines of a footer's section, an entry's further lines joined to it.
-std::vector<std::string> joinedLines(const SectionModel& section) {
-  std::vector<std::string> lines;
-  for (const std::string& line : section.lines) {
-    const std::size_t start = line.find_first_not_of(' ');
-    if (start > kIndent && start != std::string::npos && !lines.empty()) {
-      lines.back() += ' ' + line.substr(start);
-    } else {
-      lines.push_back(line);
-    }
-  }
-  return lines;
-}
-
-std::string sectionText(const SectionModel& section, const std::string& program, std::size_t width) {
+// Command lines with what they do beside them, or below where that needs too much room.
+std::string commandLines(const HelpSection& section, std::size_t width) {
   std::string out = '\n' + section.title + ":\n";
-  const auto fits = [width](const std::string& line) { return columnsOf(line) <= width; };
-  if (std::ranges::all_of(section.lines, fits)) {
-    for (const std::string& line : section.lines) {
-      out += line + '\n';
-    }
-    return out;
+  const std::vector<std::string> lines = alignedEntries(section.entries);
+  if (std::ranges::all_of(lines, [width](const std::string& line) { return columnsOf(line) <= width; })) {
+    return out + joinWords(lines, "\n") + '\n';
   }
-  std::vector<Entry> list;
-  for (const std::string& line : joinedLines(section)) {
-    const std::size_t start = std::min(line.find_first_not_of(' '), line.size());
-    const std::size_t gap = line.find("  ", start);
-    if (gap != std::string::npos) {
-      list.push_back({line.substr(start, gap - start), line.substr(line.find_first_not_of(' ', gap))});
-    } else {
-      list.push_back({line.substr(start), {}});
-    }
-  }
-  const bool commands = std::ranges::any_of(
-      list, [&](const Entry& one) { return one.term.find(program) != std::string::npos; });
-  if (!commands) return entries(section.title, list, width);
-  for (const Entry& one : list) {
+  for (const HelpEntry& one : section.entries) {
     out += std::string(kIndent, ' ') + wrapped(wordsOf(one.term, true), kIndent, 3 * kIndent, width, " \\");
-    if (!one.meaning.empty())
-      out += std::string(3 * kIndent, ' ') +
-             wrapped(wordsOf(one.meaning, false), 3 * kIndent, 3 * kIndent, width);
+    if (!one.text.empty()) {
+      out +=
+          std::string(3 * kIndent, ' ') + wrapped(wordsOf(one.text, false), 3 * kIndent, 3 * kIndent, width);
+    }
   }
   return out;
 }
@@ -164,70 +125,68 @@ std::string argumentUse(const CommandModel& command) {
   return use;
 }
 
-class Formatter : public CLI::FormatterBase {
- public:
-  Formatter(std::function<int()> width, HelpWords words)
-      : width_(std::move(width)), words_(std::move(words)) {}
-
-  std::string make_help(const CLI::App* app, std::string, CLI::AppFormatMode) const override {
-    const auto width = static_cast<std::size_t>(std::max(1, width_()));
-    const ProgramModel model = modelOf(*app);
-    const CommandModel& command = model.program;
-    const CLI::App* parent = app->get_parent();
-    const std::string program = (parent != nullptr ? parent : app)->get_name();
-    const std::string name = parent != nullptr ? program + ' ' + command.name : program;
-    std::string out = wrapped(wordsOf(asSentence(command.description), false), 0, 0, width) + '\n';
-    std::string label = words_.usage + ": ";
-    const std::size_t column = columnsOf(label);
-    for (const std::string& use : uses(model, name)) {
-      out += label + wrapped(wordsOf(use, false), column, column + kIndent, width);
-      label.assign(column, ' ');
-    }
-    out += entries(words_.arguments, optionEntries(command.arguments), width);
-    out += entries(words_.options, optionEntries(command.options), width);
-    std::vector<Entry> commands;
-    for (const CommandModel& one : model.commands) {
-      commands.push_back({one.name, one.description});
-    }
-    out += entries(words_.commands, commands, width);
-    for (const std::string& paragraph : command.paragraphs) {
-      out += '\n' + wrapped(wordsOf(paragraph, false), 0, 0, width);
-    }
-    for (const SectionModel& section : command.sections) {
-      out += sectionText(section, program, width);
-    }
-    return out;
+// Each form that a command line may have, where `command` is the program or one of its commands.
+std::vector<std::string> usesOf(const ProgramModel& model, const CommandModel& command) {
+  const std::string& program = model.program.name;
+  if (&command != &model.program) return {program + ' ' + command.name + " [OPTIONS]" + argumentUse(command)};
+  std::vector<std::string> forms;
+  for (const CommandModel& one : model.commands) {
+    forms.push_back(program + ' ' + one.name + " [OPTIONS]" + argumentUse(one));
   }
-
- private:
-  // Each form that a command line may have.
-  static std::vector<std::string> uses(const ProgramModel& model, const std::string& name) {
-    std::vector<std::string> forms;
-    for (const CommandModel& one : model.commands) {
-      forms.push_back(name + ' ' + one.name + " [OPTIONS]" + argumentUse(one));
-    }
-    if (model.commands.empty() || !model.program.arguments.empty()) {
-      forms.push_back(name + (model.commands.empty() ? " [OPTIONS]" : "") + argumentUse(model.program));
-    }
-    return forms;
-  }
-
-  std::function<int()> width_;
-  HelpWords words_;
-};
-
-}  // namespace
-
-void shapeHelp(CLI::App& program, std::function<int()> width, HelpWords words) {
-  program.formatter(std::make_shared<Formatter>(std::move(width), std::move(words)));
+  if (!command.arguments.empty()) forms.push_back(program + argumentUse(command));
+  return forms;
 }
 
-int helpWidth() {
+// The columns that help may take.
+std::size_t helpWidth() {
   const int wanted = columnsWanted();
   platform::Terminal terminal = platform::standardOutputTerminal();
   // A pager shows it in the terminal that errors go to.
   if (!terminal.isTerminal) terminal = platform::standardErrorTerminal();
-  return std::clamp(wanted > 0 ? wanted : terminal.width, 40, 100);
+  return static_cast<std::size_t>(std::clamp(wanted > 0 ? wanted : terminal.width, 40, 100));
+}
+
+}  // namespace
+
+std::vector<std::string> alignedEntries(const std::vector<HelpEntry>& entries) {
+  std::size_t longest = 0;
+  for (const HelpEntry& one : entries) {
+    if (!one.text.empty()) longest = std::max(longest, columnsOf(one.term));
+  }
+  std::vector<std::string> lines;
+  for (const HelpEntry& one : entries) {
+    std::string& line = lines.emplace_back(std::string(kIndent, ' ') + one.term);
+    if (!one.text.empty()) line.append(longest - columnsOf(one.term) + kGap, ' ').append(one.text);
+  }
+  return lines;
+}
+
+std::string helpText(const ProgramModel& model, const std::string& name, Translate translated) {
+  const std::size_t width = helpWidth();
+  const auto named = std::ranges::find(model.commands, name, &CommandModel::name);
+  const bool isProgram = named == model.commands.end();
+  const CommandModel& command = isProgram ? model.program : *named;
+  std::string out = wrapped(wordsOf(asSentence(command.description), false), 0, 0, width) + '\n';
+  std::string label = translated("Usage", {}) + ": ";
+  const std::size_t column = columnsOf(label);
+  for (const std::string& use : usesOf(model, command)) {
+    out += label + wrapped(wordsOf(use, false), column, column + kIndent, width);
+    label.assign(column, ' ');
+  }
+  out += entries(translated("Arguments", {}), optionEntries(command.arguments), width);
+  out += entries(translated("Options", {}), optionEntries(command.options), width);
+  std::vector<HelpEntry> commands;
+  for (const CommandModel& one : model.commands) {
+    if (isProgram) commands.push_back({one.name, one.description});
+  }
+  out += entries(translated("Commands", {}), commands, width);
+  for (const std::string& paragraph : command.help.paragraphs) {
+    out += '\n' + wrapped(wordsOf(paragraph, false), 0, 0, width);
+  }
+  for (const HelpSection& section : command.help.sections) {
+    out += section.commands ? commandLines(section, width) : entries(section.title, section.entries, width);
+  }
+  return out;
 }
 
 }  // namespace genostat::common

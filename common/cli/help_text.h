@@ -1,29 +1,19 @@
-// The help of a program, made from its options as its other documents are.
+// Help in a terminal.
 #pragma once
 
-#include <functional>
 #include <string>
+#include <vector>
 
-namespace CLI {
-class App;
-}
+#include "common/cli/program_model.h"
+#include "common/text/filled_text.h"
 
 namespace genostat::common {
 
-// The words that are no option's own.
-struct HelpWords {
-  std::string usage = "Usage";
-  std::string arguments = "Arguments";
-  std::string options = "Options";
-  std::string commands = "Commands";
-};
+// The help of a command, or of the program where there is no such command, in lines as wide as COLUMNS says
+// or the terminal is, but from 40 to 100 columns.
+std::string helpText(const ProgramModel& model, const std::string& command, Translate translated);
 
-// Has a program and all subcommands that it gets later show their help in lines that fit the width, which is
-// asked for when help is shown. Footers follow the conventions of offerDocuments; their paragraphs and
-// entries are broken anew, and lines of commands that are too long are continued as a shell takes them.
-void shapeHelp(CLI::App& program, std::function<int()> width, HelpWords words = {});
-
-// The columns that help may take: COLUMNS, or the terminal's, or 80; no less than 40 and no more than 100.
-int helpWidth();
+// Terms and what they mean beside each other, indented.
+std::vector<std::string> alignedEntries(const std::vector<HelpEntry>& entries);
 
 }  // namespace genostat::common

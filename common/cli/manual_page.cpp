@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "common/cli/help_text.h"
 #include "common/cli/program_model.h"
 
 namespace genostat::common {
@@ -99,41 +100,29 @@ std::string paragraphs(const std::vector<std::string>& texts) {
   return out;
 }
 
-std::string sectionBody(const SectionModel& section) {
+std::string sectionBody(const HelpSection& section) {
   std::string out;
-  if (section.title == "Examples") {
-    out += ".nf\n";
-    for (const std::string& line : section.lines) {
+  if (section.commands) {
+    for (const std::string& line : alignedEntries(section.entries)) {
       out += roffText(line) + '\n';
     }
-    return out + ".fi\n";
+    return ".nf\n" + out + ".fi\n";
   }
-  for (const std::string& line : section.lines) {
-    const std::size_t start = line.find_first_not_of(' ');
-    const std::size_t gap = line.find("  ", start);
-    const bool entry = start == 2 && gap != std::string::npos;
-    if (entry) {
-      out += ".TP\n\\fB" + roffText(line.substr(start, gap - start)) + "\\fR\n";
-      out += roffText(line.substr(line.find_first_not_of(' ', gap))) + '\n';
-    } else {
-      out += roffText(line.substr(std::min(start, line.size()))) + '\n';
-    }
+  for (const HelpEntry& entry : section.entries) {
+    out += ".TP\n\\fB" + roffText(entry.term) + "\\fR\n" + roffText(entry.text) + '\n';
   }
   return out;
 }
 
-// The sections of all footers, each title once, and each line once within it.
-std::vector<SectionModel> mergedSections(const ProgramModel& model) {
-  std::vector<SectionModel> merged;
+// The sections of all commands, each title once, and each entry once within it.
+std::vector<HelpSection> mergedSections(const ProgramModel& model) {
+  std::vector<HelpSection> merged;
   const auto take = [&merged](const CommandModel& command) {
-    for (const SectionModel& section : command.sections) {
-      const auto sameTitle = [&section](const SectionModel& other) { return other.title == section.title; };
-      auto known = std::find_if(merged.begin(), merged.end(), sameTitle);
-      if (known == merged.end()) known = merged.insert(known, SectionModel{section.title, {}});
-      for (const std::string& line : section.lines) {
-        if (std::find(known->lines.begin(), known->lines.end(), line) == known->lines.end()) {
-          known->lines.push_back(line);
-        }
+    for (const HelpSection& section : command.help.sections) {
+      auto known = std::ranges::find(merged, section.title, &HelpSection::title);
+      if (known == merged.end()) known = merged.insert(known, {section.title, {}, section.commands});
+      for (const HelpEntry& entry : section.entries) {
+        if (std::ranges::count(known->entries, entry) == 0) known->entries.push_back(entry);
       }
     }
   };
@@ -160,7 +149,7 @@ std::string manualPage(const ProgramModel& model, const std::string& seeAlso) {
                     roffText(model.version) + "\"\n.SH NAME\n" + roffText(program.name) + " \\- " +
                     roffText(summary) + '\n' + synopsis(model);
   out += ".SH DESCRIPTION\n" + roffText(asSentence(program.description)) + '\n';
-  if (!program.paragraphs.empty()) out += ".PP\n" + paragraphs(program.paragraphs);
+  if (!program.help.paragraphs.empty()) out += ".PP\n" + paragraphs(program.help.paragraphs);
   out += optionEntries(program.arguments);
   out += ".SH OPTIONS\n" + optionEntries(program.options);
   if (!model.commands.empty()) out += ".SH COMMANDS\n";
@@ -168,9 +157,9 @@ std::string manualPage(const ProgramModel& model, const std::string& seeAlso) {
     out += ".SS \"" + roffText(program.name + ' ' + command.name) + "\"\n" +
            roffText(asSentence(command.description)) + '\n' + optionEntries(command.arguments) +
            optionEntries(command.options);
-    if (!command.paragraphs.empty()) out += ".PP\n" + paragraphs(command.paragraphs);
+    if (!command.help.paragraphs.empty()) out += ".PP\n" + paragraphs(command.help.paragraphs);
   }
-  for (const SectionModel& section : mergedSections(model)) {
+  for (const HelpSection& section : mergedSections(model)) {
     out += ".SH \"" + roffText(upperCase(section.title)) + "\"\n" + sectionBody(section);
   }
   if (!seeAlso.empty()) out += ".SH \"SEE ALSO\"\n" + roffText(seeAlso) + '\n';

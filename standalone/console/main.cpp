@@ -25,10 +25,7 @@ int main(int argc, char** argv) {
     if (const auto* qc = std::get_if<standalone::QcOptions>(&parsed)) return standalone::runQc(*qc);
     if (const auto* shell = std::get_if<standalone::ShellOptions>(&parsed))
       return standalone::runShell(*shell);
-    const auto& answer = std::get<standalone::Answer>(parsed);
-    std::FILE* stream = answer.status == standalone::kSuccess ? stdout : stderr;
-    const bool written = std::fputs(answer.text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
-    return written ? answer.status : standalone::kFailure;
+    return genostat::common::showAnswer(std::get<genostat::common::Answer>(parsed), standalone::kFailure);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", genostat::standalone::translated("error: {1}", {error.what()}).c_str());
     return standalone::kFailure;

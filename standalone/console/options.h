@@ -5,6 +5,8 @@
 #include <variant>
 #include <vector>
 
+#include "common/cli/command_line.h"
+
 namespace genostat::standalone {
 
 enum class OutputFormat { Text, Json, Html };
@@ -58,13 +60,8 @@ struct ShellOptions {
   RunOptions session;
 };
 
-// Nothing to run: a text to show, help or an error, and the exit status.
-struct Answer {
-  std::string text;
-  int status = 0;
-};
-
 // `arguments` are UTF-8, without the program's name.
-std::variant<RunOptions, QcOptions, ShellOptions, Answer> parseArguments(std::vector<std::string> arguments);
+std::variant<RunOptions, QcOptions, ShellOptions, common::Answer> parseArguments(
+    std::vector<std::string> arguments);
 
 }  // namespace genostat::standalone

@@ -103,10 +103,10 @@ TEST(FastqcFolder, IsWrittenInBothForms) {
   // Nothing is left of what fails, and only people's own wish fails the run.
   EXPECT_EQ(run({"qc", "bad.fq", "--fastqc-data", "none"}, "").status, 5);
   const test::ProgramResult refused = run({"qc", "bad.fq", "--fastqc-data", "file"}, "");
-  EXPECT_EQ(refused.err, "genostat-analysis: error" + sentence);
+  EXPECT_EQ(refused.err, "error" + sentence);
   EXPECT_EQ(refused.status, 9);
   const test::ProgramResult warned = run({"script", payload}, "file");
-  EXPECT_EQ(warned.err, "genostat-analysis: warning" + sentence);
+  EXPECT_EQ(warned.err, "warning" + sentence);
   EXPECT_EQ(warned.status, 0);
   EXPECT_EQ(namesIn(folder.path()),
             (Names{"bad.fq", "file", "good.fq", "launched", "new", "p.csv", "r.csv"}));

@@ -64,7 +64,8 @@ expect("${output}" "\"missing.syntax\" kann nicht gelesen werden")
 
 foreach(program IN ITEMS genostat genostat-analysis)
   execute_process(COMMAND "${prefix}/bin/${program}" --version
-    OUTPUT_VARIABLE version COMMAND_ERROR_IS_FATAL ANY OUTPUT_STRIP_TRAILING_WHITESPACE)
+    OUTPUT_VARIABLE version COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCH "^[^\n]+" version "${version}")
   file(READ "${prefix}/share/man/man1/${program}.1" page)
   string(REPLACE "\\-" "-" page "${page}")
   expect("${page}" "\"${version}\"" ".SH \"EXIT STATUS\"" ".SH \"EXAMPLES\"" "--help" "SEE ALSO")

@@ -110,7 +110,7 @@ std::string adapterKeyword(const std::string& adapter) {
   }
   constexpr std::array<std::string_view, 3> kAdapters = {"none", "illumina", "nextera"};
   const std::string choices = translated("none, illumina, nextera or a sequence of A, C, G, T and N");
-  refuseQc("--adapter: " + describeChoice(choices, adapter, kAdapters));
+  refuseQc("--adapter: " + common::describeChoice(choices, adapter, kAdapters, translated));
 }
 
 void checkOutputName(const char* option, const std::string& name) {

@@ -154,7 +154,7 @@ std::string helpOverview() {
   return text + '\n' +
          translated(
              "A command ends with a period at the end of a line or with a blank line. \"help TOPIC\" "
-             "tells more.");
+             "says more.");
 }
 
 std::string helpOn(std::string_view name) {

@@ -54,6 +54,9 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
     write(std::string("more") + name, kQcReads);
   }
   fs::create_directory(at("more/folder.fq"));
+  for (const char* name : {"[a,b]", "{}"}) {
+    write(name, kQcReads);
+  }
   const struct {
     Arguments arguments;
     std::string command;
@@ -61,6 +64,8 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
       {{hostile},
        "GENOSTAT\n  /JOB NAME='AUTO'\n       FOLDER='it''s ''''b'''' \xC3\xBC (1)'\n       "
        "ADAPTERS=NONE.\n"},
+      {{"[a,b]", "{}"},
+       "GENOSTAT\n  /JOB NAME='AUTO'\n       FILE='[a,b]'\n            '{}'\n       ADAPTERS=NONE.\n"},
       {{"good.fq", "more", hostile + "/b.fastq", "--name", "my run", "--adapter", "acgtn"},
        "GENOSTAT\n  /JOB NAME='my run'\n       FILE='good.fq'\n            'more/a''.FQ.GZ'\n            "
        "'more/b.fastq'\n"
@@ -76,7 +81,7 @@ TEST_F(QcConsole, PrintsTheCommandReadyToPaste) {
         "--frequencies",
         "Sample",
         "--ntiles",
-        "10",
+        "010",
         "--percentiles",
         "5, 95.5",
         "--quartiles",
