@@ -36,7 +36,7 @@ build() {
   rm -f "$log"
   step "configuring the preset $preset" "$log" cmake --preset "$preset" &&
     step "building the preset $preset" "$log" cmake --build --preset "$preset" ${2:+--target "$2"} && return
-  { grep -E -A8 'error|FAILED|CMake Error' "$log" || tail -n 20 "$log"; } | head -n 60 >&2
+  { grep -E -A8 'error:|FAILED:|CMake Error' "$log" || tail -n 20 "$log"; } | head -n 60 >&2
   echo "$program: the preset $preset cannot be built" >&2
   return 1
 }
