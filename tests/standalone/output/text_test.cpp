@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "common/text/utf8.h"
 #include "standalone/output/number_format.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/text_renderer.h"
