@@ -64,7 +64,7 @@ std::string optionTerm(const OptionModel& option) {
   return term;
 }
 
-std::string optionEntries(const std::vector<OptionModel>& options) {
+std::string optionItems(const std::vector<OptionModel>& options) {
   std::string out;
   for (const OptionModel& option : options) {
     out += ".TP\n" + optionTerm(option) + '\n' + roffText(asSentence(option.description)) + '\n';
@@ -150,13 +150,13 @@ std::string manualPage(const ProgramModel& model, const std::string& seeAlso) {
                     roffText(summary) + '\n' + synopsis(model);
   out += ".SH DESCRIPTION\n" + roffText(asSentence(program.description)) + '\n';
   if (!program.help.paragraphs.empty()) out += ".PP\n" + paragraphs(program.help.paragraphs);
-  out += optionEntries(program.arguments);
-  out += ".SH OPTIONS\n" + optionEntries(program.options);
+  out += optionItems(program.arguments);
+  out += ".SH OPTIONS\n" + optionItems(program.options);
   if (!model.commands.empty()) out += ".SH COMMANDS\n";
   for (const CommandModel& command : model.commands) {
     out += ".SS \"" + roffText(program.name + ' ' + command.name) + "\"\n" +
-           roffText(asSentence(command.description)) + '\n' + optionEntries(command.arguments) +
-           optionEntries(command.options);
+           roffText(asSentence(command.description)) + '\n' + optionItems(command.arguments) +
+           optionItems(command.options);
     if (!command.help.paragraphs.empty()) out += ".PP\n" + paragraphs(command.help.paragraphs);
   }
   for (const HelpSection& section : mergedSections(model)) {
