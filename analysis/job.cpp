@@ -25,6 +25,7 @@
 #include "analysis/request/samples.h"
 #include "common/cli/columns.h"
 #include "common/files/output_file.h"
+#include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "common/text/printable_text.h"
 #include "common/text/utf8.h"
@@ -155,10 +156,7 @@ bool writeErrorDetails(const std::string& csvPath, const Failure& failure) {
 }
 
 Adapter adapterFromOption(std::string_view option) {
-  std::string upper(option);
-  std::transform(upper.begin(), upper.end(), upper.begin(),
-                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  const std::optional<AdapterKind> kind = adapterKindFromName(upper);
+  const std::optional<AdapterKind> kind = adapterKindFromName(common::upperCase(option));
   if (kind && *kind != AdapterKind::Custom) return {*kind, {}};
   constexpr std::array<std::string_view, 3> kNames = {"none", "illumina", "nextera"};
   const auto meant = common::nearestWord(option, kNames);
