@@ -75,14 +75,6 @@ Deletion parseDeletion(TokenCursor& cursor) {
 
 }  // namespace
 
-std::vector<std::span<const double>> CorrelationList::values() const {
-  std::vector<std::span<const double>> spans;
-  for (const Column* variable : variables) {
-    spans.emplace_back(variable->numbers);
-  }
-  return spans;
-}
-
 CorrelationRequest parseCorrelationRequest(CommandContext& context, const Dataset& dataset, bool ranks) {
   static constexpr std::array<std::string_view, 4> kSubcommands = {"VARIABLES", "PRINT", "STATISTICS",
                                                                    "MISSING"};

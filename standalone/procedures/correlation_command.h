@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <vector>
 
 #include "standalone/data/dataset.h"
@@ -17,8 +16,6 @@ struct CorrelationList {
   std::vector<std::size_t> rows;         // positions within `variables`, as are the columns
   std::vector<std::size_t> columns;
   bool square = true;  // rows and columns are the same
-
-  std::vector<std::span<const double>> values() const;  // [variable][case]
 };
 
 struct CorrelationPrint {

@@ -20,14 +20,13 @@
 #include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
-#include "standalone/procedures/complete_cases.h"
 #include "standalone/procedures/correlation_chart.h"
 #include "standalone/procedures/correlation_command.h"
 #include "standalone/procedures/correlation_table.h"
-#include "standalone/procedures/statistic_cell.h"
+#include "standalone/procedures/table_cells.h"
 #include "standalone/procedures/variable_list.h"
+#include "standalone/procedures/variable_statistics.h"
 #include "standalone/statistics/correlation_matrix.h"
-#include "standalone/statistics/moments.h"
 #include "standalone/statistics/rank_correlation.h"
 
 namespace genostat::standalone {
@@ -38,16 +37,13 @@ PivotTable momentsTable(const CorrelationList& list, Deletion deletion) {
   PivotTable table;
   table.title = translated("Descriptive Statistics");
   table.columns = {{translated("Mean"), {}}, {translated("Std. Deviation"), {}}, {"N", {}}};
-  const bool listwise = deletion == Deletion::Listwise;
-  const std::vector<bool> complete =
-      listwise ? completeCases(list.variables, list.variables.front()->numbers.size()) : std::vector<bool>();
-  for (const Column* column : list.variables) {
-    const Moments moments =
-        computeMoments(listwise ? valuesOfCases(*column, complete) : column->numbers, MomentDetail::Spread);
-    table.rows.push_back({column->name, {}});
-    table.cells.push_back({statisticCell(*column, moments.mean, 2),
-                           statisticCell(*column, moments.standardDeviation, 3),
-                           numberCell(static_cast<double>(moments.count), 0)});
+  const std::vector<Moments> moments = momentsOf(list.variables, deletion, MomentDetail::Spread);
+  for (std::size_t i = 0; i < moments.size(); ++i) {
+    const Column& column = *list.variables[i];
+    table.rows.push_back({column.name, {}});
+    table.cells.push_back({kMean.cell(column, moments[i].mean),
+                           kDeviation.cell(column, moments[i].standardDeviation),
+                           countCell(moments[i].count)});
   }
   return table;
 }
@@ -62,7 +58,7 @@ void runCorrelations(CommandContext& context) {
     if (request.descriptives) context.output.addTable(kProcedure, momentsTable(list, request.deletion));
     CorrelationTable table(translated("Correlations"), list, request.print, request.deletion);
     table.add({"", translated("Pearson Correlation"), request.products},
-              pearsonMatrix(list.values(), request.deletion));
+              pearsonMatrix(valuesOf(list.variables), request.deletion));
     context.output.addTable(kProcedure, table.finish());
     if (const auto chart = correlationChart(list, request.deletion)) {
       context.output.addChart(kProcedure, *chart);
@@ -74,7 +70,7 @@ void runNonparCorr(CommandContext& context) {
   const Dataset& dataset = requireActiveDataset(context);
   const CorrelationRequest request = parseCorrelationRequest(context, dataset, true);
   for (const CorrelationList& list : request.lists) {
-    const RankCorrelation ranks(list.values(), request.deletion);
+    const RankCorrelation ranks(valuesOf(list.variables), request.deletion);
     CorrelationTable table(translated("Nonparametric Correlations"), list, request.print, request.deletion);
     if (request.kendall)
       table.add({translated("Kendall's tau_b"), translated("Correlation Coefficient")}, ranks.kendall());

@@ -7,17 +7,15 @@
 
 #include <algorithm>
 #include <array>
-#include <bitset>
-#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
-#include "standalone/procedures/complete_cases.h"
-#include "standalone/procedures/statistic_cell.h"
+#include "standalone/procedures/table_cells.h"
 #include "standalone/procedures/variable_list.h"
-#include "standalone/statistics/moments.h"
+#include "standalone/procedures/variable_statistics.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -25,55 +23,14 @@ namespace genostat::standalone {
 namespace {
 
 // In the order of the table's columns.
-enum Statistic : std::size_t {
-  Range,
-  Minimum,
-  Maximum,
-  Sum,
-  Mean,
-  MeanError,
-  Deviation,
-  Variance,
-  Skewness,
-  Kurtosis,
-  StatisticCount
-};
-using Statistics = std::bitset<StatisticCount>;
-
-constexpr std::size_t kDefaultKeyword = StatisticCount;
-constexpr std::size_t kAllKeyword = StatisticCount + 1;
-constexpr std::array<std::string_view, StatisticCount + 2> kDescriptivesWords = {
-    "RANGE",  "MINIMUM",  "MAXIMUM",  "SUM",      "MEAN",    "SEMEAN",
-    "STDDEV", "VARIANCE", "SKEWNESS", "KURTOSIS", "DEFAULT", "ALL"};
-
-Statistics defaultStatistics() {
-  Statistics statistics;
-  for (const Statistic statistic : {Mean, Deviation, Minimum, Maximum}) {
-    statistics.set(statistic);
-  }
-  return statistics;
-}
+constexpr std::array kDescriptives = {kRange,     kMinimum,   kMaximum,  kSum,      kMean,
+                                      kMeanError, kDeviation, kVariance, kSkewness, kKurtosis};
 
 struct Request {
   std::vector<const Column*> variables;
-  Statistics statistics = defaultStatistics();
-  bool listwise = false;
+  std::vector<Statistic> statistics = usualStatistics(kDescriptives);
+  Deletion deletion = Deletion::Pairwise;
 };
-
-Statistics parseStatistics(TokenCursor& cursor) {
-  Statistics statistics;
-  while (!cursor.atSubcommandEnd()) {
-    const std::size_t keyword = cursor.expectKeyword(kDescriptivesWords, translated("statistic"));
-    if (keyword == kAllKeyword) {
-      statistics.set();
-    } else if (keyword == kDefaultKeyword) {
-      statistics |= defaultStatistics();
-    } else {
-      statistics.set(keyword);
-    }
-  }
-  return statistics.none() ? defaultStatistics() : statistics;
-}
 
 Request parseRequest(CommandContext& context, const Dataset& dataset) {
   enum Subcommand : std::size_t { VariablesSubcommand, StatisticsSubcommand, MissingSubcommand };
@@ -91,9 +48,9 @@ Request parseRequest(CommandContext& context, const Dataset& dataset) {
         TokenCursor::fail(translated("the variables are listed twice"), cursor.peek());
       request.variables = parseNumericVariables(context, dataset, cursor);
     } else if (*subcommand == StatisticsSubcommand) {
-      request.statistics = parseStatistics(cursor);
+      request.statistics = parseStatistics(cursor, kDescriptives, false);
     } else {
-      request.listwise = cursor.expectKeyword(kMissing) == 1;
+      request.deletion = cursor.expectKeyword(kMissing) == 1 ? Deletion::Listwise : Deletion::Pairwise;
     }
   }
   if (request.variables.empty())
@@ -107,59 +64,27 @@ struct Descriptions {
 };
 
 Descriptions describe(const Request& request, std::size_t caseCount) {
-  const bool shape = request.statistics.test(Skewness) || request.statistics.test(Kurtosis);
-  const MomentDetail detail = shape ? MomentDetail::Shape : MomentDetail::Spread;
+  const bool shape = std::ranges::any_of(
+      request.statistics, [](const Statistic& statistic) { return statistic.error != nullptr; });
   Descriptions results;
-  if (request.listwise) {
-    const std::vector<bool> complete = completeCases(request.variables, caseCount);
-    for (const Column* column : request.variables) {
-      results.moments.push_back(computeMoments(valuesOfCases(*column, complete), detail));
-    }
-    results.completeCount = results.moments.front().count;
-    return results;
-  }
+  results.moments =
+      momentsOf(request.variables, request.deletion, shape ? MomentDetail::Shape : MomentDetail::Spread);
+  results.completeCount = results.moments.front().count;
+  if (request.deletion == Deletion::Listwise) return results;
   std::vector<const Column*> incomplete;
-  for (const Column* column : request.variables) {
-    results.moments.push_back(computeMoments(column->numbers, detail));
-    if (results.moments.back().count < caseCount) incomplete.push_back(column);
+  for (std::size_t i = 0; i < request.variables.size(); ++i) {
+    if (results.moments[i].count < caseCount) incomplete.push_back(request.variables[i]);
   }
   const std::vector<bool> complete = completeCases(incomplete, caseCount);
   results.completeCount = static_cast<std::size_t>(std::ranges::count(complete, true));
   return results;
 }
 
-struct Shown {
-  std::string_view label;
-  std::optional<double> Moments::*value;
-  std::optional<double> Moments::*error;  // a standard error beside it, or null
-  int extraDecimals;                      // beyond the variable's own
-  bool ownDecimals;                       // false: decimals do not depend on the variable
-};
-
-constexpr std::array<Shown, StatisticCount> kShown = {{
-    {marked("Range"), &Moments::range, nullptr, 0, true},
-    {marked("Minimum"), &Moments::minimum, nullptr, 0, true},
-    {marked("Maximum"), &Moments::maximum, nullptr, 0, true},
-    {marked("Sum"), &Moments::sum, nullptr, 0, true},
-    {marked("Mean"), &Moments::mean, nullptr, 2, true},
-    {marked("Std. Error of Mean"), &Moments::meanError, nullptr, 3, true},
-    {marked("Std. Deviation"), &Moments::standardDeviation, nullptr, 3, true},
-    {marked("Variance"), &Moments::variance, nullptr, 3, true},
-    {marked("Skewness"), &Moments::skewness, &Moments::skewnessError, 3, false},
-    {marked("Kurtosis"), &Moments::kurtosis, &Moments::kurtosisError, 3, false},
-}};
-
-CellValue toCell(const Shown& shown, const Column& column, const std::optional<double>& value) {
-  if (shown.ownDecimals) return statisticCell(column, value, shown.extraDecimals);
-  return value ? numberCell(*value, shown.extraDecimals) : CellValue();
-}
-
-std::vector<Category> columnLabels(const Statistics& statistics) {
+std::vector<Category> columnLabels(const std::vector<Statistic>& statistics) {
   std::vector<Category> labels = {{"N", {}}};
-  for (std::size_t i = 0; i < StatisticCount; ++i) {
-    if (!statistics.test(i)) continue;
-    labels.push_back({translated(kShown[i].label), {}});
-    if (kShown[i].error != nullptr)
+  for (const Statistic& statistic : statistics) {
+    labels.push_back({translated(statistic.label), {}});
+    if (statistic.error != nullptr)
       labels.back().children = {{translated("Statistic"), {}}, {translated("Std. Error"), {}}};
   }
   return labels;
@@ -171,19 +96,17 @@ PivotTable buildTable(const Request& request, const Descriptions& results) {
   table.columns = columnLabels(request.statistics);
   for (std::size_t variable = 0; variable < request.variables.size(); ++variable) {
     const Column& column = *request.variables[variable];
-    const Moments& moments = results.moments[variable];
+    const VariableStatistics values{results.moments[variable], {}, {}, {}};
     table.rows.push_back({column.name, {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
-    cells.push_back(numberCell(static_cast<double>(moments.count), 0));
-    for (std::size_t i = 0; i < StatisticCount; ++i) {
-      if (!request.statistics.test(i)) continue;
-      const Shown& shown = kShown[i];
-      cells.push_back(toCell(shown, column, moments.*shown.value));
-      if (shown.error != nullptr) cells.push_back(toCell(shown, column, moments.*shown.error));
+    cells.push_back(countCell(values.count));
+    for (const Statistic& statistic : request.statistics) {
+      cells.push_back(statistic.cell(column, values.*statistic.value));
+      if (statistic.error != nullptr) cells.push_back(statistic.cell(column, values.*statistic.error));
     }
   }
   table.rows.push_back({translated("Valid N (listwise)"), {}});
-  table.cells.emplace_back().push_back(numberCell(static_cast<double>(results.completeCount), 0));
+  table.cells.emplace_back().push_back(countCell(results.completeCount));
   return table;
 }
 

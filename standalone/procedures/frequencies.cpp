@@ -18,8 +18,7 @@
 
 #include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
-#include "standalone/procedures/frequencies_output.h"
-#include "standalone/procedures/frequencies_request.h"
+#include "standalone/procedures/frequencies.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/syntax/token_cursor.h"
 
@@ -27,35 +26,9 @@ namespace genostat::standalone {
 
 namespace {
 
-constexpr std::array<std::string_view, FrequenciesRequest::StatisticCount + 3> kStatisticWords = {
-    "MEAN",     "SEMEAN", "MEDIAN", "MODE",    "STDDEV",  "CV",  "VARIANCE", "SKEWNESS", "SESKEW",
-    "KURTOSIS", "SEKURT", "RANGE",  "MINIMUM", "MAXIMUM", "SUM", "DEFAULT",  "ALL",      "NONE"};
-constexpr std::size_t kDefaultWord = FrequenciesRequest::StatisticCount;
-constexpr std::size_t kAllWord = kDefaultWord + 1;
-constexpr std::size_t kNoneWord = kDefaultWord + 2;
-
-FrequenciesRequest::Statistics parseStatisticWords(TokenCursor& cursor) {
-  FrequenciesRequest::Statistics usual;
-  for (const auto statistic : {FrequenciesRequest::Mean, FrequenciesRequest::Deviation,
-                               FrequenciesRequest::Minimum, FrequenciesRequest::Maximum}) {
-    usual.set(statistic);
-  }
-  if (cursor.atSubcommandEnd()) return usual;
-  FrequenciesRequest::Statistics statistics;
-  while (!cursor.atSubcommandEnd()) {
-    const std::size_t word = cursor.expectKeyword(kStatisticWords, translated("statistic"));
-    if (word == kAllWord) {
-      statistics.set();
-    } else if (word == kNoneWord) {
-      statistics.reset();
-    } else if (word == kDefaultWord) {
-      statistics |= usual;
-    } else {
-      statistics.set(word);
-    }
-  }
-  return statistics;
-}
+constexpr std::array kOfferedStatistics = {kMean,          kMeanError, kMedian,   kMode,          kDeviation,
+                                           kVariation,     kVariance,  kSkewness, kSkewnessError, kKurtosis,
+                                           kKurtosisError, kRange,     kMinimum,  kMaximum,       kSum};
 
 using Shares = std::map<double, Share>;  // by percent
 
@@ -120,60 +93,33 @@ void parseHistogram(TokenCursor& cursor, FrequenciesRequest& request) {
 }
 
 FrequenciesRequest parseFrequencies(const CommandContext& context, const Dataset& dataset) {
-  enum Subcommand : std::size_t {
-    Variables,
-    Format,
-    Tiles,
-    Percentiles,
-    StatisticList,
-    Histograms,
-    Order,
-    Missing
-  };
   static constexpr std::array<std::string_view, 8> kSubcommands = {
       "VARIABLES", "FORMAT", "NTILES", "PERCENTILES", "STATISTICS", "HISTOGRAM", "ORDER", "MISSING"};
   static constexpr std::array<std::string_view, 2> kOrders = {"ANALYSIS", "VARIABLE"};
   static constexpr std::array<std::string_view, 2> kMissing = {"EXCLUDE", "INCLUDE"};
   TokenCursor cursor(context.command);
-  const Token& name = cursor.next();
+  const Token& command = cursor.next();
   FrequenciesRequest request;
   Shares shares;
   // The list may follow the command's name.
   if (atBareVariableList(dataset, cursor, kSubcommands)) request.variables = parseVariables(dataset, cursor);
   while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
-    switch (*subcommand) {
-      case Variables:
-        if (!request.variables.empty())
-          TokenCursor::fail(translated("the variables are listed twice"), cursor.peek());
-        request.variables = parseVariables(dataset, cursor);
-        break;
-      case Format:
-        parseFormat(cursor, request);
-        break;
-      case Tiles:
-        parseTiles(cursor, shares);
-        break;
-      case Percentiles:
-        parsePercentiles(cursor, shares);
-        break;
-      case StatisticList:
-        request.statistics = parseStatisticWords(cursor);
-        break;
-      case Histograms:
-        parseHistogram(cursor, request);
-        break;
-      case Order:
-        request.byVariable = cursor.expectKeyword(kOrders) == 1;
-        break;
-      case Missing:
-        cursor.expectKeyword(kMissing);
-        break;
-      default:
-        break;
+    const std::string_view name = kSubcommands[*subcommand];
+    if (name == "VARIABLES") {
+      if (!request.variables.empty())
+        TokenCursor::fail(translated("the variables are listed twice"), cursor.peek());
+      request.variables = parseVariables(dataset, cursor);
     }
+    if (name == "FORMAT") parseFormat(cursor, request);
+    if (name == "NTILES") parseTiles(cursor, shares);
+    if (name == "PERCENTILES") parsePercentiles(cursor, shares);
+    if (name == "STATISTICS") request.statistics = parseStatistics(cursor, kOfferedStatistics, true);
+    if (name == "HISTOGRAM") parseHistogram(cursor, request);
+    if (name == "ORDER") request.byVariable = cursor.expectKeyword(kOrders) == 1;
+    if (name == "MISSING") cursor.expectKeyword(kMissing);
   }
   if (request.variables.empty())
-    TokenCursor::fail(translated("{1} names no variable", {"FREQUENCIES"}), name);
+    TokenCursor::fail(translated("{1} names no variable", {"FREQUENCIES"}), command);
   for (const auto& [percent, share] : shares) {
     request.percentiles.push_back(share);
   }

@@ -1,8 +1,6 @@
-#include "standalone/procedures/frequencies_output.h"
-
 #include <algorithm>
-#include <array>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,7 +8,9 @@
 #include "standalone/language/translation.h"
 #include "standalone/output/chart.h"
 #include "standalone/output/pivot_table.h"
-#include "standalone/procedures/statistic_cell.h"
+#include "standalone/procedures/frequencies.h"
+#include "standalone/procedures/table_cells.h"
+#include "standalone/procedures/variable_list.h"
 #include "standalone/procedures/variable_summary.h"
 
 namespace genostat::standalone {
@@ -19,48 +19,9 @@ namespace {
 
 constexpr std::string_view kFrequencies = "FREQUENCIES";
 
-struct StatisticRow {
-  std::string_view label;
-  int extraDecimals;  // beyond the variable's own
-  bool ownDecimals;   // false: decimals do not depend on the variable
-};
-
-constexpr std::array<StatisticRow, FrequenciesRequest::StatisticCount> kStatisticRows = {{
-    {marked("Mean"), 2, true},
-    {marked("Std. Error of Mean"), 3, true},
-    {marked("Median"), 2, true},
-    {marked("Mode"), 0, true},
-    {marked("Std. Deviation"), 3, true},
-    {marked("Coefficient of Variation (%)"), 3, false},
-    {marked("Variance"), 3, true},
-    {marked("Skewness"), 3, false},
-    {marked("Std. Error of Skewness"), 3, false},
-    {marked("Kurtosis"), 3, false},
-    {marked("Std. Error of Kurtosis"), 3, false},
-    {marked("Range"), 0, true},
-    {marked("Minimum"), 0, true},
-    {marked("Maximum"), 0, true},
-    {marked("Sum"), 0, true},
-}};
-
-CellValue frequencyCell(std::size_t count) {
-  return numberCell(static_cast<double>(count), 0);
-}
-
-CellValue shapeCell(const std::optional<double>& value, int decimals) {
-  return value ? numberCell(*value, decimals) : CellValue();
-}
-
 CellValue frequencyPercentCell(std::size_t part, std::size_t whole) {
   return whole == 0 ? CellValue()
                     : numberCell(100 * static_cast<double>(part) / static_cast<double>(whole), 1);
-}
-
-std::string withoutTrailingZeros(std::string text) {
-  if (text.find('.') == std::string::npos || text.find('e') != std::string::npos) return text;
-  text.erase(text.find_last_not_of('0') + 1);
-  if (text.back() == '.') text.pop_back();
-  return text;
 }
 
 // One column for each variable.
@@ -69,8 +30,8 @@ class StatisticsTable {
   explicit StatisticsTable(const FrequenciesRequest& request) : request_(request) {
     table_.title = translated("Statistics");
     table_.rows.push_back({"N", {{translated("Valid"), {}}, {translated("Missing"), {}}}});
-    for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
-      if (request.statistics.test(i)) table_.rows.push_back({translated(kStatisticRows[i].label), {}});
+    for (const Statistic& statistic : request.statistics) {
+      table_.rows.push_back({translated(statistic.label), {}});
     }
     if (!request.percentiles.empty()) table_.rows.push_back({translated("Percentiles"), percentileLabels()});
     table_.cells.resize(leafCount(table_.rows));
@@ -80,10 +41,10 @@ class StatisticsTable {
     const Column& variable = *summary.variable;
     table_.columns.push_back({variable.name, {}});
     auto row = table_.cells.begin();
-    (row++)->push_back(frequencyCell(summary.validCount));
-    (row++)->push_back(frequencyCell(summary.missingCount));
-    for (std::size_t i = 0; i < kStatisticRows.size(); ++i) {
-      if (request_.statistics.test(i)) (row++)->push_back(markedCell(summary, i));
+    (row++)->push_back(countCell(summary.validCount));
+    (row++)->push_back(countCell(summary.missingCount));
+    for (std::size_t i = 0; i < request_.statistics.size(); ++i) {
+      (row++)->push_back(markedCell(summary, i));
     }
     constexpr int kInterpolatedDecimals = 2;
     for (const std::optional<double>& percentile : summary.percentiles) {
@@ -102,41 +63,25 @@ class StatisticsTable {
     }
     std::vector<Category> labels;
     for (std::string& label : distinctLabels(percents, kPercentDecimals)) {
-      labels.push_back({withoutTrailingZeros(std::move(label)), {}});
+      labels.push_back({withoutTrailingZeros(std::move(label), 0), {}});
     }
     return labels;
   }
 
-  CellValue markedCell(const VariableSummary& summary, std::size_t statistic) {
-    const std::optional<double>& value = summary.statistics[statistic];
-    const StatisticRow& row = kStatisticRows[statistic];
-    CellValue cell = row.ownDecimals ? statisticCell(*summary.variable, value, row.extraDecimals)
-                                     : shapeCell(value, row.extraDecimals);
-    if (statistic == FrequenciesRequest::Mode && summary.severalModes)
-      cell.mark = markOf(translated("Multiple modes exist. The smallest value is shown."));
-    if (statistic == FrequenciesRequest::Variation && summary.statistics[FrequenciesRequest::Mean] == 0.0)
-      rowLabel(statistic).mark = markOf(translated("There is none where the mean is 0."));
+  CellValue markedCell(const VariableSummary& summary, std::size_t number) {
+    const Statistic& statistic = request_.statistics[number];
+    CellValue cell = statistic.cell(*summary.variable, summary.statistics.*statistic.value);
+    if (statistic.value == kMode.value && summary.severalModes)
+      cell.mark = markOf(table_.footnotes, translated("Multiple modes exist. The smallest value is shown."));
+    // The rows of the statistics come after the one of N.
+    if (statistic.value == kVariation.value && summary.statistics.mean == 0.0)
+      table_.rows[1 + number].mark =
+          markOf(table_.footnotes, translated("There is none where the mean is 0."));
     return cell;
-  }
-
-  Category& rowLabel(std::size_t statistic) {
-    return *std::ranges::find(table_.rows, translated(kStatisticRows[statistic].label), &Category::label);
-  }
-
-  // The letter of a footnote, which is added when it is new.
-  std::string markOf(const std::string& text) {
-    const auto known = std::ranges::find(notes_, text);
-    std::string mark(1, static_cast<char>('a' + (known - notes_.begin())));
-    if (known == notes_.end()) {
-      notes_.push_back(text);
-      table_.footnotes.push_back(mark + ". " + text);
-    }
-    return mark;
   }
 
   const FrequenciesRequest& request_;
   PivotTable table_;
-  std::vector<std::string> notes_;
 };
 
 void sortRows(std::vector<ValueRow>& rows, FrequenciesRequest::RowOrder order) {
@@ -171,35 +116,35 @@ PivotTable valuesTable(const VariableSummary& summary, FrequenciesRequest::RowOr
   for (ValueRow& row : rows) {
     cumulative += row.count;
     table.rows.front().children.push_back({std::move(row.label), {}});
-    table.cells.push_back({frequencyCell(row.count), frequencyPercentCell(row.count, all),
+    table.cells.push_back({countCell(row.count), frequencyPercentCell(row.count, all),
                            frequencyPercentCell(row.count, valid), frequencyPercentCell(cumulative, valid)});
   }
   if (!rows.empty()) {
     table.rows.front().children.push_back({translated("Total"), {}});
     table.cells.push_back(
-        {frequencyCell(valid), frequencyPercentCell(valid, all), frequencyPercentCell(valid, valid), {}});
+        {countCell(valid), frequencyPercentCell(valid, all), frequencyPercentCell(valid, valid), {}});
   }
   if (summary.missingCount > 0) {
     table.rows.push_back({translated("Missing"), {{translated("System"), {}}}});
     table.cells.push_back(
-        {frequencyCell(summary.missingCount), frequencyPercentCell(summary.missingCount, all), {}, {}});
+        {countCell(summary.missingCount), frequencyPercentCell(summary.missingCount, all), {}, {}});
   }
   if (rows.empty() || summary.missingCount > 0) {
     table.rows.push_back({translated("Total"), {}});
-    table.cells.push_back({frequencyCell(all), frequencyPercentCell(all, all), {}, {}});
+    table.cells.push_back({countCell(all), frequencyPercentCell(all, all), {}, {}});
   }
   return table;
 }
 
 Chart histogramOf(const VariableSummary& summary, bool normalCurve) {
-  const std::optional<double>& deviation = summary.statistics[FrequenciesRequest::Deviation];
+  const std::optional<double>& deviation = summary.statistics.standardDeviation;
   Histogram histogram;
   histogram.variable = summary.variable->name;
   histogram.firstEdge = summary.bins->firstEdge;
   histogram.binWidth = summary.bins->width;
   histogram.counts = summary.bins->counts;
   histogram.validCount = summary.validCount;
-  histogram.mean = summary.statistics[FrequenciesRequest::Mean];
+  histogram.mean = summary.statistics.mean;
   histogram.deviation = deviation;
   Chart chart{translated("Histogram of {1}", {histogram.variable}), {}, {}};
   if (normalCurve) {
@@ -237,13 +182,13 @@ void addHistogram(const VariableSummary& summary, const FrequenciesRequest& requ
 
 // That string variables have no statistics, where any are asked for.
 void addStringNote(const FrequenciesRequest& request, OutputDocument& output) {
-  if (request.statistics.none() && request.percentiles.empty() && !request.histograms) return;
-  std::string names;
-  for (const Column* variable : request.variables) {
-    if (variable->type == Column::Type::String) names += (names.empty() ? "" : ", ") + variable->name;
-  }
-  if (!names.empty())
-    output.addText("note", translated("string variables have no statistics and no histogram: {1}", {names}));
+  if (request.statistics.empty() && request.percentiles.empty() && !request.histograms) return;
+  std::vector<const Column*> strings;
+  std::ranges::copy_if(request.variables, std::back_inserter(strings),
+                       [](const Column* variable) { return variable->type == Column::Type::String; });
+  if (!strings.empty())
+    output.addText("note", translated("string variables have no statistics and no histogram: {1}",
+                                      {joinedNames(strings)}));
 }
 
 }  // namespace

@@ -42,11 +42,11 @@ std::vector<const Column*> regressionVariables(const RegressionRequest& request)
 }
 
 void warnOfNoCase(CommandContext& context, const RegressionRequest& request) {
-  std::string empty;
-  for (const Column* column : regressionVariables(request)) {
-    const bool valueless = std::ranges::all_of(column->numbers, [](double x) { return std::isnan(x); });
-    if (valueless) empty += (empty.empty() ? "" : ", ") + column->name;
-  }
+  std::vector<const Column*> variables = regressionVariables(request);
+  std::erase_if(variables, [](const Column* column) {
+    return !std::ranges::all_of(column->numbers, [](double x) { return std::isnan(x); });
+  });
+  const std::string empty = joinedNames(variables);
   context.warn({Diagnostic::Severity::Warning,
                 translated("no case has a value in all variables of the regression"), request.methodPlace,
                 empty.empty() ? empty : translated("without any value: {1}", {empty})});
@@ -131,10 +131,7 @@ void regress(CommandContext& context, const RegressionResult& result, std::size_
 void runRegression(CommandContext& context) {
   const Dataset& dataset = requireActiveDataset(context);
   const RegressionRequest request = parseRegression(context, dataset);
-  std::vector<std::span<const double>> variables;
-  for (const Column* column : regressionVariables(request)) {
-    variables.emplace_back(column->numbers);
-  }
+  const std::vector<std::span<const double>> variables = valuesOf(regressionVariables(request));
   const CrossProducts products = computeCrossProducts(variables);
   if (products.caseCount == 0) {
     warnOfNoCase(context, request);

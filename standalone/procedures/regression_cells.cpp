@@ -4,31 +4,20 @@
 #include <cmath>
 #include <utility>
 
+#include "standalone/procedures/table_cells.h"
+
 namespace genostat::standalone {
 
-std::string FootnoteList::mark(const std::string& text) {
-  const auto known = static_cast<std::size_t>(std::ranges::find(texts_, text) - texts_.begin());
-  std::string name;
-  for (std::size_t rest = known + 1; rest > 0; rest = (rest - 1) / 26) {
-    name.insert(name.begin(), static_cast<char>('a' + (rest - 1) % 26));
-  }
-  if (known == texts_.size()) {
-    texts_.push_back(text);
-    table_.footnotes.push_back(name + ". " + text);
-  }
-  return name;
-}
-
-FootnoteList beginTable(PivotTable& table, const RegressionResult& result, std::string title,
-                        std::string rowLabel) {
-  FootnoteList notes(table);
+PivotTable beginTable(const RegressionResult& result, std::string title, std::string rowLabel) {
+  PivotTable table;
   table.title = std::move(title);
-  table.titleMark = notes.mark(translated(result.request.throughOrigin
-                                              ? "Dependent variable: {1}; regression through the origin"
-                                              : "Dependent variable: {1}",
-                                          {result.dependent.name}));
+  table.titleMark =
+      markOf(table.footnotes, translated(result.request.throughOrigin
+                                             ? "Dependent variable: {1}; regression through the origin"
+                                             : "Dependent variable: {1}",
+                                         {result.dependent.name}));
   table.rowLabel = std::move(rowLabel);
-  return notes;
+  return table;
 }
 
 std::string predictorNames(const RegressionResult& result, const std::vector<std::size_t>& predictors) {
@@ -68,23 +57,6 @@ int decimalsForSizes(std::initializer_list<double> sizes) {
     decimals = std::max(decimals, std::min(needed, kMostDecimals));
   }
   return decimals;
-}
-
-CellValue cellOf(const std::optional<double>& value, int decimals) {
-  return value && std::isfinite(*value) ? numberCell(*value, decimals) : CellValue();
-}
-
-CellValue fractionCellOf(const std::optional<double>& value) {
-  return value && std::isfinite(*value) ? fractionCell(*value) : CellValue();
-}
-
-CellValue countCell(std::size_t count) {
-  return numberCell(static_cast<double>(count), 0);
-}
-
-CellValue withMark(CellValue cell, std::string mark) {
-  cell.mark = std::move(mark);
-  return cell;
 }
 
 }  // namespace genostat::standalone

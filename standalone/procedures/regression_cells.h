@@ -14,21 +14,8 @@
 
 namespace genostat::standalone {
 
-// Gives each text of a table its mark: a, b, ...; the same text always the same one.
-class FootnoteList {
- public:
-  explicit FootnoteList(PivotTable& table) : table_(table) {}
-
-  std::string mark(const std::string& text);
-
- private:
-  PivotTable& table_;
-  std::vector<std::string> texts_;
-};
-
-// Gives a new table its title, with the note on the dependent variable, and the label of its rows.
-FootnoteList beginTable(PivotTable& table, const RegressionResult& result, std::string title,
-                        std::string rowLabel = {});
+// A new table with its title, the note on the dependent variable, and the label of its rows.
+PivotTable beginTable(const RegressionResult& result, std::string title, std::string rowLabel = {});
 
 inline constexpr std::string_view kConstantName = marked("(Constant)");
 
@@ -43,11 +30,5 @@ std::string modelLabel(std::size_t step);
 
 // As many decimals as show two digits of the smallest of the sizes, but no fewer than three.
 int decimalsForSizes(std::initializer_list<double> sizes);
-
-// Blank for what does not exist, or lies beyond double's range.
-CellValue cellOf(const std::optional<double>& value, int decimals = 3);
-CellValue fractionCellOf(const std::optional<double>& value);
-CellValue countCell(std::size_t count);
-CellValue withMark(CellValue cell, std::string mark);
 
 }  // namespace genostat::standalone

@@ -9,6 +9,7 @@
 #include "standalone/output/number_format.h"
 #include "standalone/procedures/regression_cells.h"
 #include "standalone/procedures/regression_tables.h"
+#include "standalone/procedures/table_cells.h"
 #include "standalone/statistics/collinearity.h"
 
 namespace genostat::standalone {
@@ -76,10 +77,7 @@ std::vector<CellValue> coefficientRow(const RegressionResult& result, const Line
 }
 
 std::string confidenceLabel(double level) {
-  std::string percent = formatNumber(level * 100, {6, true});
-  while (percent.ends_with('0') && !percent.ends_with(".0")) {
-    percent.pop_back();
-  }
+  const std::string percent = withoutTrailingZeros(formatNumber(level * 100, {6, true}), 1);
   return translated("{1}% Confidence Interval for B", {percent});
 }
 
@@ -87,8 +85,7 @@ std::string confidenceLabel(double level) {
 
 PivotTable buildCoefficients(const RegressionResult& result) {
   const auto& statistics = result.request.statistics;
-  PivotTable table;
-  FootnoteList notes = beginTable(table, result, translated("Coefficients"), translated("Model"));
+  PivotTable table = beginTable(result, translated("Coefficients"), translated("Model"));
   table.columns = {{translated("Unstandardized Coefficients"), {{"B", {}}, {translated("Std. Error"), {}}}},
                    {translated("Standardized Coefficients"), {{translated("Beta"), {}}}},
                    {"t", {}},
@@ -112,7 +109,7 @@ PivotTable buildCoefficients(const RegressionResult& result) {
     if (!fit.constant && fit.predictors.empty()) continue;
     Category& model = table.rows.emplace_back(Category{modelLabel(i), {}});
     const std::string missing = missingTestsNote(fit);
-    if (!missing.empty()) model.mark = notes.mark(missing);
+    if (!missing.empty()) model.mark = markOf(table.footnotes, missing);
     if (fit.constant) {
       model.children.push_back({translated(kConstantName), {}});
       table.cells.push_back(coefficientRow(result, fit, std::nullopt));
@@ -126,9 +123,8 @@ PivotTable buildCoefficients(const RegressionResult& result) {
 }
 
 PivotTable buildCollinearityDiagnostics(const RegressionResult& result) {
-  PivotTable table;
-  FootnoteList notes =
-      beginTable(table, result, translated("Collinearity Diagnostics"), translated("Model, Dimension"));
+  PivotTable table =
+      beginTable(result, translated("Collinearity Diagnostics"), translated("Model, Dimension"));
   // A column for each predictor that some model has.
   std::vector<std::size_t> shown;
   for (const SelectionStep& step : result.selection.steps) {

@@ -6,6 +6,7 @@
 #include "standalone/language/translation.h"
 #include "standalone/procedures/regression_cells.h"
 #include "standalone/procedures/regression_tables.h"
+#include "standalone/procedures/table_cells.h"
 
 namespace genostat::standalone {
 
@@ -21,8 +22,7 @@ const LinearFit& lastFit(const RegressionResult& result) {
 }  // namespace
 
 PivotTable buildResidualStatistics(const RegressionResult& result, const ResidualSummary& residuals) {
-  PivotTable table;
-  FootnoteList notes = beginTable(table, result, translated("Residuals Statistics"));
+  PivotTable table = beginTable(result, translated("Residuals Statistics"));
   table.columns = {{translated("Minimum"), {}},
                    {translated("Maximum"), {}},
                    {translated("Mean"), {}},
@@ -44,7 +44,7 @@ PivotTable buildResidualStatistics(const RegressionResult& result, const Residua
   addRow(translated("Std. Predicted Value"), addressOf(residuals.standardizedPredicted));
   addRow(translated("Std. Residual"), addressOf(residuals.standardizedResidual));
   if (!residuals.standardizedResidual) {
-    table.rows.back().mark = notes.mark(translated("All residuals are zero"));
+    table.rows.back().mark = markOf(table.footnotes, translated("All residuals are zero"));
   }
   return table;
 }
@@ -52,18 +52,19 @@ PivotTable buildResidualStatistics(const RegressionResult& result, const Residua
 PivotTable buildPressTable(const RegressionResult& result, const ResidualSummary& residuals) {
   const LinearFit& fit = lastFit(result);
   PivotTable table;
-  FootnoteList notes(table);
   table.title = translated("Prediction Sum of Squares");
-  table.titleMark = notes.mark(translated(
-      "PRESS: the squared errors when each case is predicted by the regression on all other cases; its share "
-      "of the total sum of squares, taken from 1, is the predicted R Square"));
+  table.titleMark = markOf(
+      table.footnotes, translated("PRESS: the squared errors when each case is predicted by the regression "
+                                  "on all other cases; its share "
+                                  "of the total sum of squares, taken from 1, is the predicted R Square"));
   table.columns = {
       {"PRESS", {}}, {translated("Residual Sum of Squares"), {}}, {translated("Predicted R Square"), {}}};
   table.rows.push_back({result.dependent.name, {}});
   const int decimals = decimalsForSizes({fit.residualSquares});
   CellValue press = cellOf(residuals.press, decimals);
   if (!residuals.press) {
-    table.rows.back().mark = notes.mark(
+    table.rows.back().mark = markOf(
+        table.footnotes,
         translated("Without one of the cases the others do not determine the regression (a leverage of 1)"));
   }
   std::optional<double> predicted;

@@ -10,17 +10,14 @@
 
 #include "standalone/output/number_format.h"
 #include "standalone/procedures/regression_cells.h"
+#include "standalone/procedures/table_cells.h"
 
 namespace genostat::standalone {
 
 namespace {
 
 std::string fractionText(double number) {
-  std::string text = formatNumber(number, {4, false});
-  while (text.size() > 3 && text.ends_with('0')) {
-    text.pop_back();
-  }
-  return text;
+  return withoutTrailingZeros(formatNumber(number, {4, false}), number < 1 ? 2 : 1);
 }
 
 std::string methodText(const RegressionResult& result, const SelectionStep& step) {
@@ -89,9 +86,7 @@ std::string describeRefusals(const RegressionResult& result) {
 }
 
 PivotTable buildEnteredTable(const RegressionResult& result) {
-  PivotTable table;
-  FootnoteList notes =
-      beginTable(table, result, translated("Variables Entered/Removed"), translated("Model"));
+  PivotTable table = beginTable(result, translated("Variables Entered/Removed"), translated("Model"));
   table.columns = {{translated("Variables Entered"), {}},
                    {translated("Variables Removed"), {}},
                    {translated("Method"), {}}};
@@ -105,25 +100,26 @@ PivotTable buildEnteredTable(const RegressionResult& result) {
     }
     cells.push_back(textCell(methodText(result, step)));
     if (i == 0 && !refused.empty())
-      table.rows.back().mark = notes.mark(translated("Not entered: {1}", {refused}));
+      table.rows.back().mark = markOf(table.footnotes, translated("Not entered: {1}", {refused}));
   }
   if (result.system.caseCount() != result.datasetCases) {
     const std::string note =
         translated("{1} of {2} cases; the others have a missing value in one of the variables",
                    {std::to_string(result.system.caseCount()), std::to_string(result.datasetCases)});
-    table.titleMark += "," + notes.mark(note);
+    table.titleMark += "," + markOf(table.footnotes, note);
   }
   return table;
 }
 
 PivotTable buildModelSummary(const RegressionResult& result) {
   PivotTable table;
-  FootnoteList notes(table);
   table.title = translated("Model Summary");
   if (result.request.throughOrigin) {
-    table.titleMark = notes.mark(translated(
-        "Through the origin R Square is the share of the squares about zero, not about the mean, and not "
-        "comparable with that of a model with a constant"));
+    table.titleMark = markOf(
+        table.footnotes,
+        translated(
+            "Through the origin R Square is the share of the squares about zero, not about the mean, and not "
+            "comparable with that of a model with a constant"));
   }
   table.rowLabel = translated("Model");
   table.columns = {{"R", {}},
@@ -144,7 +140,8 @@ PivotTable buildModelSummary(const RegressionResult& result) {
     table.rows.push_back({modelLabel(i), {}});
     std::vector<CellValue>& cells = table.cells.emplace_back();
     const double rSquare = std::max(0.0, 1 - fit.residualShare);
-    cells.push_back(withMark(fractionCell(std::sqrt(rSquare)), notes.mark(predictorsNote(result, fit))));
+    cells.push_back(
+        withMark(fractionCell(std::sqrt(rSquare)), markOf(table.footnotes, predictorsNote(result, fit))));
     cells.push_back(fractionCell(rSquare));
     cells.push_back(fractionCellOf(fit.adjustedRSquare));
     const double error = fit.standardErrorEstimate.value_or(0);
@@ -155,8 +152,7 @@ PivotTable buildModelSummary(const RegressionResult& result) {
 }
 
 PivotTable buildRegressionAnova(const RegressionResult& result) {
-  PivotTable table;
-  FootnoteList notes = beginTable(table, result, translated("ANOVA"), translated("Model"));
+  PivotTable table = beginTable(result, translated("ANOVA"), translated("Model"));
   table.columns = {{translated("Sum of Squares"), {}},
                    {"df", {}},
                    {translated("Mean Square"), {}},
@@ -167,9 +163,9 @@ PivotTable buildRegressionAnova(const RegressionResult& result) {
     Category& model = table.rows.emplace_back(Category{modelLabel(i), {}});
     model.children = {
         {translated("Regression"), {}}, {translated("Residual"), {}}, {translated("Total"), {}}};
-    model.mark = notes.mark(predictorsNote(result, fit));
+    model.mark = markOf(table.footnotes, predictorsNote(result, fit));
     const std::string missing = missingTestsNote(fit);
-    if (!missing.empty()) model.mark += "," + notes.mark(missing);
+    if (!missing.empty()) model.mark += "," + markOf(table.footnotes, missing);
 
     const std::size_t explainedFreedom = fit.totalFreedom - fit.residualFreedom;
     const double explained = fit.totalSquares - fit.residualSquares;
@@ -194,8 +190,7 @@ PivotTable buildRegressionAnova(const RegressionResult& result) {
 }
 
 PivotTable buildExcludedTable(const RegressionResult& result) {
-  PivotTable table;
-  FootnoteList notes = beginTable(table, result, translated("Excluded Variables"), translated("Model"));
+  PivotTable table = beginTable(result, translated("Excluded Variables"), translated("Model"));
   table.columns = {{translated("Beta In"), {}},
                    {"t", {}},
                    {translated("Sig."), {}},
@@ -209,7 +204,7 @@ PivotTable buildExcludedTable(const RegressionResult& result) {
   const auto addModel = [&](const std::string& label, const LinearFit& fit) {
     if (fit.excluded.empty()) return;
     Category& model = table.rows.emplace_back(Category{label, {}});
-    model.mark = notes.mark(predictorsNote(result, fit));
+    model.mark = markOf(table.footnotes, predictorsNote(result, fit));
     for (const ExcludedCandidate& candidate : fit.excluded) {
       model.children.push_back({result.request.predictors[candidate.variable]->name, {}});
       std::vector<CellValue>& cells = table.cells.emplace_back();

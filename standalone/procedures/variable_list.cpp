@@ -1,8 +1,6 @@
 #include "standalone/procedures/variable_list.h"
 
 #include <algorithm>
-#include <string>
-#include <string_view>
 
 #include "common/text/ascii.h"
 #include "standalone/language/translation.h"
@@ -27,36 +25,18 @@ const Column& expectVariable(const Dataset& dataset, TokenCursor& cursor) {
                     nearest ? translated("did you mean {1}?", {*nearest}) : std::string());
 }
 
-// Collects variables, each once.
-class VariableSelection {
- public:
+struct VariableSelection {
+  std::vector<const Column*> variables;  // each once
+  std::vector<const Column*>
+      namedStrings;  // those of them that are string variables and not meant by ALL alone
+
   void add(const Column& column, bool named) {
-    if (std::ranges::find(all_, &column) == all_.end()) all_.push_back(&column);
-    if (column.type == Column::Type::Numeric) {
-      if (std::ranges::find(numeric_, &column) == numeric_.end()) numeric_.push_back(&column);
-    } else if (named && std::ranges::find(strings_, &column) == strings_.end()) {
-      strings_.push_back(&column);
-    }
+    const auto addOnce = [&](std::vector<const Column*>& list) {
+      if (std::ranges::find(list, &column) == list.end()) list.push_back(&column);
+    };
+    addOnce(variables);
+    if (named && column.type == Column::Type::String) addOnce(namedStrings);
   }
-
-  const std::vector<const Column*>& all() const { return all_; }
-  const std::vector<const Column*>& numeric() const { return numeric_; }
-  const std::vector<const Column*>& strings() const { return strings_; }
-
-  std::string stringsWarning() const {
-    std::string names;
-    for (const Column* column : strings_) {
-      names += (names.empty() ? "" : ", ") + column->name;
-    }
-    return translated(
-        strings_.size() == 1 ? "a string variable is left out: {1}" : "string variables are left out: {1}",
-        {names});
-  }
-
- private:
-  std::vector<const Column*> all_;
-  std::vector<const Column*> numeric_;
-  std::vector<const Column*> strings_;
 };
 
 // `first`, or `first TO last` in the dataset's order.
@@ -85,7 +65,7 @@ VariableSelection parseSelection(const Dataset& dataset, TokenCursor& cursor, st
   VariableSelection selection;
   while (!atListEnd()) {
     const Token& token = cursor.peek();
-    if (!stop.empty() && !selection.all().empty()) noteKeywords(token, {&stop, 1});
+    if (!stop.empty() && !selection.variables.empty()) noteKeywords(token, {&stop, 1});
     // A variable of that name goes before the keyword.
     if (token.kind == Token::Kind::Word && common::equalsIgnoreCase(token.text, "ALL") &&
         dataset.find("ALL") == nullptr) {
@@ -111,17 +91,40 @@ const Dataset& requireActiveDataset(const CommandContext& context) {
 std::vector<const Column*> parseNumericVariables(CommandContext& context, const Dataset& dataset,
                                                  TokenCursor& cursor, std::string_view stop) {
   const Token& begin = cursor.peek();
-  const VariableSelection selection = parseSelection(dataset, cursor, stop);
-  if (selection.numeric().empty()) TokenCursor::fail(translated("the list names no numeric variable"), begin);
-  if (!selection.strings().empty()) {
-    const Token& place = tokenNaming(begin, *selection.strings().front());
-    context.warn({Diagnostic::Severity::Warning, selection.stringsWarning(), place.range, {}});
+  VariableSelection selection = parseSelection(dataset, cursor, stop);
+  std::erase_if(selection.variables,
+                [](const Column* column) { return column->type == Column::Type::String; });
+  if (selection.variables.empty()) TokenCursor::fail(translated("the list names no numeric variable"), begin);
+  const std::vector<const Column*>& strings = selection.namedStrings;
+  if (!strings.empty()) {
+    context.warn({Diagnostic::Severity::Warning,
+                  translated(strings.size() == 1 ? "a string variable is left out: {1}"
+                                                 : "string variables are left out: {1}",
+                             {joinedNames(strings)}),
+                  tokenNaming(begin, *strings.front()).range,
+                  {}});
   }
-  return selection.numeric();
+  return std::move(selection.variables);
 }
 
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor) {
-  return parseSelection(dataset, cursor, {}).all();
+  return parseSelection(dataset, cursor, {}).variables;
+}
+
+std::string joinedNames(const std::vector<const Column*>& variables) {
+  std::string names;
+  for (const Column* variable : variables) {
+    names += (names.empty() ? "" : ", ") + variable->name;
+  }
+  return names;
+}
+
+std::vector<std::span<const double>> valuesOf(const std::vector<const Column*>& variables) {
+  std::vector<std::span<const double>> values;
+  for (const Column* variable : variables) {
+    values.emplace_back(variable->numbers);
+  }
+  return values;
 }
 
 bool atBareVariableList(const Dataset& dataset, const TokenCursor& cursor,

@@ -1,6 +1,8 @@
 // Lists of variables in commands: names, `first TO last`, ALL, with or without commas between.
 #pragma once
 
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,6 +24,12 @@ std::vector<const Column*> parseNumericVariables(CommandContext& context, const 
 
 // The same, with string variables.
 std::vector<const Column*> parseVariables(const Dataset& dataset, TokenCursor& cursor);
+
+// "x1, x2"
+std::string joinedNames(const std::vector<const Column*>& variables);
+
+// [variable][case]
+std::vector<std::span<const double>> valuesOf(const std::vector<const Column*>& variables);
 
 // Whether a list stands at the cursor, right after the command's name, rather than one of the subcommands. A
 // variable goes before an abbreviated subcommand, unless an equals sign follows.

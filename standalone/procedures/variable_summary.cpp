@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "standalone/output/number_format.h"
-#include "standalone/statistics/moments.h"
 #include "standalone/statistics/value_counts.h"
 
 namespace genostat::standalone {
@@ -20,7 +19,6 @@ std::string inFull(double value) {
   return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
 }
 
-// 100 s / m, with the mean's sign; none without a mean to measure by.
 std::optional<double> variationOf(const Moments& moments) {
   if (!moments.standardDeviation || !moments.mean || *moments.mean == 0) return std::nullopt;
   const double variation = 100 * (*moments.standardDeviation / *moments.mean);
@@ -29,25 +27,13 @@ std::optional<double> variationOf(const Moments& moments) {
 
 void fillStatistics(VariableSummary& summary, std::span<const double> sorted,
                     std::span<const ValueCount<double>> counts) {
-  const Moments moments = computeMoments(sorted);
-  auto& statistics = summary.statistics;
-  statistics[FrequenciesRequest::Mean] = moments.mean;
-  statistics[FrequenciesRequest::MeanError] = moments.meanError;
-  statistics[FrequenciesRequest::Deviation] = moments.standardDeviation;
-  statistics[FrequenciesRequest::Variation] = variationOf(moments);
-  statistics[FrequenciesRequest::Variance] = moments.variance;
-  statistics[FrequenciesRequest::Skewness] = moments.skewness;
-  statistics[FrequenciesRequest::SkewnessError] = moments.skewnessError;
-  statistics[FrequenciesRequest::Kurtosis] = moments.kurtosis;
-  statistics[FrequenciesRequest::KurtosisError] = moments.kurtosisError;
-  statistics[FrequenciesRequest::Range] = moments.range;
-  statistics[FrequenciesRequest::Minimum] = moments.minimum;
-  statistics[FrequenciesRequest::Maximum] = moments.maximum;
-  statistics[FrequenciesRequest::Sum] = moments.sum;
+  VariableStatistics& statistics = summary.statistics;
+  static_cast<Moments&>(statistics) = computeMoments(sorted);
+  statistics.variation = variationOf(statistics);
   if (sorted.empty()) return;
-  statistics[FrequenciesRequest::Median] = quantile(sorted, shareOfPercent(50));
+  statistics.median = quantile(sorted, shareOfPercent(50));
   const Mode<double> mode = findMode(counts);
-  statistics[FrequenciesRequest::Mode] = mode.value;
+  statistics.mode = mode.value;
   summary.severalModes = !mode.unique;
 }
 

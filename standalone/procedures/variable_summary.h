@@ -1,13 +1,12 @@
 // The numbers that FREQUENCIES shows of one variable.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "standalone/procedures/frequencies_request.h"
+#include "standalone/procedures/frequencies.h"
 #include "standalone/statistics/histogram_bins.h"
 
 namespace genostat::standalone {
@@ -22,8 +21,7 @@ struct VariableSummary {
   const Column* variable = nullptr;
   std::size_t validCount = 0;
   std::size_t missingCount = 0;
-  // By FrequenciesRequest::Statistic, whatever is asked for; empty: does not exist for the data.
-  std::array<std::optional<double>, FrequenciesRequest::StatisticCount> statistics;
+  VariableStatistics statistics;  // whatever is asked for
   bool severalModes = false;
   std::vector<std::optional<double>> percentiles;  // as in the request
   std::size_t distinctCount = 0;

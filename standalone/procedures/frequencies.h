@@ -1,41 +1,22 @@
-// What a FREQUENCIES command asks for.
+// What a FREQUENCIES command asks for, and the output that answers it.
 #pragma once
 
-#include <bitset>
 #include <cstddef>
 #include <vector>
 
 #include "standalone/data/dataset.h"
+#include "standalone/output/output_document.h"
+#include "standalone/procedures/variable_statistics.h"
 #include "standalone/statistics/quantiles.h"
 
 namespace genostat::standalone {
 
 struct FrequenciesRequest {
-  // In the order of the table's rows.
-  enum Statistic : std::size_t {
-    Mean,
-    MeanError,
-    Median,
-    Mode,
-    Deviation,
-    Variation,  // the coefficient of variation
-    Variance,
-    Skewness,
-    SkewnessError,
-    Kurtosis,
-    KurtosisError,
-    Range,
-    Minimum,
-    Maximum,
-    Sum,
-    StatisticCount
-  };
-  using Statistics = std::bitset<StatisticCount>;
   enum class RowOrder { AscendingValues, DescendingValues, AscendingCounts, DescendingCounts };
 
   std::vector<const Column*> variables;
-  Statistics statistics;
-  std::vector<Share> percentiles;  // ascending, each once
+  std::vector<Statistic> statistics;  // in the order of the table's rows
+  std::vector<Share> percentiles;     // ascending, each once
   bool tables = true;
   RowOrder rowOrder = RowOrder::AscendingValues;
   std::size_t mostRows = 1000;  // a variable with more distinct values has no table
@@ -43,5 +24,9 @@ struct FrequenciesRequest {
   bool normalCurves = false;
   bool byVariable = false;  // all output of a variable together
 };
+
+// Computes what is asked for and adds it to the output: a table of statistics, then for each
+// variable a table of its values and a histogram. Notes say what had to be left out.
+void showFrequencies(const FrequenciesRequest& request, OutputDocument& output);
 
 }  // namespace genostat::standalone
