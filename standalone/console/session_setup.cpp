@@ -79,7 +79,7 @@ void prepareOutputs(const RunOptions& options, ConsoleView& view, const std::str
   }
   const bool pageOnTerminal =
       options.output == OutputFormat::Html && !results && platform::standardOutputTerminal().isTerminal;
-  if (pageOnTerminal) throw UsageError(translated("--output html is nothing for a terminal; add --to FILE"));
+  if (pageOnTerminal) throw UsageError(translated("--output html does not suit a terminal; add --to FILE"));
   view.setFiles(std::move(results), std::move(report), title);
 }
 

@@ -154,7 +154,7 @@ void reload(const ImportRequest& request, std::size_t caseCount,
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(request.file, ignored))
     throw ImportError(
-        translated("a variable of texts and numbers is read twice, which takes a regular file"));
+        translated("a variable of texts and numbers is read twice, which needs a regular file"));
   const ImportPass pass(request, pointersTo(again));
   if (pass.caseCount() != caseCount) throw ImportError(translated("it was changed while it was read"));
   for (std::size_t i = 0; i < loaders.size(); ++i) {

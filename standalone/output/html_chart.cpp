@@ -118,7 +118,8 @@ std::string renderChartAsHtml(const Chart& given, std::string_view id) {
   Chart chart = given;
   const std::string summary = summarizeChart(given);
   const std::size_t step = std::visit([](auto& data) { return thinChart(data); }, chart.data);
-  if (step > 1) chart.notes.push_back(translated("Drawn: one of every {1} points.", {std::to_string(step)}));
+  if (step > 1)
+    chart.notes.push_back(translated("One of every {1} points is drawn.", {std::to_string(step)}));
   std::visit([](auto& data) { makePrintable(data); }, chart.data);
 
   std::string data;

@@ -48,11 +48,11 @@ std::optional<Chart> correlationChart(const CorrelationList& list, Deletion dele
   Chart chart;
   chart.title = translated("Scatter-plot matrix");
   if (drawn < list.variables.size()) {
-    chart.notes.push_back(translated("Drawn are the first {1} of {2} variables.",
+    chart.notes.push_back(translated("The first {1} of {2} variables are drawn.",
                                      {std::to_string(drawn), std::to_string(list.variables.size())}));
   }
   if (cases.size() > kMostCases) {
-    chart.notes.push_back(translated("Drawn are {1} of {2} cases, evenly chosen.",
+    chart.notes.push_back(translated("{1} of {2} cases are drawn, chosen evenly.",
                                      {std::to_string(kMostCases), std::to_string(cases.size())}));
     cases = chooseEvenly(cases);
   }

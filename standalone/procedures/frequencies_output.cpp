@@ -76,7 +76,7 @@ class StatisticsTable {
     // The rows of the statistics come after the one of N.
     if (statistic.value == kVariation.value && summary.statistics.mean == 0.0)
       table_.rows[1 + number].mark =
-          markOf(table_.footnotes, translated("There is none where the mean is 0."));
+          markOf(table_.footnotes, translated("There is no coefficient of variation where the mean is 0."));
     return cell;
   }
 

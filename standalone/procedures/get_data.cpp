@@ -137,7 +137,7 @@ void parseEncoding(TokenCursor& cursor) {
 std::size_t parseFirstCase(TokenCursor& cursor) {
   const Token& token = cursor.peek();
   const std::int32_t line = cursor.expectInteger(translated("the line of the first case"));
-  if (line < 1) TokenCursor::fail(translated("the lines of a file count from 1"), token);
+  if (line < 1) TokenCursor::fail(translated("the lines of a file are counted from 1"), token);
   return static_cast<std::size_t>(line);
 }
 

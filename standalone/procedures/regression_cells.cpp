@@ -38,9 +38,10 @@ std::string predictorsNote(const RegressionResult& result, const LinearFit& fit)
 
 std::string missingTestsNote(const LinearFit& fit) {
   if (fit.residualFreedom == 0)
-    return translated("As many coefficients as cases: nothing is left to test them by");
+    return translated("As many coefficients as cases: no degrees of freedom are left for tests");
   if (fit.exact)
-    return translated("The predictors determine the dependent variable exactly: nothing is left to test by");
+    return translated(
+        "The predictors determine the dependent variable exactly: there is no residual variance for tests");
   return {};
 }
 

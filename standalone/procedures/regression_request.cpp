@@ -231,7 +231,7 @@ void RegressionParser::resolveBlocks() {
     if (block.all) std::erase_if(block.variables, isDependent);
     if (block.variables.empty()) {
       TokenCursor::fail(translated("{1} names no variable", {"METHOD"}), *block.first,
-                        translated("expected the predictors behind the method"));
+                        translated("expected the predictors after the method"));
     }
     SelectionBlock& resolved = request_.blocks.emplace_back(SelectionBlock{block.method, {}});
     for (const Column* column : block.variables) {

@@ -118,8 +118,8 @@ PivotTable buildModelSummary(const RegressionResult& result) {
     table.titleMark = markOf(
         table.footnotes,
         translated(
-            "Through the origin R Square is the share of the squares about zero, not about the mean, and not "
-            "comparable with that of a model with a constant"));
+            "Through the origin, R Square is the share of the squares about zero, not about the mean; it "
+            "cannot be compared with that of a model with a constant"));
   }
   table.rowLabel = translated("Model");
   table.columns = {{"R", {}},

@@ -48,7 +48,7 @@ void addVariables(const Dataset& dataset, TokenCursor& cursor, VariableSelection
     const Token& token = cursor.peek();
     last = &expectVariable(dataset, cursor);
     if (last < first)
-      TokenCursor::fail(translated("{1} stands before {2} in the dataset", {last->name, first->name}), token);
+      TokenCursor::fail(translated("{1} comes before {2} in the dataset", {last->name, first->name}), token);
   }
   for (const Column* column = first; column <= last; ++column) {
     selection.add(*column, true);

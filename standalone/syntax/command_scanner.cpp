@@ -155,7 +155,7 @@ bool CommandScanner::Reader::skipGap() {
     } else if (isCommentAt(position_)) {
       const std::size_t end = commentEnd(position_);
       if (end == std::string_view::npos) {
-        fail(translated("this comment is not closed"), 2, translated("expected {1} behind it", {"\"*/\""}));
+        fail(translated("this comment is not closed"), 2, translated("expected {1} after it", {"\"*/\""}));
         return false;
       }
       const std::string_view comment = text_.substr(position_, end - position_);

@@ -21,7 +21,7 @@ bool beginsWithCurlyQuote(std::string_view text) {
 // What slips of the hand lead to a token that fits nowhere.
 std::string hintAt(const Token& token) {
   if (token.isSymbol('.')) return translated("a period ends a command only at the end of a line");
-  if (beginsWithCurlyQuote(token.text)) return translated("texts stand between straight quotes, ' or \"");
+  if (beginsWithCurlyQuote(token.text)) return translated("texts need straight quotes, ' or \"");
   return {};
 }
 

@@ -114,13 +114,13 @@ QcFormula parseFormula(std::string_view option, const std::string& text) {
   formula.dependent = reader.column(Wanted::Numbers).name;
   reader.next();
   if (reader.word() != "~")
-    reader.fail(translated("expected {1} behind the dependent column", {"~"}),
+    reader.fail(translated("expected {1} after the dependent column", {"~"}),
                 translated("as in {1}", {"'qc_score ~ GC'"}));
   do {
     reader.next();
     const common::ResultColumn& column = reader.column(Wanted::Numbers);
     if (column.name == formula.dependent)
-      reader.fail(translated("{1} stands on both sides", {formula.dependent}));
+      reader.fail(translated("{1} is on both sides", {formula.dependent}));
     if (std::ranges::find(formula.predictors, column.name) != formula.predictors.end())
       reader.fail(translated("{1} is named twice", {column.name}));
     formula.predictors.emplace_back(column.name);

@@ -202,7 +202,7 @@ WordOutcome runCall(const FirstWord& word, const Call& call) {
     const ShellArgument& first = call.arguments[action.mostArguments + 1];
     call.fail(translated("{1} takes no {2} here", {call.arguments.front().text, quoteForMessage(first.text)}),
               first,
-              action.mostArguments > 0 ? translated("a name with blanks stands in quotes") : std::string());
+              action.mostArguments > 0 ? translated("a name with blanks needs quotes") : std::string());
   }
   if (action.run == nullptr) return WordOutcome::Quit;
   action.run(call);

@@ -191,8 +191,8 @@ TEST_F(Commands, ScatterPlotsSayWhatTheyLeaveOut) {
   useData(csv);
   run("CORRELATIONS v1 TO v9.");
   ASSERT_EQ(items_.size(), 2U);
-  for (const char* part : {R"("kind":"scatterMatrix")", R"("Drawn are the first 8 of 9 variables.")",
-                           R"("Drawn are 1000 of 2002 cases, evenly chosen.")", "998.0,1001.0,1003.0"}) {
+  for (const char* part : {R"("kind":"scatterMatrix")", R"("The first 8 of 9 variables are drawn.")",
+                           R"("1000 of 2002 cases are drawn, chosen evenly.")", "998.0,1001.0,1003.0"}) {
     EXPECT_NE(items_[1].find(part), std::string::npos) << part << "\n" << items_[1].substr(0, 400);
   }
   run("CORRELATIONS v1 v2 /MISSING=LISTWISE.");

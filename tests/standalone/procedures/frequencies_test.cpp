@@ -183,7 +183,7 @@ Statistics
 |             | 100     |    500.00  |      | 0.000123 |
 +-------------+---------+------------+------+----------+
 a. Multiple modes exist. The smallest value is shown.
-b. There is none where the mean is 0.
+b. There is no coefficient of variation where the mean is 0.
 id has 1001 distinct values; the table of them is left out (/FORMAT=LIMIT(n) shows up to n, now 1000)
 
 none

@@ -252,9 +252,9 @@ TEST_F(RegressionCommand, RefusesWhatIsWrongInTheCommand) {
        "error at [name]: the dependent variable name is a string variable (a regression needs a numeric "
        "one)\n"},
       {"/DEPENDENT y /METHOD=ENTER ",
-       "error at [.]: METHOD names no variable (expected the predictors behind the method)\n"},
+       "error at [.]: METHOD names no variable (expected the predictors after the method)\n"},
       {"/VARIABLES y /METHOD=ENTER /DEPENDENT y",
-       "error at [/]: METHOD names no variable (expected the predictors behind the method)\n"},
+       "error at [/]: METHOD names no variable (expected the predictors after the method)\n"},
       {"/DEPENDENT y /METHOD=ENTER x1 y",
        "error at [y]: the dependent variable y cannot be a predictor as well\n"},
       {"/DEPENDENT y /METHOD=REMOVE x1",

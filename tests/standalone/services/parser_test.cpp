@@ -186,7 +186,7 @@ TEST(UniversalParser, SaysWhatIsWrongAndWhere) {
       {"GENOSTAT /DESC KURT|(|1).", "KURTOSIS takes no value"},
       {"GENOSTAT /JOB NAME=|b|.", "expected a text for NAME in quotes, found \"b\""},
       {"GENOSTAT /JOB NAME=|\u201Cb\u201D|.",
-       "expected a text for NAME in quotes, found \"\u201Cb\u201D\"; texts stand between straight quotes, ' "
+       "expected a text for NAME in quotes, found \"\u201Cb\u201D\"; texts need straight quotes, ' "
        "or \""},
       {"GENOSTAT /JOB|.| GENOSTAT /JOB.",
        "expected NAME, FILE, FOLDER or ADAPTERS, found \".\"; a period ends a command only at the end of a "
