@@ -7,7 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {

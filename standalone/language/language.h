@@ -25,4 +25,8 @@ struct Language {
 void setLanguage(Language language);
 const Language& language();
 
+// A language that nobody speaks, with the code "pseudo" and no table: "job '{1}' queued" is
+// "[ĵøƀ '{1}' ɋúéúéđ]". What is readable in it was not looked up.
+Language pseudoLanguage();
+
 }  // namespace genostat::standalone

@@ -1,7 +1,7 @@
-#include "standalone/language/pseudo_language.h"
-
 #include <array>
 #include <cstddef>
+
+#include "standalone/language/language.h"
 
 namespace genostat::standalone {
 

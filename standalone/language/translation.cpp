@@ -1,5 +1,7 @@
 #include "standalone/language/translation.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -15,6 +17,23 @@ Language& chosenLanguage() {
   static Language* const kept = new Language;
   return *kept;
 }
+
+// As POSIX systems word them in English.
+constexpr std::array<std::string_view, 15> kReasons = {marked("No such file or directory"),
+                                                       marked("Permission denied"),
+                                                       marked("Operation not permitted"),
+                                                       marked("No space left on device"),
+                                                       marked("Disk quota exceeded"),
+                                                       marked("Read-only file system"),
+                                                       marked("Is a directory"),
+                                                       marked("Not a directory"),
+                                                       marked("File exists"),
+                                                       marked("File too large"),
+                                                       marked("File name too long"),
+                                                       marked("Too many open files"),
+                                                       marked("Input/output error"),
+                                                       marked("Broken pipe"),
+                                                       marked("Bad file descriptor")};
 
 }  // namespace
 
@@ -47,6 +66,11 @@ std::string translatedCount(std::uint64_t count, std::string_view one, std::stri
   std::vector<std::string_view> all = {number};
   all.insert(all.end(), values.begin(), values.end());
   return common::filledText(translated(count == 1 ? one : many), all);
+}
+
+std::string translatedReason(std::string_view message) {
+  const bool isKnown = std::find(kReasons.begin(), kReasons.end(), message) != kReasons.end();
+  return isKnown ? translated(message) : std::string(message);
 }
 
 }  // namespace genostat::standalone

@@ -34,4 +34,9 @@ constexpr const char* marked(const char* english) {
   return english;
 }
 
+// Why the system refused something: its message in the user's language, as far as it is one of those that
+// users see: "no space left on device". Others, and those of systems that speak the user's language
+// themselves, stay as they are.
+std::string translatedReason(std::string_view message);
+
 }  // namespace genostat::standalone

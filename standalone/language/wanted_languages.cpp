@@ -3,17 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "common/text/ascii.h"
+
 namespace genostat::standalone {
 
 namespace {
 
 bool isAsciiLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-char inCase(char c, bool capital) {
-  if (!isAsciiLetter(c)) return c;
-  return static_cast<char>(capital ? c & ~0x20 : c | 0x20);
+  return common::lowerLetter(c) >= 'a' && common::lowerLetter(c) <= 'z';
 }
 
 std::string_view withoutEncoding(std::string_view locale) {
@@ -31,8 +28,8 @@ std::vector<std::string> languageNames(std::string_view locale) {
       continue;
     }
     // It becomes the name of a folder.
-    if (!isAsciiLetter(name[i]) && (i < separator || name[i] < '0' || name[i] > '9')) return {};
-    name[i] = inCase(name[i], i > separator);
+    if (!isAsciiLetter(name[i]) && (i < separator || !common::isDigit(name[i]))) return {};
+    name[i] = i > separator ? common::upperLetter(name[i]) : common::lowerLetter(name[i]);
   }
   if (separator < 2 || separator + 1 == name.size()) return {};
   if (separator == name.size()) return {name};

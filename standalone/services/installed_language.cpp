@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/path_text.h"
-#include "standalone/language/pseudo_language.h"
 #include "standalone/language/wanted_languages.h"
 #include "standalone/services/string_table_file.h"
 

@@ -8,7 +8,6 @@
 
 #include "common/text/wrapped_text.h"
 #include "platform/path_text.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {

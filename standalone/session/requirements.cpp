@@ -9,7 +9,6 @@
 #include "platform/path_text.h"
 #include "platform/process.h"
 #include "platform/running_program.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/keyword.h"
 

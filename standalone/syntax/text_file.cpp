@@ -9,7 +9,6 @@
 #include "common/files/nearest_path.h"
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {

@@ -13,7 +13,6 @@
 #include "platform/path_text.h"
 #include "platform/running_program.h"
 #include "standalone/console/session_options.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 

@@ -17,7 +17,6 @@
 #include "standalone/console/qc/request.h"
 #include "standalone/console/qc/view.h"
 #include "standalone/console/view/output_file.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 

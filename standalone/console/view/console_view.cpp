@@ -12,7 +12,6 @@
 #include "common/text/wrapped_text.h"
 #include "platform/terminal.h"
 #include "standalone/console/view/output_file.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/html_report.h"
 

@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include "platform/path_text.h"
-#include "standalone/language/system_reason.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/diagnostic.h"
 
