@@ -1,8 +1,9 @@
 // Command syntax, cut into commands.
 #pragma once
 
-#include <memory>
+#include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -40,15 +41,42 @@ ScanResult scanCommands(const SourcePtr& source);
 class CommandScanner {
  public:
   explicit CommandScanner(SourcePtr source);
-  ~CommandScanner();
 
   // None when the text holds no further command.
   std::optional<ScanResult::Item> next();
 
  private:
-  class Reader;
+  char at(std::size_t position) const { return position < text_.size() ? text_[position] : '\0'; }
+  bool atTextEnd() const { return position_ >= text_.size(); }
+  bool isCommentAt(std::size_t position) const { return at(position) == '/' && at(position + 1) == '*'; }
+  bool isNumberAt(std::size_t position) const;
 
-  std::unique_ptr<Reader> reader_;
+  std::size_t commentEnd(std::size_t position);
+  bool skipGap();
+  void skipCommand();
+  bool endsCommand(std::size_t period);
+  bool findCommand();
+  void readTokens();
+
+  void readToken();
+  void readString();
+  void readWord();
+  bool readNumber(std::size_t end);
+  bool signMayStand() const;
+  std::size_t runEnd(std::size_t position);
+
+  void add(Token::Kind kind, std::size_t end, std::string text, double number = 0);
+  void fail(std::string message, std::size_t length, std::string hint = {});
+
+  SourcePtr source_;
+  std::string_view text_;
+  std::size_t position_ = 0;
+  std::size_t line_ = 1;
+  bool commentsEnd_ = true;  // false when no comment from here on is closed
+
+  // The command that is being read.
+  std::vector<Token> tokens_;
+  std::optional<Diagnostic> error_;
 };
 
 }  // namespace genostat::standalone

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "common/text/ascii.h"
 #include "common/text/utf8.h"
 #include "standalone/language/translation.h"
 #include "standalone/syntax/command.h"
@@ -23,10 +24,6 @@ bool isBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 bool isSign(char c) {
   return c == '+' || c == '-';
 }
@@ -34,57 +31,22 @@ bool isSign(char c) {
 }  // namespace
 
 bool isWordByte(char c) {
-  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-         static_cast<unsigned char>(c) >= 0x80 || std::string_view("_.@#$").find(c) != std::string_view::npos;
+  const char lower = common::lowerLetter(c);
+  return common::isDigit(c) || (lower >= 'a' && lower <= 'z') || static_cast<unsigned char>(c) >= 0x80 ||
+         std::string_view("_.@#$").find(c) != std::string_view::npos;
 }
 
-class CommandScanner::Reader {
- public:
-  explicit Reader(SourcePtr source) : source_(std::move(source)) {
-    if (!source_) source_ = std::make_shared<const SourceText>();
-    text_ = source_->text;
-    if (text_.starts_with(common::kByteOrderMark)) position_ = common::kByteOrderMark.size();
-  }
+CommandScanner::CommandScanner(SourcePtr source) : source_(std::move(source)) {
+  if (!source_) source_ = std::make_shared<const SourceText>();
+  text_ = source_->text;
+  if (text_.starts_with(common::kByteOrderMark)) position_ = common::kByteOrderMark.size();
+}
 
-  std::optional<ScanResult::Item> next();
+bool CommandScanner::isNumberAt(std::size_t position) const {
+  return common::isDigit(at(position)) || (at(position) == '.' && common::isDigit(at(position + 1)));
+}
 
- private:
-  char at(std::size_t position) const { return position < text_.size() ? text_[position] : '\0'; }
-  bool atTextEnd() const { return position_ >= text_.size(); }
-  bool isCommentAt(std::size_t position) const { return at(position) == '/' && at(position + 1) == '*'; }
-  bool isNumberAt(std::size_t position) const {
-    return isDigit(at(position)) || (at(position) == '.' && isDigit(at(position + 1)));
-  }
-
-  std::size_t commentEnd(std::size_t position);
-  bool skipGap();
-  void skipCommand();
-  bool endsCommand(std::size_t period);
-  bool findCommand();
-  void readTokens();
-
-  void readToken();
-  void readString();
-  void readWord();
-  bool readNumber(std::size_t end);
-  bool signMayStand() const;
-  std::size_t runEnd(std::size_t position);
-
-  void add(Token::Kind kind, std::size_t end, std::string text, double number = 0);
-  void fail(std::string message, std::size_t length, std::string hint = {});
-
-  SourcePtr source_;
-  std::string_view text_;
-  std::size_t position_ = 0;
-  std::size_t line_ = 1;
-  bool commentsEnd_ = true;  // false when no comment from here on is closed
-
-  // The command that is being read.
-  std::vector<Token> tokens_;
-  std::optional<Diagnostic> error_;
-};
-
-std::optional<ScanResult::Item> CommandScanner::Reader::next() {
+std::optional<ScanResult::Item> CommandScanner::next() {
   tokens_.clear();
   error_.reset();
   if (!findCommand()) return std::nullopt;
@@ -97,7 +59,7 @@ std::optional<ScanResult::Item> CommandScanner::Reader::next() {
 }
 
 // Steps over blank lines, comments and lone periods. False when nothing follows them.
-bool CommandScanner::Reader::findCommand() {
+bool CommandScanner::findCommand() {
   for (;;) {
     while (skipGap()) {
     }
@@ -113,7 +75,7 @@ bool CommandScanner::Reader::findCommand() {
   }
 }
 
-void CommandScanner::Reader::readTokens() {
+void CommandScanner::readTokens() {
   for (;;) {
     readToken();
     if (error_) return;
@@ -134,7 +96,7 @@ void CommandScanner::Reader::readTokens() {
 }
 
 // Behind the comment that begins at `position`; npos when it is not closed.
-std::size_t CommandScanner::Reader::commentEnd(std::size_t position) {
+std::size_t CommandScanner::commentEnd(std::size_t position) {
   const std::size_t end = commentsEnd_ ? text_.find("*/", position + 2) : std::string_view::npos;
   commentsEnd_ = end != std::string_view::npos;
   return commentsEnd_ ? end + 2 : end;
@@ -142,7 +104,7 @@ std::size_t CommandScanner::Reader::commentEnd(std::size_t position) {
 
 // Steps over blanks, line ends and comments. True when it stopped after a blank line; a line
 // that holds a comment is not blank.
-bool CommandScanner::Reader::skipGap() {
+bool CommandScanner::skipGap() {
   bool blankSoFar = false;
   for (; !atTextEnd(); ++position_) {
     const char c = at(position_);
@@ -171,7 +133,7 @@ bool CommandScanner::Reader::skipGap() {
 
 // Steps over the rest of a comment command, or of one that cannot be read. Quotes mean nothing
 // here: a comment may hold an apostrophe, and after an open quote they are no guide.
-void CommandScanner::Reader::skipCommand() {
+void CommandScanner::skipCommand() {
   for (bool firstLine = true; !atTextEnd(); firstLine = false) {
     const std::size_t lineEnd = std::min(text_.find('\n', position_), text_.size());
     std::size_t last = lineEnd;
@@ -186,7 +148,7 @@ void CommandScanner::Reader::skipCommand() {
 }
 
 // Whether a period stands at `period` with nothing but blanks and comments after it on its line.
-bool CommandScanner::Reader::endsCommand(std::size_t period) {
+bool CommandScanner::endsCommand(std::size_t period) {
   if (at(period) != '.') return false;
   for (std::size_t position = period + 1; position < text_.size(); ++position) {
     if (text_[position] == '\n') return true;
@@ -202,7 +164,7 @@ bool CommandScanner::Reader::endsCommand(std::size_t period) {
   return true;
 }
 
-void CommandScanner::Reader::readToken() {
+void CommandScanner::readToken() {
   const char c = at(position_);
   if (c == '\'' || c == '"') return readString();
   if (isSign(c) && isNumberAt(position_ + 1) && signMayStand() && readNumber(runEnd(position_ + 1))) return;
@@ -211,7 +173,7 @@ void CommandScanner::Reader::readToken() {
 }
 
 // A literal ends on its line: an open quote then costs one command, not the rest of the text.
-void CommandScanner::Reader::readString() {
+void CommandScanner::readString() {
   const char quote = text_[position_];
   std::string value;
   for (std::size_t i = position_ + 1; i < text_.size() && text_[i] != '\n'; ++i) {
@@ -228,7 +190,7 @@ void CommandScanner::Reader::readString() {
 
 // A run of word characters is a number when all of it reads as one. Periods at its end belong
 // to a number (95.) but not to a name.
-void CommandScanner::Reader::readWord() {
+void CommandScanner::readWord() {
   const std::size_t end = runEnd(position_);
   if (isNumberAt(position_) && readNumber(end)) return;
   std::size_t wordEnd = end;
@@ -244,9 +206,9 @@ void CommandScanner::Reader::readWord() {
 
 // Reads the number between the position and `end`, or a little further when an exponent's sign
 // stands there. False when that is not a number, or not all of it.
-bool CommandScanner::Reader::readNumber(std::size_t end) {
+bool CommandScanner::readNumber(std::size_t end) {
   const bool exponent =
-      (text_[end - 1] == 'e' || text_[end - 1] == 'E') && isSign(at(end)) && isDigit(at(end + 1));
+      (text_[end - 1] == 'e' || text_[end - 1] == 'E') && isSign(at(end)) && common::isDigit(at(end + 1));
   if (exponent) end = runEnd(end + 1);
   const std::string_view typed = text_.substr(position_, end - position_);
   const std::string_view digits = typed.substr(typed[0] == '+' ? 1 : 0);
@@ -262,19 +224,19 @@ bool CommandScanner::Reader::readNumber(std::size_t end) {
 }
 
 // Directly after a value a sign is an operator: 5-3, but (-3), =-3 and 5 -3.
-bool CommandScanner::Reader::signMayStand() const {
+bool CommandScanner::signMayStand() const {
   if (tokens_.empty() || tokens_.back().range.end != position_) return true;
   return tokens_.back().kind == Token::Kind::Symbol && !tokens_.back().isSymbol(')');
 }
 
 // Behind the word characters from `position` on, without a period that ends the command.
-std::size_t CommandScanner::Reader::runEnd(std::size_t position) {
+std::size_t CommandScanner::runEnd(std::size_t position) {
   while (position < text_.size() && isWordByte(text_[position]))
     ++position;
   return endsCommand(position - 1) ? position - 1 : position;
 }
 
-void CommandScanner::Reader::add(Token::Kind kind, std::size_t end, std::string text, double number) {
+void CommandScanner::add(Token::Kind kind, std::size_t end, std::string text, double number) {
   if (tokens_.size() == kMaxTokens) {
     return fail(
         translated("this command is too long"), 1,
@@ -284,17 +246,9 @@ void CommandScanner::Reader::add(Token::Kind kind, std::size_t end, std::string 
   position_ = end;
 }
 
-void CommandScanner::Reader::fail(std::string message, std::size_t length, std::string hint) {
+void CommandScanner::fail(std::string message, std::size_t length, std::string hint) {
   error_ = Diagnostic{Diagnostic::Severity::Error, std::move(message),
                       SourceRange{source_, position_, position_ + length, line_}, std::move(hint)};
-}
-
-CommandScanner::CommandScanner(SourcePtr source) : reader_(std::make_unique<Reader>(std::move(source))) {}
-
-CommandScanner::~CommandScanner() = default;
-
-std::optional<ScanResult::Item> CommandScanner::next() {
-  return reader_->next();
 }
 
 ScanResult scanCommands(const SourcePtr& source) {

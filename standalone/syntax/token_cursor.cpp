@@ -114,18 +114,6 @@ std::optional<std::size_t> TokenCursor::nextSubcommand(Keywords subcommands) {
   return index;
 }
 
-std::optional<std::size_t> TokenCursor::findSubcommand(std::string_view keyword, Keywords subcommands) const {
-  TokenCursor cursor(command_);
-  while (!cursor.atEnd()) {
-    if (!cursor.next().isSymbol('/')) continue;
-    const auto index = cursor.acceptKeyword(subcommands);
-    if (!index || subcommands[*index] != keyword) continue;
-    cursor.acceptSymbol('=');
-    return cursor.position();
-  }
-  return std::nullopt;
-}
-
 void TokenCursor::fail(std::string message, const Token& token, std::string hint) {
   throw CommandError(
       Diagnostic{Diagnostic::Severity::Error, std::move(message), token.range, std::move(hint)});

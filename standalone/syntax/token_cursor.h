@@ -31,10 +31,6 @@ class TokenCursor {
   // At a slash or at the command's end: no further value of this subcommand follows.
   bool atSubcommandEnd() const { return atEnd() || peek().isSymbol('/'); }
 
-  // A place to come back to.
-  std::size_t position() const { return position_; }
-  void seek(std::size_t position) { position_ = position; }
-
   bool acceptSymbol(char symbol);
   bool acceptKeyword(std::string_view keyword);
   // The index of the keyword that stands here.
@@ -55,10 +51,6 @@ class TokenCursor {
   // keyword, and an equals sign after that. Its index in the list, or none at the command's end.
   // Anything that the caller has left unread before it is an error.
   std::optional<std::size_t> nextSubcommand(Keywords subcommands);
-
-  // The index of the token after "/KEYWORD" or "/KEYWORD=", searched from the command's
-  // first token on; for a subcommand that has to be read before the others.
-  std::optional<std::size_t> findSubcommand(std::string_view keyword, Keywords subcommands) const;
 
   // Throws CommandError at `token`.
   [[noreturn]] static void fail(std::string message, const Token& token, std::string hint = {});

@@ -19,9 +19,6 @@ std::string readGetData(std::string_view text) {
   std::string read;
   try {
     if (!cursor.acceptKeyword("GET") || !cursor.acceptKeyword("DATA")) cursor.failExpected("GET DATA");
-    if (const auto place = cursor.findSubcommand("FILE", kSubcommands)) {
-      read += "@" + cursor.peek(*place - cursor.position()).text + " ";
-    }
     while (const auto subcommand = cursor.nextSubcommand(kSubcommands)) {
       read += std::string(kSubcommands[*subcommand]) + ":";
       if (*subcommand == 0) read += cursor.expectName("a type");
@@ -43,10 +40,10 @@ TEST(TokenCursor, WalksACommand) {
     std::string_view read;
   };
   constexpr auto kRows = std::to_array<Row>({
-      {"GET DATA /TYPE=TXT /FILE=\"a b\" /FIRSTCASE=2 /MAP.", "@a b TYPE:TXT FILE:a b FIRSTCASE:2 MAP: "},
+      {"GET DATA /TYPE=TXT /FILE=\"a b\" /FIRSTCASE=2 /MAP.", "TYPE:TXT FILE:a b FIRSTCASE:2 MAP: "},
       {"get dat typ txt\n/first -1", "TYPE:txt FIRSTCASE:-1 "},
       {"GET DATA /FILE",
-       "@ FILE:run.syntax:1:15: error: expected a file name in quotes, found the end of the command"},
+       "FILE:run.syntax:1:15: error: expected a file name in quotes, found the end of the command"},
       {"GET.", "run.syntax:1:4: error: expected GET DATA, found the end of the command"},
       {"GET DATA /MAP x /MAP.",
        "MAP:? run.syntax:1:15: error: expected \"/\" or the end of the command, found \"x\""},
