@@ -58,9 +58,9 @@ TEST(ProgressDisplay, LeavesNothingBehind) {
         progress, out, [] { return std::size_t{60}; }, std::chrono::milliseconds(1));
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
   }
-  const std::string shown = "\r75 %  0.0 MB/s  1 of 2 samples  second.fq\x1b[K";
-  EXPECT_EQ(out.str().substr(0, shown.size()), shown);
-  EXPECT_TRUE(out.str().ends_with("\x1b[K\r\x1b[K"));
+  // The rate of so few bytes depends on the first millisecond.
+  EXPECT_THAT(out.str(), testing::MatchesRegex(
+                             "\r75 %  0\\.. MB/s  1 of 2 samples  second.fq\x1b\\[K.*\x1b\\[K\r\x1b\\[K"));
 }
 
 TEST(ResultJson, HoldsColumnsAndCurves) {

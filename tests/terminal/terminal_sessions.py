@@ -86,13 +86,19 @@ def progress_appears_and_is_gone(place):
 def progress_follows_the_width(place):
     with place.terminal(columns=60) as terminal:
         terminal.type(f'{QC} --home held; echo "[status $?]"')
+        def one_line_each(screen):
+            return all(len(re.findall(rf"^{name} .*\d+ %", screen, re.MULTILINE)) == 1
+                       for name in (r"Geno\S*", "  control", "  treated"))
+
+        def reads(screen):
+            return re.search(r"^  control .* (\S+) reads", screen, re.MULTILINE)[1]
+
         for columns in (60, 100, 40, 72):
             terminal.resize(columns, 24)
-            screen = terminal.wait_until(
-                lambda screen: len(re.findall(r"^Geno\S* .*\d+ %", screen, re.MULTILINE)) == 1 and
-                len(re.findall(r"^  control .*\d+ %", screen, re.MULTILINE)) == 1 and
-                len(re.findall(r"^  treated .*\d+ %", screen, re.MULTILINE)) == 1,
-                f"one line of the job and of each sample in {columns} columns")
+            wanted = f"one line of the job and of each sample in {columns} columns"
+            before = reads(terminal.wait_until(one_line_each, wanted))
+            # The lines may be those from before the resize: what has gone on since is drawn for the new width.
+            screen = terminal.wait_until(lambda screen: one_line_each(screen) and reads(screen) != before, wanted)
             check(max(map(len, screen.split("\n"))) <= columns, "lines fit", screen)
         place.go_on()
         check(terminal.wait_for_status() == 0, "the job succeeds")
