@@ -12,7 +12,6 @@
 #include <thread>
 #include <utility>
 
-#include "analysis/batch_pool.h"
 #include "analysis/fastq/chunk_source.h"
 #include "analysis/request/failure.h"
 #include "analysis/sample_run.h"

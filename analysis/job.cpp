@@ -25,6 +25,7 @@
 #include "analysis/request/samples.h"
 #include "common/cli/columns.h"
 #include "common/files/output_file.h"
+#include "common/files/part_file.h"
 #include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "common/text/printable_text.h"
@@ -49,28 +50,21 @@ void printLine(const char* kind, const std::string& text) {
   std::cerr << std::string(eraseBelow) + kind + ": " + common::printableText(text) + "\n" << std::flush;
 }
 
-// Runs a step that writes to `target`; a failure of it becomes one of the output.
-void writeOutput(const std::filesystem::path& target, const std::function<void()>& step) {
-  try {
-    step();
-  } catch (const std::runtime_error& error) {
-    const std::string path = platform::pathToUtf8(target);
-    throw Failure(ExitCode::OutputFailed, path, path + ": writing failed: " + error.what());
-  }
-}
-
 std::vector<ResultRow> rowsOf(const std::vector<Sample>& samples, const CrewOptions& options) {
   std::vector<SampleResult> results = measureSamples(samples, options);
   std::vector<ResultRow> rows;
   rows.reserve(samples.size());
   for (std::size_t i = 0; i < samples.size(); ++i) {
-    rows.push_back({samples[i].name, options.adapter.kind, std::move(results[i])});
+    const Sample& sample = samples[i];
+    const std::string file(sample.isStandardInput ? kStandardStream : sample.givenPath);
+    rows.push_back({sample.name, file, sample.fileName, options.adapter.kind, std::move(results[i])});
   }
   return rows;
 }
 
-// An output must not cost the reads themselves.
-void refuseInputs(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code) {
+// Finds early what would make an output fail, or cost the reads themselves: then the failure has this `code`.
+// The trial file does not stay: a job that is killed while it reads leaves nothing behind.
+void tryOutput(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code) {
   for (const Sample& sample : samples) {
     std::error_code different;
     if (std::filesystem::equivalent(target, sample.path, different)) {
@@ -78,6 +72,7 @@ void refuseInputs(const std::filesystem::path& target, const std::vector<Sample>
       throw Failure(code, path, path + ": this is one of the files to measure");
     }
   }
+  writeOutput(target, [&] { common::OutputFile trial(target); });
 }
 
 // Of all files together; 0 where one of them has no size.
@@ -92,22 +87,11 @@ std::uint64_t bytesOf(const std::vector<Sample>& samples) {
   return bytes;
 }
 
-std::vector<std::string> fileNamesOf(const std::vector<Sample>& samples) {
-  std::vector<std::string> names;
-  std::transform(samples.begin(), samples.end(), std::back_inserter(names),
-                 [](const Sample& sample) { return sample.fileName; });
-  return names;
-}
-
 // Measures the samples and writes the result file.
 std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
                                    CrewOptions options) {
-  refuseInputs(target, samples, ExitCode::OutputFailed);
-  // An impossible output is reported before hours of reading. The trial file does not stay: a job that is
-  // killed while it reads leaves nothing behind.
-  writeOutput(target, [&] { common::OutputFile trial(target); });
-  JobProgress progress;
-  progress.expect(bytesOf(samples), samples.size());
+  tryOutput(target, samples, ExitCode::OutputFailed);
+  JobProgress progress(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressFile progressFile(progress, target, {});
   std::vector<ResultRow> rows = rowsOf(samples, options);
@@ -117,11 +101,18 @@ std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const st
   return rows;
 }
 
+// As tryOutput, for a folder, which need not exist.
+void tryFolder(const std::filesystem::path& folder) {
+  writeOutput(folder, [&] { common::tryFolder(folder); });
+}
+
 // What the launcher's environment asks for beside the result. The job does not depend on it.
-void writeFastqcDataIfAsked(const std::vector<ResultRow>& rows, const std::vector<Sample>& samples) {
+void writeFastqcDataIfAsked(const std::vector<ResultRow>& rows) {
   try {
     const std::filesystem::path folder = platform::environmentPath("GENOSTAT_FASTQC_DATA");
-    if (!folder.empty()) FastqcFolder(folder).write(rows, fileNamesOf(samples));
+    if (folder.empty()) return;
+    tryFolder(folder);
+    writeFastqcFolder(folder, rows);
   } catch (const std::exception& error) {
     printLine("warning", error.what());
   }
@@ -168,14 +159,6 @@ Adapter adapterFromOption(std::string_view option) {
   return customAdapter(option);
 }
 
-// Finds early what would make an output fail or cost the reads themselves.
-void tryOutput(const std::string& place, const std::vector<Sample>& samples) {
-  if (place.empty() || place == kStandardStream) return;
-  const std::filesystem::path target = platform::pathFromUtf8(place);
-  refuseInputs(target, samples, ExitCode::WrongArguments);
-  writeOutput(target, [&] { common::OutputFile trial(target); });
-}
-
 // The second of two outputs in one file would replace the first.
 void refuseSharedOutput(const QcOptions& options) {
   if (options.csv.empty() || options.json.empty()) return;
@@ -207,14 +190,6 @@ void putOutput(const std::string& place, const std::string& text) {
   }
 }
 
-std::vector<std::string> filesOf(const std::vector<Sample>& samples) {
-  std::vector<std::string> files;
-  std::transform(samples.begin(), samples.end(), std::back_inserter(files), [](const Sample& sample) {
-    return sample.isStandardInput ? std::string(kStandardStream) : sample.givenPath;
-  });
-  return files;
-}
-
 // A wider line than the terminal's would be broken, and could not be rewritten.
 std::size_t progressWidth() {
   const int terminal = platform::standardErrorTerminal().width;
@@ -224,8 +199,7 @@ std::size_t progressWidth() {
 
 std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
   if (!platform::standardErrorTerminal().movesCursor) return rowsOf(samples, options);
-  JobProgress progress;
-  progress.expect(bytesOf(samples), samples.size());
+  JobProgress progress(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressDisplay display(progress, std::cerr, progressWidth);
   return rowsOf(samples, options);
@@ -246,9 +220,8 @@ ExitCode runRequest(std::string_view payload) {
         const Request request = parseRequest(payload);
         const std::vector<Sample> samples =
             request.folder ? samplesOfFolder(*request.folder) : samplesOfFiles(request.files);
-        const std::vector<ResultRow> rows =
-            analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter});
-        writeFastqcDataIfAsked(rows, samples);
+        writeFastqcDataIfAsked(
+            analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter}));
       },
       [&](const Failure& failure) {
         // Whoever waits for the job shows what the file says; it is not said twice.
@@ -265,14 +238,16 @@ ExitCode runQc(const QcOptions& options) {
         crew.threads = options.threads;
         refuseSharedOutput(options);
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
-        tryOutput(options.csv, samples);
-        tryOutput(options.json, samples);
-        std::optional<FastqcFolder> fastqc;
-        if (!options.fastqcData.empty()) fastqc.emplace(platform::pathFromUtf8(options.fastqcData));
+        for (const std::string& place : {options.csv, options.json}) {
+          if (place.empty() || place == kStandardStream) continue;
+          tryOutput(platform::pathFromUtf8(place), samples, ExitCode::WrongArguments);
+        }
+        const std::filesystem::path fastqc = platform::pathFromUtf8(options.fastqcData);
+        if (!fastqc.empty()) tryFolder(fastqc);
         const std::vector<ResultRow> rows = rowsWithProgress(samples, crew);
         if (!options.csv.empty()) putOutput(options.csv, resultCsv(rows));
-        if (!options.json.empty()) putOutput(options.json, resultJson(rows, filesOf(samples), crew.adapter));
-        if (fastqc) fastqc->write(rows, fileNamesOf(samples));
+        if (!options.json.empty()) putOutput(options.json, resultJson(rows, crew.adapter));
+        if (!fastqc.empty()) writeFastqcFolder(fastqc, rows);
       },
       printFailure);
 }

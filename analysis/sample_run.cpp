@@ -1,6 +1,7 @@
 #include "analysis/sample_run.h"
 
 #include <algorithm>
+#include <ranges>
 #include <span>
 #include <utility>
 #include <vector>
@@ -14,12 +15,8 @@ namespace {
 constexpr std::size_t kAhead = 4;
 
 std::vector<std::string> sequencesOf(const std::vector<Probe>& probes) {
-  std::vector<std::string> sequences;
-  sequences.reserve(probes.size());
-  for (const Probe& probe : probes) {
-    sequences.push_back(probe.sequence);
-  }
-  return sequences;
+  const auto sequences = probes | std::views::transform(&Probe::sequence);
+  return {sequences.begin(), sequences.end()};
 }
 
 void findLines(Batch& batch, const Kernels& kernels) {
@@ -105,14 +102,7 @@ SampleRun::Task SampleRun::fetch() {
   Task task;
   task.batch = pool_.take();
   task.ticket = tickets_++;
-  Chunk& chunk = task.batch->chunk;
-  task.last = !source_->fetch(chunk);
-  if (task.last) {
-    // The turn after the last chunk's: the file may have broken off inside a record.
-    chunk.size = 0;
-    chunk.blocks.clear();
-    chunk.defect.clear();
-  }
+  task.last = !source_->fetch(task.batch->chunk);
   if (progress_ != nullptr) {
     const std::uint64_t bytes = source_->bytesRead();
     progress_->addBytes(bytes - bytesTold_);

@@ -19,8 +19,9 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
+#include <vector>
 
-#include "analysis/batch_pool.h"
 #include "analysis/fastq/chunk_source.h"
 #include "analysis/fastq/record_cutter.h"
 #include "analysis/metrics/duplicate_table.h"
@@ -31,6 +32,27 @@
 #include "analysis/simd/probe_set.h"
 
 namespace genostat::analysis {
+
+// Batches whose memory is used again. Fresh pages cost more than what is written to them: a batch that has
+// done its work serves the next chunk, of the same sample or of another. Any thread.
+class BatchPool {
+ public:
+  std::unique_ptr<Batch> take() {
+    const std::scoped_lock lock(mutex_);
+    if (batches_.empty()) return std::make_unique<Batch>();
+    std::unique_ptr<Batch> batch = std::move(batches_.back());
+    batches_.pop_back();
+    return batch;
+  }
+  void give(std::unique_ptr<Batch> batch) {
+    const std::scoped_lock lock(mutex_);
+    batches_.push_back(std::move(batch));
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<Batch>> batches_;  // guarded by mutex_
+};
 
 class SampleRun {
  public:
@@ -56,7 +78,7 @@ class SampleRun {
   struct Task {
     std::unique_ptr<Batch> batch;
     std::uint64_t ticket = 0;  // its number in the file
-    bool last = false;         // no chunk follows; this one is empty
+    bool last = false;  // after the last chunk, and empty: the file may have broken off inside a record
   };
 
   // The following throw nothing but std::bad_alloc.

@@ -21,9 +21,7 @@ class StreamedChunks : public ChunkSource {
       : bytes_(std::move(bytes)), chunkSize_(chunkSize) {}
 
   bool fetch(Chunk& chunk) override {
-    chunk.size = 0;
-    chunk.blocks.clear();
-    chunk.defect.clear();
+    chunk.clear();
     if (ended_) return false;
     chunk.text.reserve(chunkSize_);
     chunk.size = bytes_->moveInto({chunk.text.data(), chunkSize_});

@@ -33,6 +33,12 @@ struct Chunk {
   // Why the text ends after this chunk although the file does not; empty when all is well. All text before
   // the defect is in the chunk.
   std::string defect;
+
+  void clear() {
+    size = 0;
+    blocks.clear();
+    defect.clear();
+  }
 };
 
 class ChunkSource {
@@ -43,7 +49,7 @@ class ChunkSource {
   virtual ~ChunkSource() = default;
 
   // Puts the next chunk into `chunk`, whose memory is used again; its text may be empty. False at the end and
-  // after a defect. Throws std::bad_alloc only.
+  // after a defect; then the chunk is empty. Throws std::bad_alloc only.
   virtual bool fetch(Chunk& chunk) = 0;
 
   // Makes the text of a fetched chunk complete; a defect met here shortens the text and is noted in the

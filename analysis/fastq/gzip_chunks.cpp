@@ -19,9 +19,7 @@ GzipChunks::GzipChunks(std::unique_ptr<ByteWindow> bytes, std::size_t chunkSize)
     : bytes_(std::move(bytes)), chunkSize_(chunkSize), packedGoal_(std::max(chunkSize / 2, kMaxBlockSize)) {}
 
 bool GzipChunks::fetch(Chunk& chunk) {
-  chunk.size = 0;
-  chunk.blocks.clear();
-  chunk.defect.clear();
+  chunk.clear();
   while (!ended_ && chunk.size < chunkSize_) {
     if (inMember_) {
       inflateMember(chunk);

@@ -79,7 +79,6 @@ bool DuplicateTable::holds(std::uint32_t number, const Key& key) const {
 }
 
 std::size_t DuplicateTable::find(const Key& key) const {
-  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
   const std::uint32_t tag = tagOf(key);
   for (std::size_t at = firstSlot(key);; at = (at + 1) & (kSlots - 1)) {
     const std::uint32_t slot = slots_[at];
@@ -107,16 +106,15 @@ void DuplicateTable::forEachKey(std::span<const Record> records, const std::uint
 }
 
 std::size_t DuplicateTable::collect(std::span<const Record> records) {
-  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
   std::size_t taken = 0;
   forEachKey(records, slots_.get(), [&](const Key& key) {
     std::uint32_t& slot = slots_[find(key)];
     if (slot == 0) {
-      StoredKey& stored = keys_[keyCount_];
+      StoredKey& stored = keys_[counts_.size()];
       std::memcpy(stored.text.data(), key.text, key.size);
       stored.size = static_cast<std::uint8_t>(key.size);
       counts_.push_back(0);
-      slot = tagOf(key) | static_cast<std::uint32_t>(++keyCount_);
+      slot = tagOf(key) | static_cast<std::uint32_t>(counts_.size());
     }
     ++counts_[(slot & kNumberMask) - 1];
     ++taken;
@@ -127,7 +125,6 @@ std::size_t DuplicateTable::collect(std::span<const Record> records) {
 }
 
 void DuplicateTable::count(std::span<const Record> records, Counts& counts) const {
-  constexpr std::uint32_t kNumberMask = (1U << kNumberBits) - 1;
   counts.resize(kMaxKeys);
   forEachKey(records, slots_.get(), [&](const Key& key) {
     const std::uint32_t slot = slots_[find(key)];
@@ -140,8 +137,8 @@ DuplicationCounts DuplicateTable::result(std::uint64_t reads, std::span<const Co
   DuplicationCounts result;
   result.reads = reads;
   result.limit = collected_;
-  result.keys.reserve(keyCount_);
-  for (std::size_t i = 0; i < keyCount_; ++i) {
+  result.keys.reserve(counts_.size());
+  for (std::size_t i = 0; i < counts_.size(); ++i) {
     std::uint64_t count = counts_[i];
     for (const Counts& part : parts) {
       if (!part.empty()) count += part[i];

@@ -25,7 +25,7 @@ class DuplicateTable {
   DuplicateTable();
 
   // Whether all keys are collected.
-  bool full() const { return keyCount_ == kMaxKeys; }
+  bool full() const { return counts_.size() == kMaxKeys; }
 
   // The next reads in file order. Returns how many of them were taken: fewer than given when the table became
   // full with the last one taken. Not when it is full already.
@@ -53,14 +53,14 @@ class DuplicateTable {
 
   static constexpr std::size_t kSlotBits = 18;
   static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
-  static constexpr unsigned kNumberBits =
-      17;  // of a key's number plus 1 in a slot; above it is the hash's tag
+  // Of a slot: a key's number plus 1; above it is the hash's tag.
+  static constexpr std::uint32_t kNumberMask = (1U << 17) - 1;
   static constexpr std::size_t kAtOnce = 32;
 
   static Key keyOf(const Record& record, UpperCase& upper);
   static std::size_t firstSlot(const Key& key) { return static_cast<std::size_t>(key.hash) & (kSlots - 1); }
   static std::uint32_t tagOf(const Key& key) {
-    return static_cast<std::uint32_t>(key.hash >> 32) & ~((1U << kNumberBits) - 1);
+    return static_cast<std::uint32_t>(key.hash >> 32) & ~kNumberMask;
   }
   bool holds(std::uint32_t number, const Key& key) const;
   // The slot that holds the key, or the empty one where it would go.
@@ -71,9 +71,8 @@ class DuplicateTable {
 
   std::unique_ptr<std::uint32_t[]> slots_;  // 0: empty
   std::unique_ptr<StoredKey[]> keys_;       // in the order of collection
-  std::size_t keyCount_ = 0;
-  std::uint64_t collected_ = 0;  // reads
-  Counts counts_;                // of the reads that were collected
+  std::uint64_t collected_ = 0;             // reads
+  Counts counts_;                           // of the reads that were collected, one for each key
 };
 
 }  // namespace genostat::analysis

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <string_view>
+#include <utility>
+
+#include "analysis/metrics/sums.h"
 
 namespace genostat::analysis {
 
@@ -37,6 +41,17 @@ double correctedKeys(std::uint64_t level, std::uint64_t keys, const DuplicationC
   return observed / (1 - missProbability(level, counts.reads, counts.limit, negligible));
 }
 
+constexpr double kListedPercent = 0.1;
+
+bool holds(std::string_view sequence, std::string_view probe) {
+  if (probe.find('N') == std::string_view::npos) return sequence.find(probe) != std::string_view::npos;
+  const auto matches = [](char base, char wanted) {
+    return base == wanted ||
+           (wanted == 'N' && std::string_view("ACGTN").find(base) != std::string_view::npos);
+  };
+  return std::search(sequence.begin(), sequence.end(), probe.begin(), probe.end(), matches) != sequence.end();
+}
+
 }  // namespace
 
 DuplicationSummary estimateDuplication(const DuplicationCounts& counts) {
@@ -67,6 +82,29 @@ DuplicationSummary estimateDuplication(const DuplicationCounts& counts) {
     bucket.readsPercent *= 100 / allReads;
   }
   return summary;
+}
+
+std::vector<OverrepresentedSequence> overrepresentedSequences(const DuplicationCounts& counts,
+                                                              const std::vector<Probe>& probes) {
+  // What was asked for goes before what is known.
+  std::vector<Probe> origins = probes;
+  for (Probe& known : probesOf({})) {
+    const auto isKnown = [&](const Probe& other) { return other.name == known.name; };
+    if (std::none_of(probes.begin(), probes.end(), isKnown)) origins.push_back(std::move(known));
+  }
+
+  std::vector<OverrepresentedSequence> found;
+  for (const auto& [key, reads] : counts.keys) {
+    const double percent = percentOf(reads, counts.reads);
+    if (!(percent > kListedPercent)) continue;
+    const auto origin = std::find_if(origins.begin(), origins.end(), [&sequence = key](const Probe& probe) {
+      return holds(sequence, probe.sequence);
+    });
+    found.push_back({std::string(key), reads, percent, origin == origins.end() ? "" : origin->name});
+  }
+  std::stable_sort(found.begin(), found.end(),
+                   [](const auto& a, const auto& b) { return a.reads > b.reads; });
+  return found;
 }
 
 }  // namespace genostat::analysis

@@ -10,9 +10,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "analysis/metrics/adapters.h"
 
 namespace genostat::analysis {
 
@@ -42,5 +45,18 @@ struct DuplicationSummary {
 };
 
 DuplicationSummary estimateDuplication(const DuplicationCounts& counts);
+
+// A single sequence that makes up a noticeable part of the reads.
+struct OverrepresentedSequence {
+  std::string sequence;  // the first characters of its reads
+  std::uint64_t reads = 0;
+  double percent = 0;  // of all reads
+  std::string origin;  // the adapter that it holds; empty when none is known
+};
+
+// Those above 0.1 % of all reads, the most frequent first, then in order of the file. An origin is looked for
+// among `probes` first, then among all known ones.
+std::vector<OverrepresentedSequence> overrepresentedSequences(const DuplicationCounts& counts,
+                                                              const std::vector<Probe>& probes);
 
 }  // namespace genostat::analysis

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numeric>
 
 #include "analysis/metrics/sample_counts.h"
+#include "analysis/metrics/sums.h"
 
 namespace genostat::analysis {
 
@@ -15,11 +15,6 @@ constexpr std::array<std::uint64_t, 5> kQuantiles = {10, 25, 50, 75, 90};
 constexpr std::uint64_t kTooFew = 100;  // bases for quantiles
 constexpr std::size_t kLowestCode = '!';
 
-template <std::size_t size>
-void addAll(std::array<std::uint64_t, size>& sums, const std::array<std::uint64_t, size>& counts) {
-  std::transform(counts.begin(), counts.end(), sums.begin(), sums.begin(), std::plus<>());
-}
-
 // The lowest code at which at least `count` have been met, counting from the lowest.
 std::uint64_t codeReaching(const QualityCounts& counts, std::uint64_t count) {
   std::uint64_t met = 0;
@@ -28,10 +23,6 @@ std::uint64_t codeReaching(const QualityCounts& counts, std::uint64_t count) {
     if (met >= count && met > 0) return code;
   }
   return 0;
-}
-
-double percent(std::uint64_t part, std::uint64_t whole) {
-  return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
 }
 
 }  // namespace
@@ -94,10 +85,10 @@ std::vector<GroupProfile> PositionProfile::groups(int phredOffset) const {
     const std::uint64_t known =
         sums.bases[kBaseA] + sums.bases[kBaseC] + sums.bases[kBaseG] + sums.bases[kBaseT];
     if (known > 0) {
-      one.bases = {percent(sums.bases[kBaseA], known), percent(sums.bases[kBaseC], known),
-                   percent(sums.bases[kBaseG], known), percent(sums.bases[kBaseT], known)};
+      one.bases = {percentOf(sums.bases[kBaseA], known), percentOf(sums.bases[kBaseC], known),
+                   percentOf(sums.bases[kBaseG], known), percentOf(sums.bases[kBaseT], known)};
     }
-    one.nPercent = percent(sums.bases[kBaseN], known + sums.bases[kBaseN] + sums.bases[kBaseOther]);
+    one.nPercent = percentOf(sums.bases[kBaseN], known + sums.bases[kBaseN] + sums.bases[kBaseOther]);
   }
   return profile;
 }

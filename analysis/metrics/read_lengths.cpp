@@ -1,7 +1,8 @@
 #include "analysis/metrics/read_lengths.h"
 
 #include <algorithm>
-#include <functional>
+
+#include "analysis/metrics/sums.h"
 
 namespace genostat::analysis {
 
@@ -15,8 +16,7 @@ void ReadLengths::addToGrown(std::uint64_t length) {
 }
 
 void ReadLengths::merge(const ReadLengths& other) {
-  if (table_.size() < other.table_.size()) table_.resize(other.table_.size());
-  std::transform(other.table_.begin(), other.table_.end(), table_.begin(), table_.begin(), std::plus<>());
+  addAll(table_, other.table_);
   for (const auto& [length, count] : other.longer_) {
     longer_[length] += count;
   }

@@ -6,9 +6,10 @@
 #include <cstdint>
 
 #include "analysis/metrics/adapters.h"
-#include "analysis/metrics/gc_counts.h"
+#include "analysis/metrics/gc_content.h"
 #include "analysis/metrics/position_counts.h"
 #include "analysis/metrics/read_lengths.h"
+#include "analysis/metrics/sums.h"
 #include "analysis/metrics/tiles.h"
 
 namespace genostat::analysis {
@@ -17,7 +18,15 @@ namespace genostat::analysis {
 struct SampleCounts {
   explicit SampleCounts(std::size_t probes) : adapters(probes) {}
 
-  void merge(const SampleCounts& other);
+  void merge(const SampleCounts& other) {
+    lengths.merge(other.lengths);
+    addAll(meanQualities, other.meanQualities);
+    gc.merge(other.gc);
+    adapters.merge(other.adapters);
+    tiles.merge(other.tiles);
+    addAll(lastQualities, other.lastQualities);
+    lowComplexityReads += other.lowComplexityReads;
+  }
 
   ReadLengths lengths;
   // Reads that have bases by floor(sum of their quality codes / length).

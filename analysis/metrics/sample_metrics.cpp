@@ -50,9 +50,7 @@ bool SampleMetrics::addShare(Share& share, const TileScheme& tiles) {
 SampleCounts SampleMetrics::takeCounts() {
   SampleCounts counts = std::move(counts_);
   for (const auto& part : ends_) {
-    for (std::size_t code = 0; code < kQualityCodes; ++code) {
-      counts.lastQualities[code] += part[code];
-    }
+    addAll(counts.lastQualities, part);
   }
   return counts;
 }

@@ -8,14 +8,13 @@
 #include <optional>
 #include <vector>
 
-#include "analysis/metrics/adapter_content.h"
+#include "analysis/metrics/adapters.h"
 #include "analysis/metrics/duplication.h"
-#include "analysis/metrics/gc_model.h"
-#include "analysis/metrics/overrepresented.h"
+#include "analysis/metrics/gc_content.h"
 #include "analysis/metrics/position_counts.h"
 #include "analysis/metrics/position_profile.h"
 #include "analysis/metrics/read_lengths.h"
-#include "analysis/metrics/tile_quality.h"
+#include "analysis/metrics/tiles.h"
 #include "analysis/metrics/verdict.h"
 
 namespace genostat::analysis {

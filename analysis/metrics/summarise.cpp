@@ -1,15 +1,12 @@
 #include "analysis/metrics/summarise.h"
 
 #include <algorithm>
-#include <numeric>
+
+#include "analysis/metrics/sums.h"
 
 namespace genostat::analysis {
 
 namespace {
-
-double percentOf(std::uint64_t part, std::uint64_t whole) {
-  return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
-}
 
 // Files of the older encoding hold nothing below its Phred 0.
 int offsetOf(const QualityCounts& qualities) {
@@ -23,18 +20,12 @@ Verdict judgeMeanQualities(const QualityCounts& reads, int phredOffset) {
   const auto mode = std::max_element(reads.begin(), reads.end());
   if (*mode == 0) return Verdict::None;
   const auto phred = mode - reads.begin() - phredOffset;
-  if (phred <= 20) return Verdict::Fail;
-  return phred <= 27 ? Verdict::Warn : Verdict::Pass;
+  return judgeBelow(static_cast<double>(phred), 28, 21);
 }
 
 Verdict judgeLengths(const LengthSummary& lengths) {
   if (lengths.shortest == 0) return Verdict::Fail;
   return lengths.shortest == lengths.longest ? Verdict::Pass : Verdict::Warn;
-}
-
-Verdict judgeDuplication(double deduplicatedPercent) {
-  if (deduplicatedPercent < 50) return Verdict::Fail;
-  return deduplicatedPercent < 70 ? Verdict::Warn : Verdict::Pass;
 }
 
 Verdict judgeOverrepresented(const std::vector<OverrepresentedSequence>& mostFrequentFirst) {
@@ -68,7 +59,7 @@ void judge(SampleResult& result) {
       result.gc ? judgeAbove(result.gc->deviation, 15, 30) : Verdict::Pass;
   verdicts[Check::PerBaseNContent] = judgeN(result.profile);
   verdicts[Check::SequenceLengthDistribution] = judgeLengths(result.lengths);
-  verdicts[Check::SequenceDuplicationLevels] = judgeDuplication(result.duplication.deduplicatedPercent);
+  verdicts[Check::SequenceDuplicationLevels] = judgeBelow(result.duplication.deduplicatedPercent, 70, 50);
   verdicts[Check::OverrepresentedSequences] = judgeOverrepresented(result.overrepresented);
   verdicts[Check::AdapterContent] = result.adapters.verdict;
   verdicts[Check::PerTileSequenceQuality] = result.tiles.verdict;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <functional>
+#include <cmath>
 #include <system_error>
+
+#include "analysis/metrics/sums.h"
 
 namespace genostat::analysis {
 
@@ -22,6 +24,35 @@ std::optional<int> integerOf(std::string_view text) {
   const auto [stop, error] = std::from_chars(text.data(), end, value);
   if (error != std::errc() || stop != end) return std::nullopt;
   return value;
+}
+
+constexpr double kWarnPhred = 5;
+constexpr double kFailPhred = 10;
+
+// Each group's mean of its positions' means; 0 where the tile has no bases.
+std::vector<double> groupMeans(const TileCounts::Tile& tile, const std::vector<PositionGroup>& groups,
+                               int phredOffset) {
+  std::uint64_t reads = 0;
+  for (const auto& [length, count] : tile.byLength) {
+    reads += count;
+  }
+  auto ended = tile.byLength.begin();
+  std::vector<double> means;
+  means.reserve(groups.size());
+  for (const PositionGroup& group : groups) {
+    const std::uint64_t last = std::min<std::uint64_t>(group.last, tile.sums.size());
+    double sum = 0;
+    for (std::uint64_t position = group.first; position <= last; ++position) {
+      for (; ended->first < position; ++ended) {
+        reads -= ended->second;
+      }
+      sum += static_cast<double>(tile.sums[static_cast<std::size_t>(position - 1)]) /
+                 static_cast<double>(reads) -
+             phredOffset;
+    }
+    means.push_back(last < group.first ? 0 : sum / static_cast<double>(last - group.first + 1));
+  }
+  return means;
 }
 
 }  // namespace
@@ -86,9 +117,7 @@ void TileCounts::merge(const TileCounts& other) {
     Tile* const mine = find(number);
     if (mine == nullptr) return;
     const Tile& others = other.tiles_[place];
-    if (mine->sums.size() < others.sums.size()) mine->sums.resize(others.sums.size());
-    std::transform(others.sums.begin(), others.sums.end(), mine->sums.begin(), mine->sums.begin(),
-                   std::plus<>());
+    addAll(mine->sums, others.sums);
     for (const auto& [length, reads] : others.byLength) {
       mine->byLength[length] += reads;
     }
@@ -101,6 +130,38 @@ std::map<int, const TileCounts::Tile*> TileCounts::tiles() const {
     sorted[number] = &tiles_[place];
   }
   return sorted;
+}
+
+TileQuality tileQuality(const TileCounts& counts, int phredOffset) {
+  const auto tiles = counts.tiles();
+  std::size_t longest = 0;
+  for (const auto& [number, tile] : tiles) {
+    longest = std::max(longest, tile->sums.size());
+  }
+  TileQuality quality;
+  if (tiles.empty()) return quality;
+  quality.groups = positionGroups(longest);
+
+  std::vector<std::vector<double>> means;
+  std::vector<double> sums(quality.groups.size());
+  for (const auto& [number, tile] : tiles) {
+    means.push_back(groupMeans(*tile, quality.groups, phredOffset));
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+      sums[i] += means.back()[i];
+    }
+  }
+  auto tileMeans = means.begin();
+  for (const auto& [number, tile] : tiles) {
+    TileDeviations& deviations = quality.tiles.emplace_back(TileDeviations{number, {}});
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+      const double deviation = (*tileMeans)[i] - sums[i] / static_cast<double>(tiles.size());
+      quality.largest = std::max(quality.largest, std::abs(deviation));
+      deviations.phred.push_back(static_cast<float>(deviation));
+    }
+    ++tileMeans;
+  }
+  quality.verdict = judgeAbove(quality.largest, kWarnPhred, kFailPhred);
+  return quality;
 }
 
 }  // namespace genostat::analysis

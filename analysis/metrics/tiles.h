@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "analysis/metrics/position_groups.h"
+#include "analysis/metrics/verdict.h"
 #include "analysis/simd/kernels.h"
 
 namespace genostat::analysis {
@@ -67,5 +69,23 @@ class TileCounts {
   int lastTile_ = 0;
   std::size_t lastPlace_ = 0;
 };
+
+// By group of TileQuality::groups: mean Phred value of the tile less that of all tiles.
+struct TileDeviations {
+  int tile = 0;
+  std::vector<float> phred;
+};
+
+// How the tiles differ in quality: bubbles, smears and dirt show as single tiles that are worse than the
+// others.
+struct TileQuality {
+  std::vector<PositionGroup> groups;  // of the sampled reads
+  std::vector<TileDeviations> tiles;  // by number; empty when there is nothing to judge
+  double largest = 0;                 // deviation to either side
+  Verdict verdict = Verdict::None;
+};
+
+// `phredOffset` is the code of Phred 0.
+TileQuality tileQuality(const TileCounts& counts, int phredOffset);
 
 }  // namespace genostat::analysis

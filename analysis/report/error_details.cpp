@@ -1,36 +1,24 @@
 #include "analysis/report/error_details.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
+#include <utility>
 
-#include "common/text/utf8.h"
+#include "analysis/report/json_text.h"
 
 namespace genostat::analysis {
 
 namespace {
 
-struct Placeholder {
-  ExitCode code;
-  const char* name;
-};
-
 // General is missing here: its text is completed by the sentence itself.
-constexpr std::array kPlaceholders = {
-    Placeholder{ExitCode::FileNotFound, "FILE_PATH"},
-    Placeholder{ExitCode::InvalidFastq, "FILE_NAME"},
-    Placeholder{ExitCode::PermissionDenied, "RESOURCE_PATH"},
-    Placeholder{ExitCode::NoFastqFiles, "FOLDER_PATH"},
-    Placeholder{ExitCode::OutputFailed, "OUTPUT_PATH"},
-    Placeholder{ExitCode::InvalidAdapter, "ADAPTER_SEQUENCE"},
-    Placeholder{ExitCode::OutOfMemory, "RESOURCE_NAME"},
-};
-
-void writeText(rapidjson::Writer<rapidjson::StringBuffer>& writer, std::string_view text) {
-  const std::string repaired = common::toValidUtf8(text);
-  writer.String(repaired.data(), static_cast<rapidjson::SizeType>(repaired.size()));
-}
+constexpr std::array<std::pair<ExitCode, const char*>, 7> kPlaceholders = {{
+    {ExitCode::FileNotFound, "FILE_PATH"},
+    {ExitCode::InvalidFastq, "FILE_NAME"},
+    {ExitCode::PermissionDenied, "RESOURCE_PATH"},
+    {ExitCode::NoFastqFiles, "FOLDER_PATH"},
+    {ExitCode::OutputFailed, "OUTPUT_PATH"},
+    {ExitCode::InvalidAdapter, "ADAPTER_SEQUENCE"},
+    {ExitCode::OutOfMemory, "RESOURCE_NAME"},
+}};
 
 }  // namespace
 
@@ -39,19 +27,14 @@ std::string errorDetailsPath(std::string_view resultPath) {
 }
 
 std::string errorDetails(const Failure& failure) {
-  rapidjson::StringBuffer json;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(json);
-  writer.StartObject();
-  for (const Placeholder& placeholder : kPlaceholders) {
-    if (placeholder.code == failure.code()) {
-      writer.Key(placeholder.name);
-      writeText(writer, failure.subject());
+  JsonText json;
+  json.object([&] {
+    for (const auto& [code, name] : kPlaceholders) {
+      if (code == failure.code()) json.member(name, failure.subject());
     }
-  }
-  writer.Key("ERROR_MESSAGE");
-  writeText(writer, failure.what());
-  writer.EndObject();
-  return std::string(json.GetString(), json.GetSize());
+    json.member("ERROR_MESSAGE", failure.what());
+  });
+  return json.text();
 }
 
 }  // namespace genostat::analysis

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,23 +16,15 @@ struct FastqcPlace {
   std::string fileName;  // as it was given, with the number of a repeated sample
 };
 
-// One place for each sample, all different, also where upper and lower case are one: of samples with the same
-// name the second one is called "<sample>.2". `fileNames` begin with the names of the samples.
-std::vector<FastqcPlace> fastqcPlaces(const std::vector<std::string>& samples,
-                                      const std::vector<std::string>& fileNames);
+// One place for each row, all different, also where upper and lower case are one: of samples with the same
+// name the second one is called "<sample>.2". File names begin with the names of the samples.
+std::vector<FastqcPlace> fastqcPlaces(const std::vector<ResultRow>& rows);
 
-class FastqcFolder {
- public:
-  // The folder need not exist; neither is it made yet. Throws a Failure (OutputFailed) when nothing could be
-  // written there.
-  explicit FastqcFolder(std::filesystem::path folder);
+// Writes <folder>/<sample>_fastqc/fastqc_data.txt for each row, each file whole or not at all. Throws a
+// Failure (OutputFailed).
+void writeFastqcFolder(const std::filesystem::path& folder, const std::vector<ResultRow>& rows);
 
-  // Writes <folder>/<sample>_fastqc/fastqc_data.txt for each row, each file whole or not at all. Throws a
-  // Failure (OutputFailed).
-  void write(const std::vector<ResultRow>& rows, const std::vector<std::string>& fileNames) const;
-
- private:
-  std::filesystem::path folder_;
-};
+// Runs a step that writes to `target`; a std::runtime_error of it becomes a Failure (OutputFailed).
+void writeOutput(const std::filesystem::path& target, const std::function<void()>& step);
 
 }  // namespace genostat::analysis

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <stop_token>
 #include <utility>
 
 #include "common/text/number_text.h"
@@ -24,12 +26,6 @@ std::string timeLeftText(const JobProgress::State& state, double seconds) {
 }
 
 }  // namespace
-
-void JobProgress::expect(std::uint64_t bytes, std::size_t samples) {
-  const std::lock_guard lock(mutex_);
-  ended_.bytesTotal = bytes;
-  ended_.samples = samples;
-}
 
 SampleProgress& JobProgress::begin(const std::string& name, std::uint64_t size) {
   const std::lock_guard lock(mutex_);
@@ -75,35 +71,43 @@ std::string progressLine(const JobProgress::State& state, double seconds, std::s
   return std::string(common::cutToWidth(line, static_cast<int>(width)));
 }
 
+std::jthread startTicking(std::chrono::milliseconds first, std::chrono::milliseconds next,
+                          std::function<bool(double seconds)> step) {
+  using Clock = std::chrono::steady_clock;
+  return std::jthread([=, start = Clock::now(), step = std::move(step)](const std::stop_token& stop) {
+    std::mutex mutex;
+    std::condition_variable_any wake;
+    std::unique_lock lock(mutex);
+    const auto elapses = [&](std::chrono::milliseconds time) {
+      wake.wait_for(lock, stop, time, [] { return false; });
+      return !stop.stop_requested();
+    };
+    for (auto time = first; elapses(time); time = next) {
+      if (!step(std::chrono::duration<double>(Clock::now() - start).count())) return;
+    }
+  });
+}
+
 ProgressDisplay::ProgressDisplay(const JobProgress& progress, std::ostream& out,
                                  std::function<std::size_t()> width, std::chrono::milliseconds interval)
     : progress_(progress),
       out_(out),
       width_(std::move(width)),
-      interval_(interval),
-      start_(std::chrono::steady_clock::now()),
-      thread_([this] { run(); }) {}
+      ticker_(startTicking(interval, interval, [this](double seconds) {
+        show(seconds);
+        return true;
+      })) {}
 
 ProgressDisplay::~ProgressDisplay() {
-  {
-    const std::lock_guard lock(mutex_);
-    ended_ = true;
-  }
-  wake_.notify_one();
-  thread_.join();
+  ticker_ = {};
+  if (shown_) out_ << '\r' << kEraseRest << std::flush;
 }
 
-void ProgressDisplay::run() {
-  bool shown = false;
-  std::unique_lock lock(mutex_);
-  while (!wake_.wait_for(lock, interval_, [this] { return ended_; })) {
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
-    // The last column stays free: some terminals begin a new line as soon as it is filled.
-    const std::size_t room = std::max<std::size_t>(width_(), 1) - 1;
-    out_ << '\r' + progressLine(progress_.state(), elapsed.count(), room) + kEraseRest << std::flush;
-    shown = true;
-  }
-  if (shown) out_ << '\r' << kEraseRest << std::flush;
+void ProgressDisplay::show(double seconds) {
+  // The last column stays free: some terminals begin a new line as soon as it is filled.
+  const std::size_t room = std::max<std::size_t>(width_(), 1) - 1;
+  out_ << '\r' + progressLine(progress_.state(), seconds, room) + kEraseRest << std::flush;
+  shown_ = true;
 }
 
 }  // namespace genostat::analysis

@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -41,12 +40,14 @@ class SampleProgress {
 // What is done so far of a job. Any thread.
 class JobProgress {
  public:
-  JobProgress() = default;
+  // `bytes` is the size of all files as they are stored, 0 where it cannot be known.
+  JobProgress(std::uint64_t bytes, std::size_t samples) {
+    ended_.bytesTotal = bytes;
+    ended_.samples = samples;
+  }
   JobProgress(const JobProgress&) = delete;
   JobProgress& operator=(const JobProgress&) = delete;
 
-  // Before the first sample begins: the size of all files as they are stored. 0 where it cannot be known.
-  void expect(std::uint64_t bytes, std::size_t samples);
   // `size` is that of its file as stored, 0 where it is not known. What is returned lasts until end().
   SampleProgress& begin(const std::string& name, std::uint64_t size);
   // Nobody reports to the sample any more.
@@ -79,6 +80,12 @@ class JobProgress {
 // "42 %  1210 MB/s  3.25M reads  0:12 left  3 of 96 samples  a.fastq, b.fastq".
 std::string progressLine(const JobProgress::State& state, double seconds, std::size_t width);
 
+// Calls `step` with the seconds since now, from a thread of its own: after `first`, then each time after
+// `next`, until it returns false or the thread is asked to stop. Throws std::system_error where there is no
+// thread.
+std::jthread startTicking(std::chrono::milliseconds first, std::chrono::milliseconds next,
+                          std::function<bool(double seconds)> step);
+
 // Shows a job's progress as one line that is rewritten, from a thread of its own, and is gone when the
 // display ends. `progress` and `out` must outlive it. `width` gives the terminal's columns, which may
 // change meanwhile.
@@ -91,17 +98,13 @@ class ProgressDisplay {
   ~ProgressDisplay();
 
  private:
-  void run();
+  void show(double seconds);
 
   const JobProgress& progress_;
   std::ostream& out_;
   const std::function<std::size_t()> width_;
-  const std::chrono::milliseconds interval_;
-  const std::chrono::steady_clock::time_point start_;
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  bool ended_ = false;  // guarded by mutex_
-  std::thread thread_;
+  bool shown_ = false;  // used by the thread, then by the destructor
+  std::jthread ticker_;
 };
 
 }  // namespace genostat::analysis

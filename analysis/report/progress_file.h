@@ -2,9 +2,7 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <filesystem>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -33,20 +31,15 @@ class ProgressFile {
   ProgressFile& operator=(const ProgressFile&) = delete;
 
  private:
-  void run();
-  bool isForeign() const;
-  bool waitFor(std::chrono::milliseconds time);
-  void update();
+  // False when the file is somebody else's.
+  bool update(double seconds);
 
   const JobProgress& progress_;
-  const std::filesystem::path file_;
-  const Pace pace_;
-  const std::chrono::steady_clock::time_point start_;
-  bool written_ = false;  // used by the thread, then by the destructor
-  std::mutex mutex_;
-  std::condition_variable wake_;
-  bool ended_ = false;  // guarded by mutex_
-  std::thread thread_;
+  std::filesystem::path file_;
+  // Used by the thread, then by the destructor.
+  bool known_ = false;  // to be this job's to write
+  bool written_ = false;
+  std::jthread ticker_;
 };
 
 // Removes the progress files in a folder that have not changed for so long that their writers must be dead.

@@ -11,7 +11,9 @@
 namespace genostat::analysis {
 
 struct ResultRow {
-  std::string sample;  // its name
+  std::string sample;    // its name
+  std::string file;      // as the user gave it
+  std::string fileName;  // without folder
   AdapterKind adapter = AdapterKind::None;
   SampleResult result;
 };

@@ -1,89 +1,13 @@
 #include "analysis/report/result_json.h"
 
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
 #include <array>
-#include <cmath>
 #include <cstddef>
-#include <cstdint>
 
-#include "analysis/metrics/sample_result.h"
-#include "common/text/number_text.h"
-#include "common/text/utf8.h"
+#include "analysis/report/json_text.h"
 
 namespace genostat::analysis {
 
 namespace {
-
-// Puts values into the document, one overload for each type that results are
-// made of.
-class JsonText {
- public:
-  void value(std::string_view text) {
-    const std::string repaired = common::toValidUtf8(text);
-    writer_.String(repaired.data(), static_cast<rapidjson::SizeType>(repaired.size()));
-  }
-  void value(std::uint64_t number) { writer_.Uint64(number); }
-  void value(int number) { writer_.Int(number); }
-  // Six decimals are more than any of the measures means.
-  void value(double number) {
-    if (std::isfinite(number)) {
-      rawNumber(common::shortestText(std::round(number * 1e6) / 1e6 + 0.0));
-    } else {
-      writer_.Null();
-    }
-  }
-  void value(float number) { value(std::round(static_cast<double>(number) * 1e4) / 1e4); }
-  void value(const PositionGroup& group) {
-    writer_.StartArray();
-    value(group.first);
-    value(group.last);
-    writer_.EndArray();
-  }
-  void nothing() { writer_.Null(); }
-  void rawNumber(const std::string& text) {
-    writer_.RawValue(text.data(), text.size(), rapidjson::kNumberType);
-  }
-
-  template <typename Value>
-  void member(const char* name, const Value& content) {
-    writer_.Key(name);
-    value(content);
-  }
-  template <typename Write>
-  void object(Write write) {
-    writer_.StartObject();
-    write();
-    writer_.EndObject();
-  }
-  template <typename Write>
-  void objectMember(const char* name, Write write) {
-    writer_.Key(name);
-    object(write);
-  }
-  // `write` puts one value for each element.
-  template <typename Values, typename Write>
-  void arrayMember(const char* name, const Values& values, Write write) {
-    writer_.Key(name);
-    writer_.StartArray();
-    for (const auto& element : values) {
-      write(element);
-    }
-    writer_.EndArray();
-  }
-  template <typename Values>
-  void arrayMember(const char* name, const Values& values) {
-    arrayMember(name, values, [this](const auto& element) { value(element); });
-  }
-  void key(std::string_view name) { writer_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size())); }
-
-  std::string text() const { return std::string(buffer_.GetString(), buffer_.GetSize()) + '\n'; }
-
- private:
-  rapidjson::StringBuffer buffer_;
-  rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
-};
 
 // The table's fields: numbers as they stand there, so that both documents agree
 // to the last digit.
@@ -96,7 +20,7 @@ void writeColumns(JsonText& json, const ResultRow& row) {
       } else if (column.kind == common::ResultColumn::Kind::Number) {
         json.rawNumber(text);
       } else {
-        json.value(std::string_view(text));
+        json.value(text);
       }
     }
   });
@@ -139,7 +63,7 @@ void writeAdapters(JsonText& json, const SampleResult& result) {
     json.arrayMember("positions", result.adapters.groups);
     json.arrayMember("curves", result.adapters.curves, [&](const AdapterCurve& curve) {
       json.object([&] {
-        json.member("adapter", std::string_view(curve.name));
+        json.member("adapter", curve.name);
         json.arrayMember("percent", curve.percent);
       });
     });
@@ -158,11 +82,11 @@ void writeTiles(JsonText& json, const SampleResult& result) {
   });
 }
 
-void writeSample(JsonText& json, const ResultRow& row, const std::string& file) {
+void writeSample(JsonText& json, const ResultRow& row) {
   const SampleResult& result = row.result;
   json.object([&] {
-    json.member("name", std::string_view(row.sample));
-    json.member("file", std::string_view(file));
+    json.member("name", row.sample);
+    json.member("file", row.file);
     writeColumns(json, row);
     json.member("phredOffset", result.phredOffset);
     json.arrayMember("profile", result.profile, [&](const GroupProfile& group) { writeGroup(json, group); });
@@ -184,10 +108,10 @@ void writeSample(JsonText& json, const ResultRow& row, const std::string& file) 
     });
     json.arrayMember("overrepresented", result.overrepresented, [&](const OverrepresentedSequence& one) {
       json.object([&] {
-        json.member("sequence", std::string_view(one.sequence));
+        json.member("sequence", one.sequence);
         json.member("reads", one.reads);
         json.member("percent", one.percent);
-        if (!one.origin.empty()) json.member("origin", std::string_view(one.origin));
+        if (!one.origin.empty()) json.member("origin", one.origin);
       });
     });
     writeAdapters(json, result);
@@ -197,22 +121,19 @@ void writeSample(JsonText& json, const ResultRow& row, const std::string& file) 
 
 }  // namespace
 
-std::string resultJson(const std::vector<ResultRow>& rows, const std::vector<std::string>& files,
-                       const Adapter& adapter) {
+std::string resultJson(const std::vector<ResultRow>& rows, const Adapter& adapter) {
   JsonText json;
   json.object([&] {
-    json.member("format", std::string_view("genostat-qc"));
+    json.member("format", "genostat-qc");
     json.member("version", 1);
-    json.member("program", std::string_view("genostat-analysis " GENOSTAT_VERSION));
+    json.member("program", "genostat-analysis " GENOSTAT_VERSION);
     json.objectMember("adapter", [&] {
       json.member("kind", adapterKindName(adapter.kind));
-      if (!adapter.sequence.empty()) json.member("sequence", std::string_view(adapter.sequence));
+      if (!adapter.sequence.empty()) json.member("sequence", adapter.sequence);
     });
-    std::size_t index = 0;
-    json.arrayMember("samples", rows,
-                     [&](const ResultRow& row) { writeSample(json, row, files.at(index++)); });
+    json.arrayMember("samples", rows, [&](const ResultRow& row) { writeSample(json, row); });
   });
-  return json.text();
+  return json.text() + '\n';
 }
 
 }  // namespace genostat::analysis

@@ -10,9 +10,7 @@
 
 namespace genostat::analysis {
 
-// `files` names each row's file as the user gave it. UTF-8; invalid bytes are replaced, values that are
-// missing or not finite are null.
-std::string resultJson(const std::vector<ResultRow>& rows, const std::vector<std::string>& files,
-                       const Adapter& adapter);
+// UTF-8; invalid bytes are replaced, values that are missing or not finite are null.
+std::string resultJson(const std::vector<ResultRow>& rows, const Adapter& adapter);
 
 }  // namespace genostat::analysis

@@ -66,11 +66,12 @@ TEST(FastqcData, KeepsItsForm) {
 TEST(FastqcPlaces, AreAllDifferent) {
   const std::string tooLong = std::string(239, 'x') + "\xC3\xA9" + std::string(9, 'y');
   const Names samples = {"a", "A", "a", "a.2", "", tooLong, tooLong + "z"};
-  Names fileNames;
-  std::transform(samples.begin(), samples.end(), std::back_inserter(fileNames),
-                 [](const std::string& name) { return name + ".fq"; });
+  std::vector<ResultRow> rows;
+  for (const std::string& name : samples) {
+    rows.push_back({.sample = name, .file = {}, .fileName = name + ".fq", .result = {}});
+  }
   Names shown;
-  for (const FastqcPlace& place : fastqcPlaces(samples, fileNames)) {
+  for (const FastqcPlace& place : fastqcPlaces(rows)) {
     shown.push_back(place.folder + " " + place.fileName);
   }
   const std::string stem(239, 'x');
@@ -127,8 +128,7 @@ TEST(ProgressFile, IsWholeAtAnyTime) {
   const test::TemporaryFolder folder;
   const fs::path file = folder.path() / "r.csv.progress";
   writeWholeFile(file, R"({"format":"genostat-progress","version":1,"samples":99})");
-  JobProgress progress;
-  progress.expect(1'000, 2);
+  JobProgress progress(1'000, 2);
   progress.end(progress.begin("first", 100));
   SampleProgress& second = progress.begin("\"2\xFF", 900);
   {
@@ -165,7 +165,7 @@ TEST(ProgressFile, DisturbsNobody) {
   const fs::path foreign = folder.path() / "r.csv.progress";
   writeWholeFile(foreign, "mine");
   fs::create_directory(folder.path() / "d.csv.progress");
-  JobProgress progress;
+  JobProgress progress(0, 0);
   for (const char* result : {"r.csv", "d.csv", "gone/r.csv"}) {
     const ProgressFile writer(progress, folder.path() / result, kFast);
     std::this_thread::sleep_for(std::chrono::milliseconds(30));

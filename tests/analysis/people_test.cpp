@@ -41,8 +41,7 @@ TEST(ProgressLine, FitsItsTerminal) {
 }
 
 TEST(ProgressDisplay, LeavesNothingBehind) {
-  JobProgress progress;
-  progress.expect(200, 2);
+  JobProgress progress(200, 2);
   SampleProgress& first = progress.begin("first.fq", 100);
   progress.begin("second.fq", 100).addBytes(50);
   first.addBytes(100);
@@ -66,6 +65,7 @@ TEST(ProgressDisplay, LeavesNothingBehind) {
 TEST(ResultJson, HoldsColumnsAndCurves) {
   ResultRow row;
   row.sample = "12";
+  row.file = "in/12.fq";
   row.adapter = AdapterKind::Custom;
   SampleResult& result = row.result;
   result.lengths.reads = std::numeric_limits<std::uint64_t>::max();
@@ -83,7 +83,7 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
   result.tiles.tiles = {{1101, {-0.125F, 1.0F / 3}}};
 
   rapidjson::Document document;
-  const std::string text = resultJson({row}, {"in/12.fq"}, {AdapterKind::Custom, "ACGN"});
+  const std::string text = resultJson({row}, {AdapterKind::Custom, "ACGN"});
   document.Parse(text.c_str());
   ASSERT_FALSE(document.HasParseError()) << text;
   const auto& sample = document["samples"][0];

@@ -49,7 +49,7 @@ std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chun
 
 // Every figure of the result that is shown.
 std::string figures(SampleRun& run) {
-  return resultCsv({ResultRow{"sample", AdapterKind::None, run.result()}});
+  return resultCsv({ResultRow{"sample", {}, {}, AdapterKind::None, run.result()}});
 }
 
 std::string errorOf(const std::string& bytes, std::size_t chunkSize, unsigned threads) {

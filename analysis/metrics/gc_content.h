@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace genostat::analysis {
@@ -55,5 +56,19 @@ class GcCounts {
   std::array<std::vector<std::uint64_t>, 110> counted_;  // rowOf(n), then g
   std::map<std::uint64_t, Claims> claims_;               // by n
 };
+
+// How near the reads' GC content comes to a normal distribution.
+//
+// Reads of one genome, cut at random, differ in GC content around that of the genome. A second hill or a
+// shoulder points to something else among them: another organism, adapters, ribosomal RNA.
+struct GcSummary {
+  GcDistribution observed{};
+  GcDistribution model{};  // the normal distribution around the observed mode, for as many reads
+  // Sum of the differences between the two in percent of the reads; may be not-a-number.
+  double deviation = 0;
+};
+
+// Nothing for a distribution without reads.
+std::optional<GcSummary> fitGcModel(const GcDistribution& observed);
 
 }  // namespace genostat::analysis

@@ -1,0 +1,25 @@
+// Small sums that every metric needs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace genostat::analysis {
+
+// Adds counters to those of the same place; sums that end earlier go on with zeros.
+template <typename Sums>
+void addAll(Sums& sums, const Sums& counts) {
+  if constexpr (requires { sums.resize(counts.size()); }) {
+    if (sums.size() < counts.size()) sums.resize(counts.size());
+  }
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    sums[i] += counts[i];
+  }
+}
+
+inline double percentOf(std::uint64_t part, std::uint64_t whole) {
+  return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
+}
+
+}  // namespace genostat::analysis
