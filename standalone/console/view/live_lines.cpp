@@ -8,7 +8,8 @@ namespace genostat::standalone {
 
 namespace {
 
-constexpr std::string_view kEraseBelow = "\r\x1B[J";
+// From the row below on: what is cleared from a screen's first place on, terminals with a history keep in it.
+constexpr std::string_view kEraseBelow = "\r\n\x1B[J\x1B[1A";
 constexpr std::string_view kEraseRestOfRow = "\x1B[K";
 // The terminal may have become narrower since it was asked: what is too wide must not take a second row.
 constexpr std::string_view kCutAtMargin = "\x1B[?7l";
