@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "common/quality/checks.h"
+#include "standalone/output/pivot_table.h"
 
 namespace genostat::standalone {
 
@@ -51,5 +52,10 @@ struct Chart {
   std::vector<std::string> notes;  // below the chart: what was left out
   std::variant<Histogram, ProbabilityPlot, ScatterMatrix, VerdictMap> data;
 };
+
+// For readers who do not see the chart. A sentence or two: how many values, where they lie, what is wrong.
+std::string summarizeChart(const Chart& chart);
+// The data as a table, where they are bins or verdicts; nothing for clouds of points.
+std::optional<PivotTable> chartAsTable(const Chart& chart);
 
 }  // namespace genostat::standalone

@@ -10,28 +10,6 @@ namespace genostat::standalone {
 
 namespace {
 
-void writeNumber(JsonWriter& writer, double number) {
-  if (std::isfinite(number)) {
-    writer.Double(number);
-  } else {
-    writer.Null();
-  }
-}
-
-template <typename Value, typename Write>
-void writeArray(JsonWriter& writer, const char* key, const std::vector<Value>& values, Write write) {
-  writer.Key(key);
-  writer.StartArray();
-  for (const Value& value : values) {
-    write(value);
-  }
-  writer.EndArray();
-}
-
-void writeTexts(JsonWriter& writer, const char* key, const std::vector<std::string>& texts) {
-  writeArray(writer, key, texts, [&](const std::string& text) { writeString(writer, text); });
-}
-
 void writeNumbers(JsonWriter& writer, const std::vector<double>& numbers) {
   writer.StartArray();
   for (const double number : numbers) {
@@ -43,23 +21,13 @@ void writeNumbers(JsonWriter& writer, const std::vector<double>& numbers) {
 void writeData(JsonWriter& writer, const Histogram& histogram) {
   writeMember(writer, "kind", "histogram");
   writeMember(writer, "variable", histogram.variable);
-  writer.Key("firstEdge");
-  writeNumber(writer, histogram.firstEdge);
-  writer.Key("binWidth");
-  writeNumber(writer, histogram.binWidth);
+  writeMember(writer, "firstEdge", histogram.firstEdge);
+  writeMember(writer, "binWidth", histogram.binWidth);
   writeArray(writer, "counts", histogram.counts, [&](std::size_t count) { writer.Uint64(count); });
-  writer.Key("validCount");
-  writer.Uint64(histogram.validCount);
-  if (histogram.mean) {
-    writer.Key("mean");
-    writeNumber(writer, *histogram.mean);
-  }
-  if (histogram.deviation) {
-    writer.Key("standardDeviation");
-    writeNumber(writer, *histogram.deviation);
-  }
-  writer.Key("normalCurve");
-  writer.Bool(histogram.normalCurve);
+  writeMember(writer, "validCount", histogram.validCount);
+  if (histogram.mean) writeMember(writer, "mean", *histogram.mean);
+  if (histogram.deviation) writeMember(writer, "standardDeviation", *histogram.deviation);
+  writeMember(writer, "normalCurve", histogram.normalCurve);
 }
 
 void writeData(JsonWriter& writer, const ProbabilityPlot& plot) {

@@ -1,5 +1,3 @@
-#include "standalone/output/chart_summary.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -8,6 +6,7 @@
 #include <cstddef>
 
 #include "standalone/language/translation.h"
+#include "standalone/output/chart.h"
 
 namespace genostat::standalone {
 

@@ -1,5 +1,3 @@
-#include "standalone/output/html_chart.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -11,9 +9,7 @@
 
 #include "standalone/language/translation.h"
 #include "standalone/output/chart_json.h"
-#include "standalone/output/chart_summary.h"
-#include "standalone/output/html_table.h"
-#include "standalone/output/html_text.h"
+#include "standalone/output/html_parts.h"
 
 namespace genostat::standalone {
 
@@ -82,13 +78,8 @@ void makePrintable(VerdictMap& map) {
 }
 
 std::string dataElement(const Chart& chart) {
-  rapidjson::StringBuffer buffer;
-  JsonWriter writer(buffer);
-  writer.StartObject();
-  writeChartMembers(writer, chart);
-  writer.EndObject();
-  return "<script type=\"application/json\">" +
-         escapeScriptJson(std::string_view(buffer.GetString(), buffer.GetSize())) + "</script>\n";
+  const std::string json = jsonObject([&](JsonWriter& writer) { writeChartMembers(writer, chart); });
+  return "<script type=\"application/json\">" + escapeScriptJson(json) + "</script>\n";
 }
 
 // More samples than a screen shows at once.

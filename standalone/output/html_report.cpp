@@ -14,9 +14,7 @@
 #include "standalone/language/language.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/chart_json.h"
-#include "standalone/output/html_chart.h"
-#include "standalone/output/html_table.h"
-#include "standalone/output/html_text.h"
+#include "standalone/output/html_parts.h"
 #include "standalone/output/report_assets.h"
 #include "standalone/output/table_json.h"
 
@@ -45,11 +43,7 @@ struct Counts {
   std::size_t charts = 0;
   std::size_t errors = 0;
   std::size_t warnings = 0;
-};
-
-struct Report {
-  std::vector<Section> sections;
-  Counts counts;
+  std::size_t messages = 0;  // of all kinds
 };
 
 unsigned commandOf(const rapidjson::Value& item) {
@@ -80,9 +74,9 @@ std::string messageHtml(std::string_view kind, std::string_view text, const std:
       "word"_a = escapeHtml(messageWord(kind)), "text"_a = escapeHtml(text, common::LineBreaks::Keep));
 }
 
-class ReportReader {
+class Report {
  public:
-  void read(const rapidjson::Value& item) {
+  void add(const rapidjson::Value& item) {
     const std::string_view type = stringMember(item, "type");
     if (type == "table") {
       addTable(item);
@@ -93,23 +87,23 @@ class ReportReader {
     }
   }
 
-  Report take() { return std::move(report_); }
+  const std::vector<Section>& sections() const { return sections_; }
+  const Counts& counts() const { return counts_; }
 
  private:
   Section& sectionOf(const rapidjson::Value& item) {
     const unsigned command = commandOf(item);
     const std::string source = sourceOf(item);
-    std::vector<Section>& sections = report_.sections;
-    if (sections.empty() || sections.back().command != command || sections.back().source != source) {
-      sections.push_back({source, command, {}, {}});
+    if (sections_.empty() || sections_.back().command != command || sections_.back().source != source) {
+      sections_.push_back({source, command, {}, {}});
     }
-    if (sections.back().procedure.empty()) sections.back().procedure = stringMember(item, "procedure");
-    return sections.back();
+    if (sections_.back().procedure.empty()) sections_.back().procedure = stringMember(item, "procedure");
+    return sections_.back();
   }
 
   void addTable(const rapidjson::Value& item) {
     const PivotTable table = readTable(item);
-    const std::string id = "table-" + std::to_string(++report_.counts.tables);
+    const std::string id = "table-" + std::to_string(++counts_.tables);
     Section& section = sectionOf(item);
     const std::string label = table.title.empty() ? translated("Table") : table.title;
     section.blocks.push_back({id, label, renderTableAsHtml(table, id, section.procedure)});
@@ -117,21 +111,21 @@ class ReportReader {
 
   void addChart(const rapidjson::Value& item) {
     const Chart chart = readChart(item);
-    const std::string id = "chart-" + std::to_string(++report_.counts.charts);
+    const std::string id = "chart-" + std::to_string(++counts_.charts);
     sectionOf(item).blocks.push_back({id, chart.title, renderChartAsHtml(chart, id)});
   }
 
   void addMessage(const rapidjson::Value& item) {
     const std::string_view kind = stringMember(item, "kind");
-    if (kind == "error") ++report_.counts.errors;
-    if (kind == "warning") ++report_.counts.warnings;
-    const std::string id = "message-" + std::to_string(++messages_);
+    if (kind == "error") ++counts_.errors;
+    if (kind == "warning") ++counts_.warnings;
+    const std::string id = "message-" + std::to_string(++counts_.messages);
     sectionOf(item).blocks.push_back(
         {id, messageWord(kind), messageHtml(kind, stringMember(item, "text"), id)});
   }
 
-  Report report_;
-  std::size_t messages_ = 0;
+  std::vector<Section> sections_;
+  Counts counts_;
 };
 
 bool namesSources(const std::vector<Section>& sections) {
@@ -239,15 +233,12 @@ std::string scriptWords() {
                                         marked("Expected cumulative probability"),
                                         marked("This build of Genostat draws no charts.")};
   if (language().code == "en") return {};
-  rapidjson::StringBuffer buffer;
-  JsonWriter writer(buffer);
-  writer.StartObject();
-  for (const char* word : kWords) {
-    writeMember(writer, word, translated(word));
-  }
-  writer.EndObject();
-  return fmt::format("<script type=\"application/json\" id=\"words\">{}</script>\n",
-                     escapeScriptJson(std::string_view(buffer.GetString(), buffer.GetSize())));
+  const std::string json = jsonObject([&](JsonWriter& writer) {
+    for (const char* word : kWords) {
+      writeMember(writer, word, translated(word));
+    }
+  });
+  return fmt::format("<script type=\"application/json\" id=\"words\">{}</script>\n", escapeScriptJson(json));
 }
 
 // "pt-BR", as pages name languages.
@@ -275,19 +266,18 @@ std::string headHtml(const std::string& title, bool charts) {
 }  // namespace
 
 std::string renderHtmlReport(std::span<const std::string> items, const std::string& title) {
-  ReportReader reader;
+  Report report;
   for (const std::string& item : items) {
-    reader.read(parseJson(item));
+    report.add(parseJson(item));
   }
-  const Report report = reader.take();
-  const bool charts = report.counts.charts > 0;
+  const bool charts = report.counts().charts > 0;
   std::string html = headHtml(title, charts);
   html += "<body>\n<a class=\"skip\" href=\"#results\">" + escapeHtml(translated("Skip to the results")) +
           "</a>\n";
-  html += outlineHtml(report.sections);
+  html += outlineHtml(report.sections());
   html += "<main id=\"results\" tabindex=\"-1\">\n<header>\n<h1>" + escapeHtml(title) +
-          "</h1>\n<p class=\"contents\">" + contentsLine(report.counts) + "</p>\n</header>\n";
-  html += sectionsHtml(report.sections) + "<footer>" +
+          "</h1>\n<p class=\"contents\">" + contentsLine(report.counts()) + "</p>\n</header>\n";
+  html += sectionsHtml(report.sections()) + "<footer>" +
           escapeHtml(translated("Made with Genostat. Copyright 2026 the Genostat authors; MIT licence.")) +
           "</footer>\n</main>\n" + scriptWords();
   const ReportAssets& assets = reportAssets();

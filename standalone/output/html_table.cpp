@@ -1,5 +1,3 @@
-#include "standalone/output/html_table.h"
-
 #include <fmt/format.h>
 
 #include <cstddef>
@@ -7,7 +5,7 @@
 #include <string_view>
 
 #include "common/text/utf8.h"
-#include "standalone/output/html_text.h"
+#include "standalone/output/html_parts.h"
 #include "standalone/output/text_grid.h"
 
 namespace genostat::standalone {

@@ -1,4 +1,4 @@
-#include "standalone/output/html_text.h"
+#include "standalone/output/html_parts.h"
 
 #include <fmt/format.h>
 

@@ -2,9 +2,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "standalone/output/chart.h"
@@ -16,8 +17,7 @@ namespace genostat::standalone {
 // docs/output-format.md.
 class OutputDocument {
  public:
-  OutputDocument();
-  ~OutputDocument();
+  OutputDocument() = default;
   OutputDocument(const OutputDocument&) = delete;
   OutputDocument& operator=(const OutputDocument&) = delete;
 
@@ -33,19 +33,28 @@ class OutputDocument {
   void addProcedureJson(std::string_view procedure, std::string_view json);
 
   // From now on items of this type ("table", "chart") are not taken from this procedure.
-  void leaveOut(const std::string& type, const std::string& procedure);
+  void leaveOut(const std::string& type, const std::string& procedure) { leftOut_.emplace(type, procedure); }
 
   // Called with each new item as JSON text, right after it was added.
-  void onItem(std::function<void(const std::string& itemJson)> listener);
+  void onItem(std::function<void(const std::string& itemJson)> listener) { listener_ = std::move(listener); }
 
   // The items so far, each as JSON text.
-  const std::vector<std::string>& items() const;
+  const std::vector<std::string>& items() const { return items_; }
   // The whole document.
   std::string toJson() const;
 
  private:
-  struct Contents;
-  std::unique_ptr<Contents> contents_;
+  // `writeMembers` adds what an item of this type has beyond what all have.
+  template <typename WriteMembers>
+  void add(const char* type, WriteMembers writeMembers);
+  bool leavesOut(std::string_view type, std::string_view procedure) const;
+  void addSquaredUp(std::string_view procedure, const PivotTable& table);
+
+  std::vector<std::string> items_;
+  std::function<void(const std::string&)> listener_;
+  std::string source_;
+  std::set<std::pair<std::string, std::string>> leftOut_;  // type and procedure
+  unsigned command_ = 0;                                   // 0: what stands outside of commands
 };
 
 }  // namespace genostat::standalone

@@ -18,19 +18,14 @@ void writeMark(JsonWriter& writer, const char* key, const std::string& mark) {
   if (!mark.empty()) writeMember(writer, key, mark);
 }
 
-void writeCategories(JsonWriter& writer, const std::vector<Category>& categories) {
-  writer.StartArray();
-  for (const Category& category : categories) {
+void writeCategories(JsonWriter& writer, const char* key, const std::vector<Category>& categories) {
+  writeArray(writer, key, categories, [&](const Category& category) {
     writer.StartObject();
     writeMember(writer, "label", category.label);
     writeMark(writer, "mark", category.mark);
-    if (!category.children.empty()) {
-      writer.Key("children");
-      writeCategories(writer, category.children);
-    }
+    if (!category.children.empty()) writeCategories(writer, "children", category.children);
     writer.EndObject();
-  }
-  writer.EndArray();
+  });
 }
 
 void writeDimension(JsonWriter& writer, const char* key, const std::string& label,
@@ -38,8 +33,7 @@ void writeDimension(JsonWriter& writer, const char* key, const std::string& labe
   writer.Key(key);
   writer.StartObject();
   writeMember(writer, "label", label);
-  writer.Key("categories");
-  writeCategories(writer, categories);
+  writeCategories(writer, "categories", categories);
   writer.EndObject();
 }
 
@@ -53,28 +47,16 @@ void writeCell(JsonWriter& writer, const CellValue& cell) {
     return;
   }
   const auto* number = std::get_if<double>(&cell.value);
-  // JSON has no words for infinity and not-a-number.
   if (number == nullptr || !std::isfinite(*number)) {
     writer.Null();
     return;
   }
   writer.StartObject();
-  writer.Key("number");
-  writer.Double(*number);
-  writer.Key("decimals");
-  writer.Int(cell.format.decimals);
-  if (!cell.format.leadingZero) {
-    writer.Key("leadingZero");
-    writer.Bool(false);
-  }
+  writeMember(writer, "number", *number);
+  writeMember(writer, "decimals", cell.format.decimals);
+  if (!cell.format.leadingZero) writeMember(writer, "leadingZero", false);
   writeMark(writer, "mark", cell.mark);
   writer.EndObject();
-}
-
-void writeWidth(JsonWriter& writer, const char* key, int points) {
-  if (points <= 0) return;
-  writer.Key(key);
-  writer.Int(points);
 }
 
 [[noreturn]] void fail(const std::string& what) {
@@ -132,29 +114,33 @@ void writeMember(JsonWriter& writer, std::string_view key, std::string_view text
   writeString(writer, text);
 }
 
+void writeNumber(JsonWriter& writer, double number) {
+  if (std::isfinite(number)) {
+    writer.Double(number);
+  } else {
+    writer.Null();
+  }
+}
+
+void writeTexts(JsonWriter& writer, const char* key, const std::vector<std::string>& texts) {
+  writeArray(writer, key, texts, [&](const std::string& text) { writeString(writer, text); });
+}
+
 void writeTableMembers(JsonWriter& writer, const PivotTable& table) {
   writeMember(writer, "title", table.title);
   writeMark(writer, "titleMark", table.titleMark);
   writeDimension(writer, "rows", table.rowLabel, table.rows);
   writeDimension(writer, "columns", table.columnLabel, table.columns);
-  writer.Key("cells");
-  writer.StartArray();
-  for (const std::vector<CellValue>& row : table.cells) {
+  writeArray(writer, "cells", table.cells, [&](const std::vector<CellValue>& row) {
     writer.StartArray();
     for (const CellValue& cell : row) {
       writeCell(writer, cell);
     }
     writer.EndArray();
-  }
-  writer.EndArray();
-  writer.Key("footnotes");
-  writer.StartArray();
-  for (const std::string& footnote : table.footnotes) {
-    writeString(writer, footnote);
-  }
-  writer.EndArray();
-  writeWidth(writer, "minColumnWidth", table.minColumnWidth);
-  writeWidth(writer, "maxColumnWidth", table.maxColumnWidth);
+  });
+  writeTexts(writer, "footnotes", table.footnotes);
+  if (table.minColumnWidth > 0) writeMember(writer, "minColumnWidth", table.minColumnWidth);
+  if (table.maxColumnWidth > 0) writeMember(writer, "maxColumnWidth", table.maxColumnWidth);
 }
 
 rapidjson::Document parseJson(std::string_view text) {

@@ -3,7 +3,6 @@
 #include "common/text/wrapped_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
-#include "standalone/output/text_table.h"
 
 namespace genostat::standalone {
 

@@ -4,8 +4,6 @@
 // one (nothing wrapped). Columns are packed into as few boxes as their least widths allow; then
 // each box spends what is left of the line on its columns, up to their natural widths.
 
-#include "standalone/output/text_table.h"
-
 #include <algorithm>
 #include <climits>
 #include <numeric>
@@ -17,6 +15,7 @@
 #include "common/text/wrapped_text.h"
 #include "standalone/output/text_box.h"
 #include "standalone/output/text_grid.h"
+#include "standalone/output/text_renderer.h"
 
 namespace genostat::standalone {
 

@@ -56,21 +56,15 @@ StatJSONGenerator::StatJSONGenerator(const std::string& procedureName, const std
 StatJSONGenerator::~StatJSONGenerator() = default;
 
 std::string StatJSONGenerator::getProcedureStatJSON() const {
-  rapidjson::StringBuffer buffer;
-  standalone::JsonWriter writer(buffer);
-  writer.StartObject();
-  standalone::writeMember(writer, "procedure", contents_->procedure);
-  standalone::writeMember(writer, "subtitle", contents_->subtitle);
-  writer.Key("tables");
-  writer.StartArray();
-  for (const standalone::PivotTable& table : contents_->tables) {
-    writer.StartObject();
-    standalone::writeTableMembers(writer, table);
-    writer.EndObject();
-  }
-  writer.EndArray();
-  writer.EndObject();
-  return std::string(buffer.GetString(), buffer.GetSize());
+  return standalone::jsonObject([&](standalone::JsonWriter& writer) {
+    standalone::writeMember(writer, "procedure", contents_->procedure);
+    standalone::writeMember(writer, "subtitle", contents_->subtitle);
+    standalone::writeArray(writer, "tables", contents_->tables, [&](const standalone::PivotTable& table) {
+      writer.StartObject();
+      standalone::writeTableMembers(writer, table);
+      writer.EndObject();
+    });
+  });
 }
 
 void StatJSONConverter::generateOutput(const std::string& procedureJson) {

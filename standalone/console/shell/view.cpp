@@ -4,7 +4,7 @@
 
 #include "standalone/console/view/output_file.h"
 #include "standalone/output/html_report.h"
-#include "standalone/output/text_table.h"
+#include "standalone/output/text_renderer.h"
 
 namespace genostat::standalone {
 

@@ -8,11 +8,8 @@
 #include <vector>
 
 #include "standalone/output/chart_json.h"
-#include "standalone/output/chart_summary.h"
-#include "standalone/output/html_chart.h"
+#include "standalone/output/html_parts.h"
 #include "standalone/output/html_report.h"
-#include "standalone/output/html_table.h"
-#include "standalone/output/html_text.h"
 #include "standalone/output/output_document.h"
 #include "standalone/output/report_assets.h"
 

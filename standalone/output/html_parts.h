@@ -1,4 +1,5 @@
-// The one place where texts become parts of a page.
+// Parts of a page: the one place where texts become markup, tables and charts. `id` names a part and begins
+// the names of what is in it.
 #pragma once
 
 #include <string>
@@ -6,6 +7,7 @@
 #include <vector>
 
 #include "common/text/printable_text.h"
+#include "standalone/output/chart.h"
 
 namespace genostat::standalone {
 
@@ -20,5 +22,13 @@ std::string notesHtml(const std::vector<std::string>& notes, std::string_view id
 // A JSON text as it stands inside a script element: the same values, without a character that could end
 // the element or begin a comment.
 std::string escapeScriptJson(std::string_view json);
+
+// The table with its caption in a region that scrolls, and its footnotes below. `name` is said of the region
+// where the table has no title. The table is squared up.
+std::string renderTableAsHtml(const PivotTable& table, std::string_view id, std::string_view name);
+
+// A figure with caption, summary, legend, the chart's data for the script, notes, and, where they are few
+// enough to read, the data as a table. Charts of very many points are thinned, and a note says so.
+std::string renderChartAsHtml(const Chart& chart, std::string_view id);
 
 }  // namespace genostat::standalone
