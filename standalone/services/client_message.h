@@ -1,6 +1,7 @@
 // What a background job reports to the client, copied out of the module's message.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace genostat::standalone {
@@ -17,5 +18,9 @@ struct ClientMessage {
   int paragraphId = -1;
   std::string failure;  // why the analysis failed; empty for a job with results or a cancelled one
 };
+
+// A message as a line of the event file, without its line feed; its time is UTC:
+// {"id":1025,"time":"2026-11-21T12:34:56.789Z","jobName":"a","started":false}
+std::string eventLine(const ClientMessage& message, std::chrono::system_clock::time_point time);
 
 }  // namespace genostat::standalone

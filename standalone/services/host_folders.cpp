@@ -14,15 +14,10 @@ namespace {
 
 constexpr int kInstallationFolder = 3;
 
-class InstallationFinder : public PathFinder {
- public:
-  const std::string& path() override { return path_; }
-  void set(const std::filesystem::path& folder) {
-    path_ = folder.empty() ? std::string() : platform::launcherPrefix(folder);
-  }
+struct InstallationFinder : PathFinder {
+  const std::string& path() override { return prefix; }
 
- private:
-  std::string path_;
+  std::string prefix;
 };
 
 struct State {
@@ -43,7 +38,8 @@ void setHostFolders(HostFolders folders) {
   State& kept = state();
   kept.folders = std::move(folders);
   kept.temporaryNarrow = platform::pathToNarrow(kept.folders.temporary);
-  kept.installation.set(kept.folders.installation);
+  const std::filesystem::path& launchers = kept.folders.installation;
+  kept.installation.prefix = launchers.empty() ? std::string() : platform::launcherPrefix(launchers);
 }
 
 const HostFolders& hostFolders() {

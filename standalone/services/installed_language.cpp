@@ -30,10 +30,6 @@ std::string unescaped(std::string_view text) {
 
 }  // namespace
 
-std::filesystem::path clientTableFile(const std::filesystem::path& folder) {
-  return folder / "client.txt";
-}
-
 std::optional<Language> installedLanguage(const std::string& name,
                                           const std::vector<std::filesystem::path>& folders) {
   if (name == kPseudo || name == "qps_PLOC") return pseudoLanguage();
@@ -44,7 +40,7 @@ std::optional<Language> installedLanguage(const std::string& name,
     std::error_code ignored;
     const std::filesystem::path tables = folder / name;
     installed = std::filesystem::is_directory(tables, ignored) || installed;
-    for (const auto& [english, text] : readStringTable(clientTableFile(tables)).texts) {
+    for (const auto& [english, text] : readStringTable(stringTableFile(tables, kClientTable)).texts) {
       if (!text.empty()) language.texts.emplace(unescaped(english), unescaped(text));
     }
   }

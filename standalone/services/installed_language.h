@@ -15,8 +15,6 @@
 
 namespace genostat::standalone {
 
-std::filesystem::path clientTableFile(const std::filesystem::path& folder);
-
 // The language of this name, "en" and "pseudo" included; none where no folder has its tables. What two
 // folders translate, the first one does. Faulty lines are skipped.
 std::optional<Language> installedLanguage(const std::string& name,

@@ -7,8 +7,9 @@
 
 namespace genostat::standalone {
 
-SessionAdapter::SessionAdapter(bool interactive, std::unique_ptr<EventLog> events, OnPost onPost)
-    : onPost_(std::move(onPost)), interactive_(interactive), events_(std::move(events)) {
+SessionAdapter::SessionAdapter(bool interactive, const std::filesystem::path& eventsFile, OnPost onPost)
+    : onPost_(std::move(onPost)), interactive_(interactive) {
+  if (!eventsFile.empty()) events_.emplace(eventsFile, std::ios::binary | std::ios::app);
   setCurrentAdapter(this);
 }
 
@@ -48,8 +49,8 @@ void SessionAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg* m
 void SessionAdapter::post(ClientMessage message) {
   if (onPost_) onPost_(message);
   const std::lock_guard lock(mutex_);
-  // Under the lock, so that the log has the order of the queue.
-  if (events_) events_->write(message);
+  // Under the lock, so that the file has the order of the queue.
+  if (events_) *events_ << eventLine(message, std::chrono::system_clock::now()) + '\n' << std::flush;
   queue_.push_back(std::move(message));
   changed_.notify_all();
 }
@@ -82,7 +83,7 @@ bool SessionAdapter::waitUntilIdle(std::chrono::milliseconds timeout) {
 
 bool SessionAdapter::eventsFailed() const {
   const std::lock_guard lock(mutex_);
-  return events_ && events_->failed();
+  return events_ && !*events_;
 }
 
 }  // namespace genostat::standalone

@@ -4,15 +4,15 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <filesystem>
+#include <fstream>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <optional>
 #include <stop_token>
 
 #include "host/language.h"
 #include "standalone/services/client_message.h"
-#include "standalone/services/event_log.h"
 
 namespace genostat::standalone {
 
@@ -24,8 +24,9 @@ class SessionAdapter : public ZORV_Adapter {
   // module, which must not be called back.
   using OnPost = std::function<void(ClientMessage&)>;
 
-  // `events` and `onPost` may be null.
-  SessionAdapter(bool interactive, std::unique_ptr<EventLog> events, OnPost onPost);
+  // The file, where there is one, gets each message as a line at its end, written out at once. `onPost` may
+  // be null.
+  SessionAdapter(bool interactive, const std::filesystem::path& eventsFile, OnPost onPost);
   ~SessionAdapter() override;
   SessionAdapter(const SessionAdapter&) = delete;
   SessionAdapter& operator=(const SessionAdapter&) = delete;
@@ -43,7 +44,7 @@ class SessionAdapter : public ZORV_Adapter {
   // Waits until all messages are taken and the taker has come back for more; false on time-out.
   bool waitUntilIdle(std::chrono::milliseconds timeout);
 
-  // True once a line of the event log could not be written.
+  // True once anything could not be written to the event file.
   bool eventsFailed() const;
 
  private:
@@ -56,7 +57,7 @@ class SessionAdapter : public ZORV_Adapter {
   mutable std::mutex mutex_;  // guards all below
   std::condition_variable_any changed_;
   bool interactive_;
-  std::unique_ptr<EventLog> events_;
+  std::optional<std::ofstream> events_;
   std::deque<ClientMessage> queue_;
   bool takerWaits_ = false;
 };

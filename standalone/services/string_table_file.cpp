@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <utility>
 
 #include "platform/path_text.h"
@@ -53,12 +52,8 @@ StringTableFile readStringTable(const std::filesystem::path& file) {
   return table;
 }
 
-std::filesystem::path procedureTableFile(const std::filesystem::path& folder, const std::string& procedure) {
-  return folder / platform::pathFromUtf8(procedure + ".txt");
-}
-
-std::filesystem::path globalTableFile(const std::filesystem::path& folder) {
-  return folder / "global.txt";
+std::filesystem::path stringTableFile(const std::filesystem::path& folder, std::string_view name) {
+  return folder / platform::pathFromUtf8(std::string(name) + ".txt");
 }
 
 }  // namespace genostat::standalone

@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "standalone/syntax/diagnostic.h"
@@ -33,8 +34,9 @@ struct StringTableFile {
 // A missing file is an empty table.
 StringTableFile readStringTable(const std::filesystem::path& file);
 
-// The file of a procedure, or of the shared texts.
-std::filesystem::path procedureTableFile(const std::filesystem::path& folder, const std::string& procedure);
-std::filesystem::path globalTableFile(const std::filesystem::path& folder);
+// The file of a procedure, of the shared texts or of the program's own.
+std::filesystem::path stringTableFile(const std::filesystem::path& folder, std::string_view name);
+inline constexpr std::string_view kGlobalTable = "global";
+inline constexpr std::string_view kClientTable = "client";
 
 }  // namespace genostat::standalone

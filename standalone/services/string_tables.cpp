@@ -53,7 +53,7 @@ FacSTDictionary::~FacSTDictionary() = default;
 void FacSTDictionary::SetProcedure(const std::string& procedure) {
   for (Contents::Tables& tables : contents_->tables) {
     tables.procedure =
-        standalone::readStringTable(standalone::procedureTableFile(tables.folder, procedure)).texts;
+        standalone::readStringTable(standalone::stringTableFile(tables.folder, procedure)).texts;
   }
 }
 
@@ -62,7 +62,8 @@ void FacSTDictionary::SetGlobalStringTable(const std::string& folder) {
   // Another folder may stand for fewer or more than the first one.
   const std::size_t count = std::min(folders.size(), contents_->tables.size());
   for (std::size_t i = 0; i < count; ++i) {
-    contents_->tables[i].global = standalone::readStringTable(standalone::globalTableFile(folders[i])).texts;
+    contents_->tables[i].global =
+        standalone::readStringTable(standalone::stringTableFile(folders[i], standalone::kGlobalTable)).texts;
   }
 }
 

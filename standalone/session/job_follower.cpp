@@ -32,10 +32,6 @@ std::string quotedPath(const std::filesystem::path& path) {
   return "\"" + platform::pathToUtf8(path) + "\"";
 }
 
-std::unique_ptr<EventLog> openEvents(const std::filesystem::path& file) {
-  return file.empty() ? nullptr : std::make_unique<EventLog>(file);
-}
-
 }  // namespace
 
 JobFollower::JobFollower(Options options, const JobControl& module, CommandGate& gate, SessionView& view,
@@ -45,7 +41,7 @@ JobFollower::JobFollower(Options options, const JobControl& module, CommandGate&
       gate_(gate),
       view_(view),
       runSyntax_(std::move(runSyntax)),
-      adapter_(options_.interactive, openEvents(options_.eventsFile),
+      adapter_(options_.interactive, options_.eventsFile,
                [this](ClientMessage& message) { posted_.onPost(message); }) {}
 
 void JobFollower::showMessages() {

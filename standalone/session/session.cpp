@@ -28,9 +28,8 @@ void showStringTableWarnings(CommandRunner& runner) {
   const HostFolders& folders = hostFolders();
   const auto folder = folders.strings.empty() ? folders.installation / "strings" : folders.strings;
   for (const auto& tables : stringTableFolders(folder)) {
-    for (const auto& file : {procedureTableFile(tables, std::string(kModuleCommand)), globalTableFile(tables),
-                             clientTableFile(tables)}) {
-      for (const Diagnostic& warning : readStringTable(file).warnings) {
+    for (const std::string_view name : {kModuleCommand, kGlobalTable, kClientTable}) {
+      for (const Diagnostic& warning : readStringTable(stringTableFile(tables, name)).warnings) {
         runner.report(warning);
       }
     }

@@ -108,7 +108,7 @@ TEST(HostServices, AnswerMetadataAndFolders) {
 TEST(SessionAdapter, QueuesAndLogsMessagesInOneOrder) {
   const TemporaryFolder folder;
   const std::filesystem::path events = folder.path() / "events.jsonl";
-  SessionAdapter adapter(true, std::make_unique<EventLog>(events), {});
+  SessionAdapter adapter(true, events, {});
   ASSERT_EQ(GetAdapter(), &adapter);
   EXPECT_NE(adapter.isInteractiveClient(), 0);
   {
@@ -123,24 +123,28 @@ TEST(SessionAdapter, QueuesAndLogsMessagesInOneOrder) {
     }
   }
   adapter.postClientMessage(7, nullptr);
+  const std::string time = "2026-11-21T12:34:56.789Z";
+  const std::chrono::sys_time now = std::chrono::sys_days(2026y / 11 / 21) + 12h + 34min + 56s + 789ms;
   std::string queued;
   for (int i = 0; i < 100; ++i) {
     const auto message = adapter.take(10s);
     ASSERT_TRUE(message.has_value());
-    queued += eventLine(*message, "T") + '\n';
+    queued += eventLine(*message, now) + '\n';
   }
   EXPECT_FALSE(adapter.take(1ms).has_value());
   std::string logged;
   for (std::string text = readWholeFile(events); !text.empty(); text.erase(0, text.find('\n') + 1)) {
     const std::string line = text.substr(0, text.find('\n'));
-    const std::size_t time = line.find("\"time\":\"") + 8;
-    logged += line.substr(0, time) + "T" + line.substr(line.find('"', time)) + '\n';
+    const std::size_t at = line.find("\"time\":\"") + 8;
+    logged += line.substr(0, at) + time + line.substr(line.find('"', at)) + '\n';
   }
   EXPECT_EQ(logged, queued);
-  EXPECT_EQ(eventLine({ClientMessage::Kind::Ended, "a\"\xFF", "X.\n", "", 1, -1, {}}, "T"),
-            "{\"id\":1026,\"time\":\"T\",\"jobName\":\"a\\\"\xEF\xBF\xBD\",\"message\":\"X.\\n\","
-            "\"csvFilePath\":\"\",\"workbookId\":1,\"paragraphId\":-1}");
-  EXPECT_TRUE(EventLog(folder.path() / "missing" / "events.jsonl").failed());
+  EXPECT_EQ(eventLine({ClientMessage::Kind::Ended, "a\"\xFF", "X.\n", "", 1, -1, {}}, now),
+            "{\"id\":1026,\"time\":\"" + time +
+                "\",\"jobName\":\"a\\\"\xEF\xBF\xBD\",\"message\":\"X.\\n\","
+                "\"csvFilePath\":\"\",\"workbookId\":1,\"paragraphId\":-1}");
+  EXPECT_FALSE(adapter.eventsFailed());
+  EXPECT_TRUE(SessionAdapter(true, folder.path() / "missing" / "events.jsonl", {}).eventsFailed());
 }
 
 }  // namespace
