@@ -9,6 +9,7 @@
 #include "standalone/language/translation.h"
 #include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
+#include "standalone/session/dispatcher.h"
 #include "standalone/session/requirements.h"
 
 namespace genostat::standalone {
@@ -49,7 +50,7 @@ Dataset withoutCases(const Dataset& dataset) {
 
 CommandRunner::CommandRunner(std::span<const CommandHandler> commands, RunModule runModule, bool interactive,
                              SessionView& view, OutputDocument& output)
-    : dispatcher_(withModuleCommand(commands)),
+    : handlers_(withModuleCommand(commands)),
       runModule_(std::move(runModule)),
       interactive_(interactive),
       view_(view),
@@ -77,7 +78,7 @@ void CommandRunner::execute(const Command& command) {
   const SourceRange& name = command.tokens.front().range;
   output_.beginCommand(name.source->name);
   try {
-    const CommandHandler& handler = dispatcher_.find(command);
+    const CommandHandler& handler = findHandler(handlers_, command);
     if (handler.run == nullptr) return runModule(command);
     CommandContext context{command, datasets_, output_, settings_, reporter_};
     handler.run(context);
@@ -127,6 +128,14 @@ void CommandRunner::report(const Diagnostic& diagnostic) {
   view_.showDiagnostic(diagnostic);
 }
 
+std::vector<std::string_view> CommandRunner::names() const {
+  std::vector<std::string_view> names;
+  for (const CommandHandler& handler : handlers_) {
+    names.push_back(handler.name);
+  }
+  return names;
+}
+
 // The command is run for its parser, which fails at the place; what the command does before goes to copies.
 Expectation CommandRunner::expectedAfter(const std::string& text) {
   Expectation expectation;
@@ -142,7 +151,7 @@ Expectation CommandRunner::expectedAfter(const std::string& text) {
   const CommandScope running(*command);
   const auto shown = std::exchange(reporter_, [](const Diagnostic&) {});
   try {
-    const CommandHandler& handler = dispatcher_.find(*command);
+    const CommandHandler& handler = findHandler(handlers_, *command);
     if (handler.run == nullptr) {
       runModule_(false);
     } else {

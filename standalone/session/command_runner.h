@@ -11,7 +11,6 @@
 #include "standalone/output/output_document.h"
 #include "standalone/services/current.h"
 #include "standalone/session/command_context.h"
-#include "standalone/session/dispatcher.h"
 #include "standalone/session/session_view.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/expectation.h"
@@ -46,7 +45,7 @@ class CommandRunner {
 
   DatasetStore& datasets() { return datasets_; }
   // The commands that there are, in upper case.
-  std::vector<std::string_view> names() const { return dispatcher_.names(); }
+  std::vector<std::string_view> names() const;
   // What may follow a text whose last command has no end yet, as the command's parser says.
   Expectation expectedAfter(const std::string& text);
 
@@ -55,7 +54,7 @@ class CommandRunner {
   void runModule(const Command& command);
   std::vector<Diagnostic> syntaxErrors(const Command& command);
 
-  const Dispatcher dispatcher_;
+  const std::vector<CommandHandler> handlers_;
   const RunModule runModule_;
   const bool interactive_;
   SessionView& view_;

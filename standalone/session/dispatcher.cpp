@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "standalone/language/translation.h"
 #include "standalone/syntax/expectation.h"
@@ -40,25 +41,15 @@ std::string_view matchOrFail(const Token& token, std::vector<std::string_view> w
 
 }  // namespace
 
-Dispatcher::Dispatcher(std::vector<CommandHandler> handlers) : handlers_(std::move(handlers)) {}
-
-std::vector<std::string_view> Dispatcher::names() const {
-  std::vector<std::string_view> names;
-  for (const CommandHandler& handler : handlers_) {
-    names.push_back(handler.name);
-  }
-  return names;
-}
-
-const CommandHandler& Dispatcher::find(const Command& command) const {
+const CommandHandler& findHandler(std::span<const CommandHandler> handlers, const Command& command) {
   std::vector<std::string_view> firstWords;
-  for (const CommandHandler& handler : handlers_) {
+  for (const CommandHandler& handler : handlers) {
     firstWords.push_back(split(handler.name).first);
   }
   const std::string_view first =
       matchOrFail(command.tokens.front(), std::move(firstWords), translated("command"));
   std::vector<std::string_view> secondWords;
-  for (const CommandHandler& handler : handlers_) {
+  for (const CommandHandler& handler : handlers) {
     const Name name = split(handler.name);
     if (name.first != first) continue;
     if (name.second.empty()) return handler;
@@ -66,7 +57,7 @@ const CommandHandler& Dispatcher::find(const Command& command) const {
   }
   const std::string_view second =
       matchOrFail(command.tokens[1], std::move(secondWords), translated("{1} command", {first}));
-  return *std::find_if(handlers_.begin(), handlers_.end(), [&](const CommandHandler& handler) {
+  return *std::find_if(handlers.begin(), handlers.end(), [&](const CommandHandler& handler) {
     const Name name = split(handler.name);
     return name.first == first && name.second == second;
   });

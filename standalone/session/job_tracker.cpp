@@ -12,54 +12,48 @@ JobTracker::Job* JobTracker::oldest(const std::string& name, State state) {
 }
 
 std::vector<JobEvent> JobTracker::onMessage(const ClientMessage& message) {
-  std::vector<JobEvent> events;
-  switch (message.kind) {
-    case ClientMessage::Kind::Queued:
-      jobs_.push_back({message.jobName, State::Queued, std::chrono::steady_clock::now()});
-      events.push_back({JobEvent::Kind::Queued, message.jobName});
-      break;
-    case ClientMessage::Kind::Running:
-      begin(message.jobName, events);
-      break;
-    case ClientMessage::Kind::Ended:
-      end(message, events);
-      break;
-  }
+  std::vector<JobEvent> events = message.kind == ClientMessage::Kind::Queued    ? queue(message.jobName)
+                                 : message.kind == ClientMessage::Kind::Running ? begin(message.jobName)
+                                                                                : end(message);
   dropClosed();
   return events;
 }
 
-void JobTracker::begin(const std::string& name, std::vector<JobEvent>& events) {
+std::vector<JobEvent> JobTracker::queue(const std::string& name) {
+  jobs_.push_back({name, State::Queued, std::chrono::steady_clock::now()});
+  return {{JobEvent::Kind::Queued, name}};
+}
+
+std::vector<JobEvent> JobTracker::begin(const std::string& name) {
   // A cancel may overtake the start of its job; that job is not looked for among the waiting ones.
   Job* job = oldest(name, State::Queued);
-  if (job == nullptr) return;
+  if (job == nullptr) return {};
+  std::vector<JobEvent> events;
   for (Job* earlier = jobs_.data(); earlier != job; ++earlier) {
-    if (earlier->state == State::Queued || earlier->state == State::Running) {
-      events.push_back({JobEvent::Kind::Lost, earlier->name});
-    }
+    if (earlier->isOpen()) events.push_back({JobEvent::Kind::Lost, earlier->name});
     earlier->state = State::Closed;
   }
   job->state = State::Running;
   job->since = std::chrono::steady_clock::now();
   events.push_back({JobEvent::Kind::Running, name});
+  return events;
 }
 
-void JobTracker::end(const ClientMessage& message, std::vector<JobEvent>& events) {
+std::vector<JobEvent> JobTracker::end(const ClientMessage& message) {
   const bool cancelled = message.syntax.empty();
   Job* job = oldest(message.jobName, State::Running);
   if (job == nullptr) job = oldest(message.jobName, State::Queued);
   // Of two jobs of one name the wrong one may have been taken for cancelled.
   if (job == nullptr && !cancelled) job = oldest(message.jobName, State::Cancelled);
-  if (job == nullptr && cancelled) return;
+  if (job == nullptr && cancelled) return {};
   if (job != nullptr) job->state = cancelled ? State::Cancelled : State::Closed;
-  events.push_back({cancelled ? JobEvent::Kind::Cancelled : JobEvent::Kind::Ended, message.jobName});
+  return {{cancelled ? JobEvent::Kind::Cancelled : JobEvent::Kind::Ended, message.jobName}};
 }
 
 std::vector<JobStatus> JobTracker::openJobs() const {
   std::vector<JobStatus> open;
   for (const Job& job : jobs_) {
-    const bool running = job.state == State::Running;
-    if (running || job.state == State::Queued) open.push_back({job.name, running, job.since});
+    if (job.isOpen()) open.push_back({job.name, job.state == State::Running, job.since});
   }
   return open;
 }
@@ -67,7 +61,7 @@ std::vector<JobStatus> JobTracker::openJobs() const {
 std::set<std::string> JobTracker::openNames() const {
   std::set<std::string> names;
   for (const Job& job : jobs_) {
-    if (job.state == State::Queued || job.state == State::Running) names.insert(job.name);
+    if (job.isOpen()) names.insert(job.name);
   }
   return names;
 }
@@ -76,9 +70,7 @@ std::vector<JobEvent> JobTracker::onUnknown(const std::set<std::string>& names) 
   std::vector<JobEvent> events;
   for (Job& job : jobs_) {
     if (!names.contains(job.name)) continue;
-    if (job.state == State::Queued || job.state == State::Running) {
-      events.push_back({JobEvent::Kind::Lost, job.name});
-    }
+    if (job.isOpen()) events.push_back({JobEvent::Kind::Lost, job.name});
     job.state = State::Closed;
   }
   dropClosed();

@@ -54,11 +54,14 @@ class JobTracker {
     std::string name;
     State state;
     std::chrono::steady_clock::time_point since;
+
+    bool isOpen() const { return state == State::Queued || state == State::Running; }
   };
 
   Job* oldest(const std::string& name, State state);
-  void begin(const std::string& name, std::vector<JobEvent>& events);
-  void end(const ClientMessage& message, std::vector<JobEvent>& events);
+  std::vector<JobEvent> queue(const std::string& name);
+  std::vector<JobEvent> begin(const std::string& name);
+  std::vector<JobEvent> end(const ClientMessage& message);
   void dropClosed();
 
   std::vector<Job> jobs_;  // in the order of their submission

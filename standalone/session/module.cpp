@@ -33,10 +33,10 @@ std::string symbolOf() {
 }  // namespace
 
 template <typename Function>
-Function Module::find(const std::string& symbol) const {
+void Module::find(Function*& function, const std::string& symbol) const {
   void* address = library_->symbol(symbol.c_str());
   if (address == nullptr) throw ModuleError(translated("{1} does not export {2}", {describe(file_), symbol}));
-  return reinterpret_cast<Function>(address);
+  function = reinterpret_cast<Function*>(address);
 }
 
 Module::Module(const std::filesystem::path& folder)
@@ -44,12 +44,12 @@ Module::Module(const std::filesystem::path& folder)
   std::string reason;
   library_ = platform::DynamicLibrary::open(file_, reason);
   if (!library_) throw ModuleError(translated("cannot load {1}: {2}", {describe(file_), reason}));
-  entry_ = find<Entry>("GENOSTAT");
-  getManager_ = find<GetManager>("getGenoManagerInstance");
-  cancelJob_ = find<CancelJob>("cancelGenoJob");
-  isPendingOrRunning_ = find<IsPendingOrRunning>(symbolOf<&GenoStatAlgoManager::isJobPendingOrRunning>());
-  isQueueFull_ = find<IsQueueFull>(symbolOf<&GenoStatAlgoManager::isQueueFull>());
-  cancelAllPending_ = find<CancelAllPending>(symbolOf<&GenoStatAlgoManager::cancellAllJobsPending>());
+  find(entry_, "GENOSTAT");
+  find(getManager_, "getGenoManagerInstance");
+  find(cancelJob_, "cancelGenoJob");
+  find(isPendingOrRunning_, symbolOf<&GenoStatAlgoManager::isJobPendingOrRunning>());
+  find(isQueueFull_, symbolOf<&GenoStatAlgoManager::isQueueFull>());
+  find(cancelAllPending_, symbolOf<&GenoStatAlgoManager::cancellAllJobsPending>());
 }
 
 Module::~Module() = default;

@@ -52,26 +52,19 @@ class Module : public JobControl {
   void cancelAllPending() const override;
 
  private:
-  // The methods of the exported class are called as the plain functions that they are to the
-  // linker: the object comes first. Names and convention are the same for g++ on both systems.
-  using Entry = void (*)();
-  using GetManager = GenoStatAlgoManager* (*)();
-  using CancelJob = bool (*)(GenoStatAlgoManager*, const char*);
-  using IsPendingOrRunning = bool (*)(GenoStatAlgoManager*, const std::string&);
-  using IsQueueFull = bool (*)(GenoStatAlgoManager*);
-  using CancelAllPending = void (*)(GenoStatAlgoManager*);
-
   template <typename Function>
-  Function find(const std::string& symbol) const;
+  void find(Function*& function, const std::string& symbol) const;
 
   std::filesystem::path file_;
   std::unique_ptr<platform::DynamicLibrary> library_;
-  Entry entry_ = nullptr;
-  GetManager getManager_ = nullptr;
-  CancelJob cancelJob_ = nullptr;
-  IsPendingOrRunning isPendingOrRunning_ = nullptr;
-  IsQueueFull isQueueFull_ = nullptr;
-  CancelAllPending cancelAllPending_ = nullptr;
+  void (*entry_)() = nullptr;
+  GenoStatAlgoManager* (*getManager_)() = nullptr;
+  bool (*cancelJob_)(GenoStatAlgoManager*, const char*) = nullptr;
+  // The methods of the exported class are called as the plain functions that they are to the
+  // linker: the object comes first. Names and convention are the same for g++ on both systems.
+  bool (*isPendingOrRunning_)(GenoStatAlgoManager*, const std::string&) = nullptr;
+  bool (*isQueueFull_)(GenoStatAlgoManager*) = nullptr;
+  void (*cancelAllPending_)(GenoStatAlgoManager*) = nullptr;
 };
 
 }  // namespace genostat::standalone

@@ -1,10 +1,14 @@
 #include "standalone/session/sample_names.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <iterator>
 #include <map>
 #include <set>
+#include <span>
 #include <utility>
 
 namespace genostat::standalone {
@@ -13,42 +17,24 @@ namespace {
 
 using ReadMark = SampleNameParts::ReadMark;
 
-bool isDecimal(char c) {
-  return c >= '0' && c <= '9';
-}
-
-// The digits that a name ends in, at most four.
-std::string_view digitsAtEnd(std::string_view name) {
-  std::size_t count = 0;
-  while (count < name.size() && isDecimal(name[name.size() - 1 - count])) {
-    ++count;
-  }
-  return count > 4 ? std::string_view() : name.substr(name.size() - count);
-}
-
-int decimalValue(std::string_view digits) {
-  int value = 0;
-  for (const char c : digits) {
-    value = 10 * value + (c - '0');
-  }
-  return value;
-}
+constexpr std::size_t kLongestNumber = 4;
 
 // Takes an ending such as "_L001" off and returns its number; 0 where there is no such ending, or nothing in
 // front of it. `width` is the number of digits; 0: any.
 int takeNumber(std::string_view& name, std::string_view mark, std::size_t width) {
-  const std::string_view digits = digitsAtEnd(name);
-  const std::string_view front = name.substr(0, name.size() - digits.size());
-  if (digits.empty() || (width != 0 && digits.size() != width)) return 0;
+  const std::size_t frontSize = name.find_last_not_of("0123456789") + 1;
+  const std::string_view front = name.substr(0, frontSize);
+  const std::string_view digits = name.substr(frontSize);
+  if (digits.empty() || digits.size() > kLongestNumber || (width != 0 && digits.size() != width)) return 0;
   if (front.size() <= mark.size() || !front.ends_with(mark)) return 0;
-  const int value = decimalValue(digits);
+  int value = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (value > 0) name = front.substr(0, front.size() - mark.size());
   return value;
 }
 
 // The number of a read, 1 or 2, by one of these marks.
-template <std::size_t count>
-int takeRead(std::string_view& name, const std::array<std::string_view, count>& marks) {
+int takeRead(std::string_view& name, std::span<const std::string_view> marks) {
   for (const std::string_view mark : marks) {
     std::string_view rest = name;
     const int read = takeNumber(rest, mark, 1);
@@ -65,17 +51,11 @@ constexpr std::array<std::string_view, 1> kDigitMarks = {"_"};
 // How much of a name is shown.
 enum class Shown { Name, Lane, Number, All };
 
-std::string threeDigits(int number) {
-  std::string digits = std::to_string(number);
-  if (digits.size() < 3) digits.insert(0, 3 - digits.size(), '0');
-  return digits;
-}
-
 std::string shownName(const SampleNameParts& parts, const std::string& whole, Shown shown) {
   if (shown == Shown::All) return whole;
   std::string name = parts.name;
   if (shown == Shown::Number && parts.number > 0) name += "_S" + std::to_string(parts.number);
-  if (shown != Shown::Name && parts.lane > 0) name += "_L" + threeDigits(parts.lane);
+  if (shown != Shown::Name && parts.lane > 0) name += fmt::format("_L{:03}", parts.lane);
   return name;
 }
 
@@ -88,45 +68,37 @@ std::string pairKey(const std::string& name, ReadMark mark) {
   return key;
 }
 
-// Which names are the two reads of the same fragments.
-class Pairs {
- public:
-  Pairs(const std::vector<std::string>& names, const std::vector<SampleNameParts>& parts,
-        const std::vector<std::uint64_t>& reads)
-      : names_(names), reads_(reads), all_(names.begin(), names.end()) {
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      if (parts[i].read > 0) byKey_[pairKey(names[i], parts[i].mark)].push_back(i);
-    }
-  }
+// Whether others count on where the name of a read by a digit leaves off: "x_0" or "x_3".
+bool isContinued(std::string name, const std::set<std::string>& all) {
+  constexpr std::string_view kContinuing = "03";
+  return std::ranges::any_of(kContinuing, [&](char digit) {
+    name.back() = digit;
+    return all.contains(name);
+  });
+}
 
-  // By index, where there is a partner.
-  std::map<std::size_t, std::size_t> partners(const std::vector<SampleNameParts>& parts) const {
-    std::map<std::size_t, std::size_t> partners;
-    for (const auto& [key, members] : byKey_) {
-      if (members.size() != 2 || parts[members[0]].read == parts[members[1]].read) continue;
-      if (parts[members[0]].mark == ReadMark::Digit && !isLikelyPair(members[0], members[1])) continue;
-      partners[members[0]] = members[1];
-      partners[members[1]] = members[0];
-    }
-    return partners;
+// The two reads of the same fragments: the partner's index by each index that has one.
+std::map<std::size_t, std::size_t> partnersOf(const std::vector<std::string>& names,
+                                              const std::vector<SampleNameParts>& parts,
+                                              const std::vector<std::uint64_t>& reads) {
+  const std::set<std::string> all(names.begin(), names.end());
+  std::map<std::string, std::vector<std::size_t>> byKey;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (parts[i].read > 0) byKey[pairKey(names[i], parts[i].mark)].push_back(i);
   }
-
- private:
-  bool isLikelyPair(std::size_t one, std::size_t other) const {
-    if (reads_.size() == names_.size() && reads_[one] != reads_[other]) return false;
-    std::string neighbour = names_[one];
-    constexpr std::string_view kContinuing = "03";
-    return std::none_of(kContinuing.begin(), kContinuing.end(), [&](char digit) {
-      neighbour.back() = digit;
-      return all_.contains(neighbour);
-    });
+  std::map<std::size_t, std::size_t> partners;
+  for (const auto& [key, members] : byKey) {
+    if (members.size() != 2) continue;
+    const std::size_t one = members[0];
+    const std::size_t other = members[1];
+    if (parts[one].read == parts[other].read) continue;
+    const bool differ = reads.size() == names.size() && reads[one] != reads[other];
+    if (parts[one].mark == ReadMark::Digit && (differ || isContinued(names[one], all))) continue;
+    partners[one] = other;
+    partners[other] = one;
   }
-
-  const std::vector<std::string>& names_;
-  const std::vector<std::uint64_t>& reads_;
-  std::set<std::string> all_;
-  std::map<std::string, std::vector<std::size_t>> byKey_;
-};
+  return partners;
+}
 
 // Whether samples differ in more than the number of their read.
 bool areDifferent(const std::vector<std::size_t>& members, const std::vector<SampleNameParts>& parts,
@@ -199,7 +171,7 @@ std::vector<CleanSample> cleanSampleNames(const std::vector<std::string>& names,
   std::vector<SampleNameParts> parts;
   parts.reserve(names.size());
   std::transform(names.begin(), names.end(), std::back_inserter(parts), cleanSampleName);
-  const std::map<std::size_t, std::size_t> partners = Pairs(names, parts, reads).partners(parts);
+  const std::map<std::size_t, std::size_t> partners = partnersOf(names, parts, reads);
   std::vector<CleanSample> samples;
   samples.reserve(names.size());
   for (std::size_t i = 0; i < names.size(); ++i) {

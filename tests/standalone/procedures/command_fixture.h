@@ -19,7 +19,7 @@ namespace genostat::standalone {
 
 class Commands : public testing::Test {
  protected:
-  Commands() : dispatcher_({procedureCommands().begin(), procedureCommands().end()}) {
+  Commands() {
     output_.onItem([this](const std::string& item) {
       items_.push_back(item);
       shown_ += renderItemAsText(item, {false, false, 130});
@@ -53,7 +53,7 @@ class Commands : public testing::Test {
         if (item.error) throw CommandError(*item.error);
         CommandContext context{item.command, datasets_, output_, settings_,
                                [this](const Diagnostic& diagnostic) { say(diagnostic); }};
-        dispatcher_.find(item.command).run(context);
+        findHandler(procedureCommands(), item.command).run(context);
       } catch (const CommandError& error) {
         say(error.diagnostic());
       }
@@ -77,7 +77,6 @@ class Commands : public testing::Test {
   DatasetStore datasets_;
   OutputDocument output_;
   Settings settings_;
-  Dispatcher dispatcher_;
   std::string shown_;
   std::vector<std::string> items_;  // the output as JSON, item by item
 };

@@ -8,11 +8,11 @@ namespace {
 using namespace genostat::standalone;
 
 TEST(Dispatcher, FindsCommandsByOneOrTwoWords) {
-  const Dispatcher dispatcher({{"GET DATA", nullptr},
-                               {"SET", nullptr},
-                               {"DATASET NAME", nullptr},
-                               {"DATASET ACTIVATE", nullptr},
-                               {"GENOSTAT", nullptr}});
+  constexpr CommandHandler kHandlers[] = {{"GET DATA", nullptr},
+                                          {"SET", nullptr},
+                                          {"DATASET NAME", nullptr},
+                                          {"DATASET ACTIVATE", nullptr},
+                                          {"GENOSTAT", nullptr}};
   const struct {
     const char* command;
     const char* answer;
@@ -39,7 +39,7 @@ TEST(Dispatcher, FindsCommandsByOneOrTwoWords) {
     const auto scanned = scanCommands(std::make_shared<const SourceText>(SourceText{"t", row.command}));
     std::string answer;
     try {
-      answer = dispatcher.find(scanned.items.at(0).command).name;
+      answer = findHandler(kHandlers, scanned.items.at(0).command).name;
     } catch (const CommandError& error) {
       answer = renderDiagnostic(error.diagnostic());
     }
