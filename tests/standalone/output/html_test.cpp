@@ -119,7 +119,7 @@ TEST(HtmlChart, ThinsCloudsAndSaysSo) {
   const std::string html = renderChartAsHtml(
       {"S", {}, ScatterMatrix{{"a", "b"}, {std::vector<double>(90'000, 1), std::vector<double>(90'000, 2)}}},
       "c");
-  EXPECT_THAT(html, HasSubstr("one of every 3 points"));
+  EXPECT_THAT(html, HasSubstr("One of every 3 points"));
   EXPECT_THAT(html, HasSubstr("90000 cases"));
   EXPECT_LT(html.size(), 300'000U);
 }
