@@ -5,15 +5,12 @@
 #include <charconv>
 #include <string>
 
+#include "common/text/ascii.h"
 #include "standalone/data/short_number.h"
 
 namespace genostat::standalone {
 
 namespace {
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 // A decimal number that from_chars has taken.
 struct NumberParts {
@@ -76,7 +73,7 @@ ParsedNumber parseGeneral(std::string_view text, char decimal) {
   }
   const std::size_t first = text.starts_with('-') ? 1 : 0;
   // Keeps out "nan" and "inf", which from_chars takes for numbers.
-  if (first >= text.size() || (!isDigit(text[first]) && text[first] != decimal)) return {};
+  if (first >= text.size() || (!common::isDigit(text[first]) && text[first] != decimal)) return {};
   if (decimal == '.') return fromChars(text);
 
   if (text.find('.') != std::string_view::npos) return {};

@@ -1,5 +1,3 @@
-#include "standalone/procedures/correlation_chart.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -7,6 +5,7 @@
 #include <utility>
 
 #include "standalone/language/translation.h"
+#include "standalone/procedures/correlation_output.h"
 
 namespace genostat::standalone {
 

@@ -20,9 +20,8 @@
 #include "standalone/language/translation.h"
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
-#include "standalone/procedures/correlation_chart.h"
 #include "standalone/procedures/correlation_command.h"
-#include "standalone/procedures/correlation_table.h"
+#include "standalone/procedures/correlation_output.h"
 #include "standalone/procedures/table_cells.h"
 #include "standalone/procedures/variable_list.h"
 #include "standalone/procedures/variable_statistics.h"
@@ -56,10 +55,10 @@ void runCorrelations(CommandContext& context) {
   const CorrelationRequest request = parseCorrelationRequest(context, dataset, false);
   for (const CorrelationList& list : request.lists) {
     if (request.descriptives) context.output.addTable(kProcedure, momentsTable(list, request.deletion));
-    CorrelationTable table(translated("Correlations"), list, request.print, request.deletion);
-    table.add({"", translated("Pearson Correlation"), request.products},
-              pearsonMatrix(valuesOf(list.variables), request.deletion));
-    context.output.addTable(kProcedure, table.finish());
+    const CorrelationKind pearson{"", translated("Pearson Correlation"), request.products,
+                                  pearsonMatrix(valuesOf(list.variables), request.deletion)};
+    context.output.addTable(kProcedure,
+                            correlationTable(translated("Correlations"), list, request, {pearson}));
     if (const auto chart = correlationChart(list, request.deletion)) {
       context.output.addChart(kProcedure, *chart);
     }
@@ -70,13 +69,16 @@ void runNonparCorr(CommandContext& context) {
   const Dataset& dataset = requireActiveDataset(context);
   const CorrelationRequest request = parseCorrelationRequest(context, dataset, true);
   for (const CorrelationList& list : request.lists) {
-    const RankCorrelation ranks(valuesOf(list.variables), request.deletion);
-    CorrelationTable table(translated("Nonparametric Correlations"), list, request.print, request.deletion);
+    const std::vector<std::span<const double>> values = valuesOf(list.variables);
+    const RankCorrelation ranks(values, request.deletion);
+    const std::string coefficient = translated("Correlation Coefficient");
+    std::vector<CorrelationKind> kinds;
     if (request.kendall)
-      table.add({translated("Kendall's tau_b"), translated("Correlation Coefficient")}, ranks.kendall());
+      kinds.push_back({translated("Kendall's tau_b"), coefficient, false, ranks.kendall()});
     if (request.spearman)
-      table.add({translated("Spearman's rho"), translated("Correlation Coefficient")}, ranks.spearman());
-    context.output.addTable("NONPAR CORR", table.finish());
+      kinds.push_back({translated("Spearman's rho"), coefficient, false, ranks.spearman()});
+    context.output.addTable("NONPAR CORR",
+                            correlationTable(translated("Nonparametric Correlations"), list, request, kinds));
   }
 }
 

@@ -21,28 +21,22 @@ struct GivenName {
 
 // Names of jobs become names of datasets, and a job may be called run-1 or run.1: whatever
 // stands together without a blank is one name.
-GivenName readName(TokenCursor& cursor) {
-  const Token first = cursor.next();
-  if (first.kind == Token::Kind::End) return {{}, first.range};
-  GivenName name{first.text, first.range};
-  bool single = true;
-  while (!cursor.atEnd() && cursor.peek().range.begin == name.range.end) {
-    name.range.end = cursor.next().range.end;
-    single = false;
-  }
-  cursor.expectEnd();
-  const bool quoted = single && first.kind == Token::Kind::String;
-  if (!quoted)
-    name.text = name.range.source->text.substr(name.range.begin, name.range.end - name.range.begin);
-  return name;
-}
-
-GivenName readNameOf(const Command& command) {
+GivenName readName(const Command& command) {
   TokenCursor cursor(command);
   cursor.next();
   cursor.next();
   noteExpected(cursor.peek(), &Expectation::dataset);
-  return readName(cursor);
+  const Token first = cursor.next();
+  if (first.kind == Token::Kind::End) return {{}, first.range};
+  GivenName name{first.text, first.range};
+  while (!cursor.atEnd() && cursor.peek().range.begin == name.range.end) {
+    name.range.end = cursor.next().range.end;
+  }
+  cursor.expectEnd();
+  const bool quoted = first.kind == Token::Kind::String && name.range.end == first.range.end;
+  if (!quoted)
+    name.text = name.range.source->text.substr(name.range.begin, name.range.end - name.range.begin);
+  return name;
 }
 
 // Runs an operation of the store and puts its complaint at the name.
@@ -60,7 +54,7 @@ void atName(const GivenName& name, Operation operation) {
 }  // namespace
 
 void runDatasetName(CommandContext& context) {
-  const GivenName name = readNameOf(context.command);
+  const GivenName name = readName(context.command);
   if (name.text.empty()) {
     context.warn({Diagnostic::Severity::Warning,
                   translated("{1} gives no name; the dataset stays without one", {"DATASET NAME"}),
@@ -72,14 +66,14 @@ void runDatasetName(CommandContext& context) {
 }
 
 void runDatasetActivate(CommandContext& context) {
-  const GivenName name = readNameOf(context.command);
+  const GivenName name = readName(context.command);
   // The syntax of a job without a name says it without one, right after DATASET NAME has warned.
   if (name.text.empty()) return;
   atName(name, [&] { context.datasets.activate(name.text); });
 }
 
 void runDatasetClose(CommandContext& context) {
-  const GivenName name = readNameOf(context.command);
+  const GivenName name = readName(context.command);
   if (name.text.empty()) {
     throw CommandError(Diagnostic{
         {},

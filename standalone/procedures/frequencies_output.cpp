@@ -85,19 +85,10 @@ class StatisticsTable {
 };
 
 void sortRows(std::vector<ValueRow>& rows, FrequenciesRequest::RowOrder order) {
-  switch (order) {
-    case FrequenciesRequest::RowOrder::AscendingValues:
-      break;
-    case FrequenciesRequest::RowOrder::DescendingValues:
-      std::ranges::reverse(rows);
-      break;
-    case FrequenciesRequest::RowOrder::AscendingCounts:
-      std::ranges::stable_sort(rows, std::less<>(), &ValueRow::count);
-      break;
-    case FrequenciesRequest::RowOrder::DescendingCounts:
-      std::ranges::stable_sort(rows, std::greater<>(), &ValueRow::count);
-      break;
-  }
+  using RowOrder = FrequenciesRequest::RowOrder;
+  if (order == RowOrder::DescendingValues) std::ranges::reverse(rows);
+  if (order == RowOrder::AscendingCounts) std::ranges::stable_sort(rows, std::less<>(), &ValueRow::count);
+  if (order == RowOrder::DescendingCounts) std::ranges::stable_sort(rows, std::greater<>(), &ValueRow::count);
 }
 
 PivotTable valuesTable(const VariableSummary& summary, FrequenciesRequest::RowOrder order) {

@@ -4,14 +4,13 @@
 //     [/ARRANGEMENT=DELIMITED] [/FIRSTCASE=1] [/DATATYPEMIN PERCENTAGE=95.0]
 //     /VARIABLES=name AUTO|Fw.d|Aw ... [/MAP].
 //
-// /MAP shows an overview of verdicts where the data hold such (verdict_overview.h).
+// /MAP shows an overview of verdicts where the data hold such (imported_data.h).
 //
 // From its first token on no earlier dataset is active: when the import fails, the commands
 // that were written for it must not fall upon another dataset.
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <set>
 #include <string>
 #include <string_view>
@@ -24,7 +23,6 @@
 #include "standalone/output/output_document.h"
 #include "standalone/procedures/commands.h"
 #include "standalone/procedures/imported_data.h"
-#include "standalone/procedures/verdict_overview.h"
 #include "standalone/syntax/token_cursor.h"
 
 namespace genostat::standalone {
@@ -33,24 +31,9 @@ namespace {
 
 constexpr std::size_t kMostWarnings = 20;
 
-enum GetDataSubcommand : std::size_t {
-  Type,
-  File,
-  Encoding,
-  Delimiters,
-  Qualifier,
-  Arrangement,
-  FirstCase,
-  DataTypeMin,
-  Variables,
-  Map,
-  GetDataSubcommandCount
-};
-
 constexpr std::array<std::string_view, 10> kGetDataSubcommands = {
     "TYPE",        "FILE",      "ENCODING",    "DELIMITERS", "QUALIFIER",
     "ARRANGEMENT", "FIRSTCASE", "DATATYPEMIN", "VARIABLES",  "MAP"};
-static_assert(kGetDataSubcommands.size() == GetDataSubcommandCount);
 
 bool isDigits(std::string_view text) {
   return !text.empty() && text.size() <= 5 && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -175,53 +158,31 @@ ParsedGetData parseGetData(const Command& command) {
   cursor.next();
   ParsedGetData parsed;
   ImportRequest& request = parsed.request;
-  std::bitset<GetDataSubcommandCount> seen;
+  std::set<std::string_view> seen;
   while (true) {
     const Token& keyword = cursor.peek(cursor.peek().isSymbol('/') ? 1 : 0);
     const auto subcommand = cursor.nextSubcommand(kGetDataSubcommands);
     if (!subcommand) break;
-    if (seen.test(*subcommand)) {
-      TokenCursor::fail(translated("/{1} is given twice", {kGetDataSubcommands[*subcommand]}), keyword);
+    const std::string_view name = kGetDataSubcommands[*subcommand];
+    if (!seen.insert(name).second) TokenCursor::fail(translated("/{1} is given twice", {name}), keyword);
+    if (name == "TYPE") cursor.expectKeyword(kTypes, translated("type of file"));
+    if (name == "FILE") {
+      parsed.file = cursor.peek();
+      request.file = resolveFile(cursor.expectString(translated("the name of a file")));
     }
-    seen.set(*subcommand);
-    switch (*subcommand) {
-      case Type:
-        cursor.expectKeyword(kTypes, translated("type of file"));
-        break;
-      case File:
-        parsed.file = cursor.peek();
-        request.file = resolveFile(cursor.expectString(translated("the name of a file")));
-        break;
-      case Encoding:
-        parseEncoding(cursor);
-        break;
-      case Delimiters:
-        request.format.delimiters = parseDelimiters(cursor);
-        break;
-      case Qualifier:
-        request.format.qualifier = parseQualifier(cursor);
-        break;
-      case Arrangement:
-        cursor.expectKeyword(kArrangements, translated("arrangement"));
-        break;
-      case FirstCase:
-        request.firstCase = parseFirstCase(cursor);
-        break;
-      case DataTypeMin:
-        request.percentage = parsePercentage(cursor);
-        break;
-      case Variables:
-        request.columns = parseVariables(cursor);
-        break;
-      default:
-        break;
-    }
+    if (name == "ENCODING") parseEncoding(cursor);
+    if (name == "DELIMITERS") request.format.delimiters = parseDelimiters(cursor);
+    if (name == "QUALIFIER") request.format.qualifier = parseQualifier(cursor);
+    if (name == "ARRANGEMENT") cursor.expectKeyword(kArrangements, translated("arrangement"));
+    if (name == "FIRSTCASE") request.firstCase = parseFirstCase(cursor);
+    if (name == "DATATYPEMIN") request.percentage = parsePercentage(cursor);
+    if (name == "VARIABLES") request.columns = parseVariables(cursor);
+    if (name == "MAP") parsed.map = true;
   }
-  for (const GetDataSubcommand required : {Type, File, Variables}) {
-    if (!seen.test(required))
-      TokenCursor::fail(translated("{1} needs /{2}", {"GET DATA", kGetDataSubcommands[required]}), get);
+  for (const std::string_view required : {"TYPE", "FILE", "VARIABLES"}) {
+    if (!seen.contains(required))
+      TokenCursor::fail(translated("{1} needs /{2}", {"GET DATA", required}), get);
   }
-  parsed.map = seen.test(Map);
   return parsed;
 }
 

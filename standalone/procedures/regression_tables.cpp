@@ -38,19 +38,13 @@ std::string methodText(const RegressionResult& result, const SelectionStep& step
   return translated("Enter");
 }
 
-std::optional<FTest> changeTest(const RegressionResult& result, std::size_t step) {
-  const LinearFit& fit = result.selection.steps[step].fit;
-  if (step > 0) return testOfChange(result.selection.steps[step - 1].fit, fit);
-  return fit.test;
-}
-
 void addChange(const RegressionResult& result, std::size_t step, std::vector<CellValue>& cells) {
   const LinearFit& fit = result.selection.steps[step].fit;
   const LinearFit* before = step > 0 ? &result.selection.steps[step - 1].fit : nullptr;
   const double shareBefore = before != nullptr ? before->residualShare : 1;
   const std::size_t freedomBefore = before != nullptr ? before->residualFreedom : fit.totalFreedom;
   const auto [smaller, larger] = std::minmax(fit.residualFreedom, freedomBefore);
-  const std::optional<FTest> test = changeTest(result, step);
+  const std::optional<FTest> test = before != nullptr ? testOfChange(*before, fit) : fit.test;
   cells.push_back(fractionCell(shareBefore - fit.residualShare));
   cells.push_back(test ? cellOf(test->f) : CellValue());
   cells.push_back(countCell(larger - smaller));

@@ -1,5 +1,3 @@
-#include "standalone/procedures/verdict_overview.h"
-
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -9,6 +7,7 @@
 
 #include "common/quality/checks.h"
 #include "standalone/language/translation.h"
+#include "standalone/procedures/imported_data.h"
 
 namespace genostat::standalone {
 
@@ -58,19 +57,13 @@ std::string titleOf(const std::string& variable) {
 }
 
 // A chart takes rows of one name for one row.
-class DistinctNames {
- public:
-  std::string add(const std::string& name) {
-    std::string distinct = name;
-    for (std::size_t i = 2; !taken_.insert(distinct).second; ++i) {
-      distinct = name + " (" + std::to_string(i) + ")";
-    }
-    return distinct;
+std::string distinctName(std::unordered_set<std::string>& taken, const std::string& name) {
+  std::string distinct = name;
+  for (std::size_t i = 2; !taken.insert(distinct).second; ++i) {
+    distinct = name + " (" + std::to_string(i) + ")";
   }
-
- private:
-  std::unordered_set<std::string> taken_;
-};
+  return distinct;
+}
 
 const Column* namesOfSamples(const Dataset& dataset, const std::vector<const Column*>& checks) {
   const auto isText = [&](const Column& column) {
@@ -96,11 +89,11 @@ std::optional<Chart> verdictOverview(const Dataset& dataset) {
   for (const Column* check : checks) {
     map.checks.push_back(titleOf(check->name));
   }
-  DistinctNames distinct;
+  std::unordered_set<std::string> taken;
   for (const RankedCase& ranked : worstCases(checks, dataset.caseCount)) {
     const std::string name = names != nullptr ? names->texts[ranked.row] : std::string();
     map.samples.push_back(
-        distinct.add(name.empty() ? translated("Case {1}", {std::to_string(ranked.row + 1)}) : name));
+        distinctName(taken, name.empty() ? translated("Case {1}", {std::to_string(ranked.row + 1)}) : name));
     std::vector<Verdict>& verdicts = map.verdicts.emplace_back();
     for (const Column* check : checks) {
       verdicts.push_back(common::verdictNamed(check->texts[ranked.row]).value_or(Verdict::None));

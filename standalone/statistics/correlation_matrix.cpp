@@ -1,9 +1,8 @@
 #include "standalone/statistics/correlation_matrix.h"
 
 #include <algorithm>
+#include <boost/math/distributions/students_t.hpp>
 #include <cmath>
-
-#include "standalone/statistics/significance.h"
 
 namespace genostat::standalone {
 
@@ -76,6 +75,15 @@ DoubleDouble scaleBy(const DoubleDouble& number, int exponent) {
 // An even exponent, so that its half scales a factor of the square.
 int evenExponent(double number) {
   return std::ilogb(number) / 2 * 2;
+}
+
+// P(T >= |t|) with t = r √((n-2) / (1-r²)), at least three cases. `unexplained` is 1 - r², in more digits
+// than r has.
+double correlationTail(double coefficient, double unexplained, std::size_t caseCount) {
+  if (unexplained <= 0) return 0;
+  const auto freedom = static_cast<double>(caseCount - 2);
+  const double t = std::abs(coefficient) * std::sqrt(freedom / unexplained);
+  return boost::math::cdf(boost::math::complement(boost::math::students_t(freedom), t));
 }
 
 std::optional<double> finiteOrNone(double value) {

@@ -47,7 +47,8 @@ class CorrelationMatrix {
 };
 
 // Pearson's r = Sxy / √(Sxx Syy), from cross-products of about 28 digits; its significance by
-// correlationTail. Values of any size: those far from 1 are scaled before they are multiplied.
+// Student's t with n - 2 degrees of freedom. Values of any size: those far from 1 are scaled before they are
+// multiplied.
 CorrelationMatrix pearsonMatrix(VariableSpans variables, Deletion deletion);
 
 // Pearson's r of two of the variables that were summed, without cross-product and covariance.

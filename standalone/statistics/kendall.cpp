@@ -11,12 +11,11 @@
 #include "standalone/statistics/kendall.h"
 
 #include <algorithm>
+#include <boost/math/distributions/normal.hpp>
 #include <cmath>
 #include <cstdint>
 #include <span>
 #include <utility>
-
-#include "standalone/statistics/significance.h"
 
 namespace genostat::standalone {
 
@@ -180,7 +179,8 @@ Correlation kendallTauB(const RankedVariable& x, const RankedVariable& y, const 
   const double root = std::sqrt(static_cast<double>(differInX) * static_cast<double>(differInY));
   result.coefficient = std::clamp(score / root, -1.0, 1.0);
   const double variance = varianceOfScore(static_cast<double>(n), sorted.tiesOfX, sorted.tiesOfY);
-  result.oneTailed = normalTail(score / std::sqrt(variance));
+  const double z = std::abs(score / std::sqrt(variance));
+  result.oneTailed = boost::math::cdf(boost::math::complement(boost::math::normal(), z));
   return result;
 }
 

@@ -87,9 +87,10 @@ struct LinearSystem::Contents {
 };
 
 LinearSystem::LinearSystem(const CrossProducts& products, std::size_t dependent,
-                           std::vector<std::size_t> candidates, bool throughOrigin)
-    : contents_(std::make_unique<Contents>()) {
-  Contents& my = *contents_;
+                           std::vector<std::size_t> candidates, bool throughOrigin) {
+  const auto contents = std::make_shared<Contents>();
+  contents_ = contents;
+  Contents& my = *contents;
   my.dependent = dependent;
   my.candidates = std::move(candidates);
   my.caseCount = products.caseCount;
@@ -124,20 +125,8 @@ LinearSystem::LinearSystem(const CrossProducts& products, std::size_t dependent,
   }
 }
 
-LinearSystem::~LinearSystem() = default;
-LinearSystem::LinearSystem(LinearSystem&&) noexcept = default;
-LinearSystem& LinearSystem::operator=(LinearSystem&&) noexcept = default;
-
-const std::vector<std::size_t>& LinearSystem::candidates() const {
-  return contents_->candidates;
-}
-
 std::size_t LinearSystem::caseCount() const {
   return contents_->caseCount;
-}
-
-bool LinearSystem::throughOrigin() const {
-  return contents_->throughOrigin;
 }
 
 bool LinearSystem::isConstant(std::size_t variable) const {

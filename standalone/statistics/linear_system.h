@@ -70,13 +70,8 @@ class LinearSystem {
   // `dependent` and `candidates` are numbers of variables of `products`.
   LinearSystem(const CrossProducts& products, std::size_t dependent, std::vector<std::size_t> candidates,
                bool throughOrigin = false);
-  ~LinearSystem();
-  LinearSystem(LinearSystem&&) noexcept;
-  LinearSystem& operator=(LinearSystem&&) noexcept;
 
-  const std::vector<std::size_t>& candidates() const;
   std::size_t caseCount() const;
-  bool throughOrigin() const;
   // No spread (through the origin: nothing but zeros); such a variable takes part in no fit.
   bool isConstant(std::size_t variable) const;
   // Sums beyond double's range; such a variable takes part in no fit.
@@ -88,7 +83,7 @@ class LinearSystem {
 
  private:
   struct Contents;
-  std::unique_ptr<Contents> contents_;
+  std::shared_ptr<const Contents> contents_;
 };
 
 // How much better the larger of two nested models fits: the F test of the predictors that only it

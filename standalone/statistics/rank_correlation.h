@@ -15,7 +15,7 @@ class RankCorrelation {
   RankCorrelation(VariableSpans variables, Deletion deletion);
 
   // Spearman's rho: Pearson's r of the mid-ranks among the cases of each pair, in which numbers are
-  // exact; significance by correlationTail. Source: M. G. Kendall, "Rank Correlation Methods", 4th edition,
+  // exact; significance as of Pearson's r. Source: M. G. Kendall, "Rank Correlation Methods", 4th edition,
   // London 1970, chapter 3 (ties) and 5.
   CorrelationMatrix spearman() const;
 
