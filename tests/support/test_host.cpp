@@ -7,10 +7,10 @@
 
 #include "entry/genostat.h"
 #include "host/message_bus.h"
-#include "platform/process.h"
 #include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
 #include "standalone/syntax/command.h"
+#include "tests/support/stub_launcher.h"
 
 namespace genostat::test {
 
@@ -66,14 +66,7 @@ TestHost::TestHost() : home_(folder_.path() / "home"), temp_(folder_.path() / "t
   fs::create_directory(temp_);
   standalone::setHostFolders({temp_, home_, {}});
   standalone::setCurrentAdapter(&adapter);
-  const std::string stub = platform::pathToNarrow(platform::programFolder() / "analysis_stub");
-  const fs::path launcher = home_ / (std::string("statisticspython3") + platform::kLauncherSuffix);
-  // Each system reads its own form; the other's file would only be missing its suffix.
-  const bool batch = std::string(platform::kLauncherSuffix) == ".bat";
-  std::ofstream(launcher, std::ios::binary)
-      << (batch ? "@\"" + stub + ".exe\" %*\r\n@exit /b %ERRORLEVEL%\r\n"
-                : "#!/bin/sh\n\"" + stub + "\" \"$@\"\nexit $?\n");
-  fs::permissions(launcher, fs::perms::owner_all);
+  writeStubLauncher(home_);
 }
 
 TestHost::~TestHost() {
@@ -89,7 +82,7 @@ void TestHost::signal(const std::string& name) {
 }
 
 void TestHost::removeLauncher() {
-  fs::remove(home_ / (std::string("statisticspython3") + platform::kLauncherSuffix));
+  fs::remove(home_ / kStubLauncher);
 }
 
 std::pair<std::size_t, std::uintmax_t> TestHost::beats() const {
