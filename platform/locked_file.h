@@ -15,6 +15,8 @@ class LockedFile {
  public:
   // None where something stands at `path`, or where another process is about to remove the new file.
   static std::optional<LockedFile> create(const std::filesystem::path& path);
+  // An existing file whose lock nobody holds. None where that is not so, or cannot be known.
+  static std::optional<LockedFile> takeOver(const std::filesystem::path& path);
   LockedFile(LockedFile&&) noexcept = default;
   LockedFile& operator=(LockedFile&&) = delete;
   // Removes the file unless it was moved to its target.

@@ -16,6 +16,9 @@ std::filesystem::path programFolder();
 // The id of the running process.
 int processId();
 
+// The name of this computer in its network, as the system has it.
+std::string hostName();
+
 // Ends the program at once, without any clean-up.
 [[noreturn]] void exitNow(int status);
 

@@ -33,6 +33,18 @@ std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path) 
   return LockedFile(path, std::move(file));
 }
 
+std::optional<LockedFile> LockedFile::takeOver(const std::filesystem::path& path) {
+  // For writing, since some network file systems need that for a lock.
+  Handle file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!file) return std::nullopt;
+  struct stat status = {};
+  // Only its writer or the holder of its lock changes what stands at the path; so it stays what it is.
+  const bool taken = fstat(descriptor(file), &status) == 0 && S_ISREG(status.st_mode) &&
+                     flock(descriptor(file), LOCK_EX | LOCK_NB) == 0 && isStillAt(status, path);
+  if (!taken) return std::nullopt;
+  return LockedFile(path, std::move(file));
+}
+
 LockedFile::~LockedFile() {
   // While it is locked: nobody else then removes a file of this name.
   if (file_) unlink(path_.c_str());
@@ -57,15 +69,7 @@ void LockedFile::moveTo(const std::filesystem::path& target, bool /*patient*/) {
 }
 
 void removeUnlocked(const std::filesystem::path& path) {
-  // For writing, since some network file systems need that for a lock.
-  const Handle file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  if (!file) return;
-  struct stat status = {};
-  // Only its writer or the holder of its lock changes what stands at the path; so it stays what it is.
-  if (fstat(descriptor(file), &status) == 0 && S_ISREG(status.st_mode) &&
-      flock(descriptor(file), LOCK_EX | LOCK_NB) == 0 && isStillAt(status, path)) {
-    unlink(path.c_str());
-  }
+  LockedFile::takeOver(path);
 }
 
 }  // namespace genostat::platform

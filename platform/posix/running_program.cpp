@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <system_error>
 
 namespace genostat::platform {
@@ -17,6 +18,13 @@ std::filesystem::path programFolder() {
 
 int processId() {
   return getpid();
+}
+
+std::string hostName() {
+  std::array<char, 256> name{};
+  // A longer one may come without its end.
+  gethostname(name.data(), name.size() - 1);
+  return name.data();
 }
 
 void exitNow(int status) {

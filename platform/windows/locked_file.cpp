@@ -24,15 +24,25 @@ std::vector<std::byte> renameRequest(const std::filesystem::path& target) {
   return request;
 }
 
+// Shared with nobody: that is the lock.
+Handle openAlone(const std::filesystem::path& path, DWORD disposition) {
+  return owned(CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, disposition,
+                           FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+}
+
 }  // namespace
 
 std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path) {
-  // Shared with nobody: that is the lock.
-  Handle file = owned(CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+  Handle file = openAlone(path, CREATE_NEW);
   if (file) return LockedFile(path, std::move(file));
   if (file.error() != std::errc::file_exists) throw std::system_error(file.error());
   return std::nullopt;
+}
+
+std::optional<LockedFile> LockedFile::takeOver(const std::filesystem::path& path) {
+  Handle file = openAlone(path, OPEN_EXISTING);
+  if (!file) return std::nullopt;
+  return LockedFile(path, std::move(file));
 }
 
 LockedFile::~LockedFile() {

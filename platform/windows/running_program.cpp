@@ -30,6 +30,13 @@ int processId() {
   return static_cast<int>(GetCurrentProcessId());
 }
 
+std::string hostName() {
+  std::wstring name(256, L'\0');
+  auto size = static_cast<DWORD>(name.size());
+  name.resize(GetComputerNameExW(ComputerNameDnsHostname, name.data(), &size) != 0 ? size : 0);
+  return narrow(name, CP_UTF8);
+}
+
 void exitNow(int status) {
   // ExitProcess would run the libraries' destructors after it has stopped their threads anywhere.
   TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));

@@ -1,36 +1,133 @@
 #include "standalone/session/private_folder.h"
 
+#include <algorithm>
+#include <random>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
+#include "platform/path_text.h"
+#include "platform/private_folder.h"
 #include "platform/running_program.h"
+#include "standalone/language/translation.h"
 
 namespace genostat::standalone {
 
 namespace {
-// A number of the same process id may be left over from a program that was killed.
+
+namespace fs = std::filesystem;
+
 constexpr int kMostAttempts = 100;
+constexpr const char* kLockName = "session.lock";
+constexpr std::string_view kDigits = "0123456789abcdef";
+constexpr std::size_t kRandomDigits = 16;
+constexpr std::size_t kMostOfHost = 32;
+
+// "genostat-<computer>-", in characters that suit every file system.
+std::string beginningOfNames() {
+  std::string host = platform::hostName().substr(0, kMostOfHost);
+  std::ranges::replace_if(
+      host, [](char c) { return (c < '0' || c > '9') && (c < 'A' || c > 'Z') && (c < 'a' || c > 'z'); }, '_');
+  return "genostat-" + host + "-";
+}
+
+std::string randomDigits() {
+  std::random_device random;
+  std::uniform_int_distribution<std::size_t> digit(0, kDigits.size() - 1);
+  std::string digits(kRandomDigits, '0');
+  std::ranges::generate(digits, [&] { return kDigits[digit(random)]; });
+  return digits;
+}
+
+bool isOurs(const fs::path& folder, const std::string& beginning) {
+  const std::string name = platform::pathToUtf8(folder.filename());
+  return name.starts_with(beginning) && name.size() == beginning.size() + kRandomDigits &&
+         name.find_first_not_of(kDigits, beginning.size()) == std::string::npos &&
+         platform::isPrivateFolder(folder);
+}
+
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+  std::vector<fs::path> entries;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    entries.push_back(entry->path());
+  }
+  return entries;
+}
+
+// The lock goes last: what is left of a removal that is itself killed is still known for abandoned.
+void removeLocked(const fs::path& folder, std::optional<platform::LockedFile>& lock) {
+  std::error_code ignored;
+  for (const fs::path& entry : entriesOf(folder)) {
+    if (entry.filename() != kLockName) fs::remove_all(entry, ignored);
+  }
+  lock.reset();
+  fs::remove(folder, ignored);
+}
+
+// None where a session holds it.
+std::optional<platform::LockedFile> lockOf(const fs::path& folder) {
+  std::optional<platform::LockedFile> taken = platform::LockedFile::takeOver(folder / kLockName);
+  return taken ? std::move(taken) : platform::LockedFile::create(folder / kLockName);
+}
+
+void removeUnlessInUse(const fs::path& folder) {
+  // An empty one has no lock yet, or none any more. Whoever is making it takes another.
+  std::error_code ignored;
+  if (fs::remove(folder, ignored)) return;
+  std::optional<platform::LockedFile> lock = lockOf(folder);
+  if (lock) removeLocked(folder, lock);
+}
+
 }  // namespace
 
-PrivateFolder::PrivateFolder(const std::filesystem::path& base) {
-  if (base.empty()) return;
-  const std::string stem = "genostat-" + std::to_string(platform::processId());
-  for (int n = 0; n < kMostAttempts; ++n) {
-    const std::filesystem::path path = base / (stem + "-" + std::to_string(n));
-    std::error_code error;
-    if (!std::filesystem::create_directory(path, error)) {
-      if (error) return;
-      continue;
+PrivateFolder::PrivateFolder(const fs::path& base) {
+  try {
+    const std::string beginning = beginningOfNames();
+    for (int n = 0; n < kMostAttempts; ++n) {
+      if (create(base / (beginning + randomDigits()))) return;
     }
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all, error);
-    path_ = path;
-    return;
+    throw std::system_error(std::make_error_code(std::errc::file_exists));
+  } catch (const std::system_error& error) {
+    throw std::runtime_error(
+        translated("cannot make a folder in the temporary folder {1}: {2} (--temp chooses another)",
+                   {"\"" + platform::pathToUtf8(base) + "\"", translatedReason(error.code().message())}));
   }
 }
 
-void PrivateFolder::remove() {
-  std::error_code ignored;
-  if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
+// False where the name is taken, or another session has removed the folder before it was locked.
+bool PrivateFolder::create(const fs::path& path) {
+  if (!platform::createPrivateFolder(path)) return false;
+  try {
+    auto lock = platform::LockedFile::create(path / kLockName);
+    if (!lock) return false;
+    lock_.emplace(std::move(*lock));
+  } catch (const std::system_error& error) {
+    if (error.code() == std::errc::no_such_file_or_directory) return false;
+    std::error_code ignored;
+    fs::remove(path, ignored);
+    throw;
+  }
+  path_ = path;
+  return true;
+}
+
+PrivateFolder::~PrivateFolder() {
+  removeLocked(path_, lock_);
+}
+
+void removeAbandonedFolders(const fs::path& base) {
+  const std::string beginning = beginningOfNames();
+  for (const fs::path& folder : entriesOf(base)) {
+    try {
+      if (isOurs(folder, beginning)) removeUnlessInUse(folder);
+    } catch (const std::exception&) {
+      // In use, or it cannot be removed.
+    }
+  }
 }
 
 }  // namespace genostat::standalone

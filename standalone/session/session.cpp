@@ -15,10 +15,16 @@ constexpr int kInterruptedStatus = 130;
 // How long an interrupted program waits for its last notices.
 constexpr std::chrono::milliseconds kNoticePatience(300);
 
+std::unique_ptr<PrivateFolder> makePrivateFolder(const SessionOptions& options) {
+  if (!options.privateTemporaryFolder) return nullptr;
+  removeAbandonedFolders(options.folders.temporary);
+  return std::make_unique<PrivateFolder>(options.folders.temporary);
+}
+
 // A module reads the folders as soon as it is loaded. Its own folder, for where this stands in the
 // initialisation.
-const std::filesystem::path& publishFolders(SessionOptions& options, const PrivateFolder& privateFolder) {
-  if (!privateFolder.path().empty()) options.folders.temporary = privateFolder.path();
+const std::filesystem::path& publishFolders(SessionOptions& options, const PrivateFolder* privateFolder) {
+  if (privateFolder != nullptr) options.folders.temporary = privateFolder->path();
   options.folders.shippedStrings = options.moduleFolder / "strings";
   setHostFolders(options.folders);
   return options.moduleFolder;
@@ -40,8 +46,8 @@ void showStringTableWarnings(CommandRunner& runner) {
 
 Session::Session(SessionOptions options, std::span<const CommandHandler> commands, SessionView& view,
                  OutputDocument& output)
-    : privateFolder_(options.privateTemporaryFolder ? options.folders.temporary : std::filesystem::path()),
-      module_(publishFolders(options, privateFolder_)),
+    : privateFolder_(makePrivateFolder(options)),
+      module_(publishFolders(options, privateFolder_.get())),
       gate_([this] { waitForProgramEnd(); }),
       commands_(
           commands,
@@ -76,7 +82,7 @@ void Session::runCommands(const SourcePtr& text, bool stoppable) {
 bool Session::close() {
   jobs_.showMessages();
   if (!gate_.close()) waitForProgramEnd();
-  privateFolder_.remove();
+  privateFolder_.reset();
   return !commands_.failed() && !jobs_.failed();
 }
 
@@ -91,7 +97,7 @@ void Session::interrupt() {
   // The program is about to end, by itself or on the first interrupt's thread.
   if (answer != CommandGate::Answer::First) return;
   jobs_.cancelForGood();
-  privateFolder_.remove();
+  privateFolder_.reset();
   jobs_.waitUntilShown(kNoticePatience);
   end_.request_stop();
   platform::exitNow(kInterruptedStatus);

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <filesystem>
+#include <memory>
 #include <span>
 #include <stop_token>
 
@@ -29,7 +30,7 @@ struct SessionOptions {
 class Session {
  public:
   // Runs these commands and the module's. Borrows the view and the document. Throws ModuleError when the
-  // module cannot be used.
+  // module cannot be used, std::runtime_error where no folder can be made.
   Session(SessionOptions options, std::span<const CommandHandler> commands, SessionView& view,
           OutputDocument& output);
 
@@ -56,7 +57,7 @@ class Session {
   // On the command thread, once the session is interrupted. Does not return.
   void waitForProgramEnd();
 
-  PrivateFolder privateFolder_;
+  std::unique_ptr<PrivateFolder> privateFolder_;  // none where the user has named the temporary folder
   Module module_;
   CommandGate gate_;
   CommandRunner commands_;
