@@ -229,6 +229,15 @@ ExitCode runRequest(std::string_view payload) {
       });
 }
 
+void giveUpRequest(std::string_view payload) {
+  try {
+    const std::optional<std::string> csvPath = csvPathOfRequest(payload);
+    if (csvPath) removeProgress(pathFromRequest(*csvPath));
+  } catch (const std::exception&) {
+    // Such a job has written nothing.
+  }
+}
+
 ExitCode runQc(const QcOptions& options) {
   return runGuarded(
       [&] {

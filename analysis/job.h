@@ -17,6 +17,9 @@ namespace genostat::analysis {
 // are written into that folder as well; that failing is only a warning.
 ExitCode runRequest(std::string_view payload);
 
+// For one that runs and that nobody waits for any more, before the program is ended: removes its progress.
+void giveUpRequest(std::string_view payload);
+
 // What a person asks for on the command line, UTF-8.
 struct QcOptions {
   std::vector<std::string> paths;  // files, folders, and "-" for standard input

@@ -5,6 +5,7 @@
 
 #include "analysis/job.h"
 #include "analysis/options.h"
+#include "platform/lifeline.h"
 #include "platform/running_program.h"
 #include "platform/terminal.h"
 
@@ -14,11 +15,18 @@ using genostat::analysis::ExitCode;
 using genostat::analysis::LaunchedJob;
 using genostat::analysis::QcOptions;
 namespace common = genostat::common;
+namespace platform = genostat::platform;
+
+// As a shell reports a program that was told to end.
+constexpr int kTerminated = 143;
 
 int run(int argc, char** argv) {
-  const auto parsed =
-      genostat::analysis::parseArguments(genostat::platform::commandLineArguments(argc, argv));
+  const auto parsed = genostat::analysis::parseArguments(platform::commandLineArguments(argc, argv));
   if (const auto* job = std::get_if<LaunchedJob>(&parsed)) {
+    platform::onParentGone([payload = job->payload] {
+      genostat::analysis::giveUpRequest(payload);
+      platform::exitNow(kTerminated);
+    });
     return static_cast<int>(genostat::analysis::runRequest(job->payload));
   }
   if (const auto* answer = std::get_if<common::Answer>(&parsed)) {
@@ -32,7 +40,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  genostat::platform::prepareStandardStreams();
+  platform::prepareStandardStreams();
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

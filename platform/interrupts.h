@@ -7,7 +7,7 @@ namespace genostat::platform {
 
 enum class Interrupt {
   Key,  // Ctrl-C: SIGINT, or its console event on Windows
-  End   // the program is to end: SIGTERM, SIGHUP; the console is closed, the user logs off
+  End   // the program is to end: SIGTERM, SIGHUP, SIGQUIT; the console is closed, the user logs off
 };
 
 // Calls `handler` on a thread of its own for each interrupt; calls may overlap. Install once, before other

@@ -31,6 +31,11 @@ bool isProgressFile(const fs::path& file) {
   return std::string_view(front.data(), static_cast<std::size_t>(size)) == kBeginning;
 }
 
+fs::path progressFileOf(const fs::path& result) {
+  fs::path file = result;
+  return file += kEnding;
+}
+
 // Where a file that somebody has open cannot be removed, it is let go in a moment.
 void removeSoon(const fs::path& file) {
   std::error_code error;
@@ -66,11 +71,9 @@ std::string progressJson(const JobProgress::State& state, double seconds) {
 }
 
 ProgressFile::ProgressFile(const JobProgress& progress, const fs::path& result, Pace pace)
-    : progress_(progress), file_(result) {
-  file_ += kEnding;
+    : progress_(progress), file_(progressFileOf(result)) {
   // Of a run that was killed: it would be taken for this job's.
-  std::error_code ignored;
-  if (isProgressFile(file_)) fs::remove(file_, ignored);
+  removeProgress(result);
   try {
     ticker_ = startTicking(pace.first, pace.next, [this](double seconds) { return update(seconds); });
   } catch (const std::system_error&) {
@@ -98,6 +101,11 @@ bool ProgressFile::update(double seconds) {
     // The next one may succeed; the job does not depend on it.
   }
   return true;
+}
+
+void removeProgress(const fs::path& result) {
+  std::error_code ignored;
+  if (isProgressFile(progressFileOf(result))) fs::remove(progressFileOf(result), ignored);
 }
 
 void removeAbandonedProgress(const fs::path& folder) {

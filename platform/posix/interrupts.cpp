@@ -11,7 +11,7 @@ namespace genostat::platform {
 void onEachInterrupt(std::function<void(Interrupt)> handler) {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     struct sigaction action = {};
     sigaction(signal, nullptr, &action);
     // What the parent chose to ignore (nohup) stays ignored.

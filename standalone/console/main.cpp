@@ -2,6 +2,7 @@
 #include <exception>
 #include <variant>
 
+#include "platform/lifeline.h"
 #include "platform/running_program.h"
 #include "platform/terminal.h"
 #include "standalone/console/batch_run.h"
@@ -17,6 +18,7 @@ namespace platform = genostat::platform;
 
 int main(int argc, char** argv) {
   platform::prepareStandardStreams();
+  platform::nameAsParent();
   try {
     const std::vector<std::string> arguments = platform::commandLineArguments(argc, argv);
     standalone::chooseLanguage(arguments);

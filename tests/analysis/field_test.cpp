@@ -195,8 +195,9 @@ TEST(ProgressFile, OfADeadRunIsRemovedByALaterOne) {
                                 file + R"(.csv","files":[")" + file + "\"]}]}")};
   };
   const fs::path left = folder.path() / "long.fq.gz.csv.progress";
-  const auto killed = test::runAndInterrupt({kProgram, request("long.fq.gz"), folder.path(), {}, {}},
-                                            [&](int sent) { return sent == 0 && fs::exists(left); });
+  const auto killed =
+      test::runAndSignal({kProgram, request("long.fq.gz"), folder.path(), {}, {}}, test::Signal::Interrupt,
+                         [&](int sent) { return sent == 0 && fs::exists(left); });
   if (!killed) return;
   EXPECT_EQ(killed->status, 130);
   rapidjson::Document document;

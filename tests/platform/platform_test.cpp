@@ -91,5 +91,28 @@ TEST(KillProcessTree, TakesNoIdForEverybody) {
   EXPECT_FALSE(platform::killProcessTree(std::numeric_limits<std::int32_t>::max())) << "nobody has this id";
 }
 
+// A host that names itself, and one that does not but is the parent.
+TEST(Lifeline, ShowsThatTheHostWasKilled) {
+  for (const char* role : {"named", "unnamed"}) {
+    if (role == std::string("unnamed") && platform::kPathSeparator == '\\') continue;
+    const test::TemporaryFolder folder;
+    platform::LaunchCommand command;
+    command.launcher = GENOSTAT_BIN_DIR "/analysis_stub";
+    command.script = folder.narrow();
+    command.payload = role;
+    const std::string line = "\"" + command.launcher + "\" \"" + command.script + "\" " + role;
+    command.commandLine.assign(line.begin(), line.end());
+    const auto host = platform::ChildProcess::start(command);
+    ASSERT_TRUE(host);
+    EXPECT_EQ(host->wait(), 0u) << role << ": it is not gone while it lives";
+    bool gone = false;
+    for (int i = 0; i < 1000 && !gone; ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      gone = platform::fileExists(folder.narrow("gone"));
+    }
+    EXPECT_TRUE(gone) << role;
+  }
+}
+
 }  // namespace
 }  // namespace genostat

@@ -7,6 +7,8 @@
 //   child            starts a copy of itself that only beats, with a child of its own
 //   beat             writes to "beat_<process id>" every 10 ms, for a minute at most
 //   exit CODE        ends with this exit code
+// Started as `analysis_stub FOLDER named` or `unnamed`, it is a host that is killed once `analysis_stub
+// FOLDER watch`, which it starts, is under way. That one creates "gone" when it learns of it.
 #include <rapidjson/document.h>
 
 #include <chrono>
@@ -19,6 +21,7 @@
 #include <vector>
 
 #include "common/files/part_file.h"
+#include "platform/lifeline.h"
 #include "platform/path_text.h"
 #include "platform/process.h"
 #include "platform/running_program.h"
@@ -50,16 +53,35 @@ std::string decodeBase64(const std::string& text) {
   std::exit(99);
 }
 
-// Starts `program FOLDER DEPTH`: a process that beats, with DEPTH generations below it.
-void startBeating(const std::string& program, const fs::path& folder, int depth) {
+// Starts `program FOLDER ROLE`. With a number as its role it beats, with so many generations below it.
+void startCopy(const std::string& program, const fs::path& folder, const std::string& role) {
   platform::LaunchCommand command;
   command.launcher = program;
   command.script = platform::pathToNarrow(folder);
-  command.payload = std::to_string(depth);
+  command.payload = role;
   const std::string line = "\"" + program + "\" \"" + command.script + "\" \"" + command.payload + "\"";
   command.commandLine.assign(line.begin(), line.end());
   // Left to itself: whoever ends the tree has to find it.
   if (!platform::ChildProcess::start(command)) std::cerr << "analysis_stub: no child\n";
+}
+
+int watchParent(const fs::path& folder) {
+  platform::onParentGone([folder] { std::ofstream(folder / "gone"); });
+  std::ofstream(folder / "watching");
+  for (int i = 0; i < 6000 && !fs::exists(folder / "gone"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return 0;
+}
+
+[[noreturn]] void playKilledHost(const std::string& program, const fs::path& folder, bool named) {
+  if (named) platform::nameAsParent();
+  startCopy(program, folder, "watch");
+  for (int i = 0; i < 3000 && !fs::exists(folder / "watching"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  platform::exitNow(fs::exists(folder / "gone") ? 1 : 0);
 }
 
 int runPlan(const std::string& program, const std::vector<std::string>& arguments) {
@@ -89,7 +111,7 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
     } else if (step == "part") {
       part.emplace(genostat::common::createPart(folder)).write("half");
     } else if (step == "child") {
-      startBeating(program, folder, 1);
+      startCopy(program, folder, "1");
     } else if (step == "beat") {
       beat(folder);
     } else if (step == "exit") {
@@ -104,10 +126,14 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   const std::string program = argv[0];
-  if (arguments.size() == 2 && arguments[1].size() == 1) {
-    const int depth = std::stoi(arguments[1]);
-    if (depth > 0) startBeating(program, platform::pathFromNarrow(arguments[0]), depth - 1);
-    beat(platform::pathFromNarrow(arguments[0]));
+  const std::string role = arguments.at(1);
+  const fs::path folder = platform::pathFromNarrow(arguments[0]);
+  if (role == "watch") return watchParent(folder);
+  if (role == "named" || role == "unnamed") playKilledHost(program, folder, role == "named");
+  if (role.size() == 1) {
+    const int depth = std::stoi(role);
+    if (depth > 0) startCopy(program, folder, std::to_string(depth - 1));
+    beat(folder);
   }
   return runPlan(program, arguments);
 }

@@ -2,7 +2,7 @@
 
 namespace genostat::test {
 
-std::optional<ProgramResult> runAndInterrupt(const ProgramCall&, const std::function<bool(int sent)>&) {
+std::optional<ProgramResult> runAndSignal(const ProgramCall&, Signal, const std::function<bool(int sent)>&) {
   return std::nullopt;
 }
 

@@ -26,10 +26,12 @@ struct ProgramResult {
 
 ProgramResult runProgram(const ProgramCall& call);
 
-// The same, with Ctrl-C (SIGINT) each time `when` says so. It is asked every few milliseconds, with the
+enum class Signal { Interrupt, Quit, Kill };  // Ctrl-C, Ctrl-\, SIGKILL
+
+// The same, with a signal each time `when` says so. It is asked every few milliseconds, with the
 // number of signals sent so far. None where the system has no signals.
-std::optional<ProgramResult> runAndInterrupt(const ProgramCall& call,
-                                             const std::function<bool(int sent)>& when);
+std::optional<ProgramResult> runAndSignal(const ProgramCall& call, Signal signal,
+                                          const std::function<bool(int sent)>& when);
 
 // The whole file, or an empty text.
 std::string readWholeFile(const std::filesystem::path& file);

@@ -4,9 +4,11 @@
 terminal_sessions.py BIN_DIR SOURCE_DIR [CASE...]; the status is 77 where there is no tmux.
 """
 import concurrent.futures
+import os
 import pathlib
 import re
 import shutil
+import signal
 import stat
 import subprocess
 import sys
@@ -342,6 +344,18 @@ def shell_keeps_keys_and_words_whole(place):
         terminal.type("quit")
         check_status(terminal, 0)
         place.check_nothing_is_left()
+
+
+@case
+def shell_restores_the_terminal_when_told_to_end(place):
+    with place.terminal() as terminal:
+        # A shell that does not set the terminal back by itself.
+        terminal.type(f"sh -c 'stty -g >before; genostat shell --home {place.held}; echo [$?]; stty -g >after'")
+        terminal.wait_for(PROMPT)
+        shell = [id for id, command in processes_naming(place.held) if command.startswith("genostat")]
+        os.kill(shell[0], signal.SIGQUIT)
+        terminal.wait_for(r"^\[130\]\n\$\Z")
+        check((place.folder / "before").read_text() == (place.folder / "after").read_text(), "the terminal as it was")
 
 
 def play(function, programs, source):

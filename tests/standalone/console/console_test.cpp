@@ -308,10 +308,11 @@ TEST_F(Console, LeavesNothingBehindOnCtrlC) {
     const auto bytes = fs::file_size(beats, missing);
     return missing ? 0 : bytes;
   };
-  const auto result = runAndInterrupt(
-      call({"run", "a.syntax", "--temp", "temp", "--home", "home", "--events", "events.jsonl"}),
-      // Twice at once, as some programs pass an interrupt on.
-      [&](int sent) { return sent < 2 && size() > 4; });
+  const auto result =
+      runAndSignal(call({"run", "a.syntax", "--temp", "temp", "--home", "home", "--events", "events.jsonl"}),
+                   Signal::Interrupt,
+                   // Twice at once, as some programs pass an interrupt on.
+                   [&](int sent) { return sent < 2 && size() > 4; });
   if (!result) GTEST_SKIP() << "this system has no signals to send";
   EXPECT_EQ(result->status, 130);
   EXPECT_EQ(result->out, "");

@@ -1,8 +1,10 @@
-// Sessions that are killed: what becomes of their temporary folders.
+// Sessions that are killed: what becomes of their analyses and of their temporary folders.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -40,6 +42,12 @@ class KilledSession : public testing::Test {
             {{"LC_ALL", "C"}, {"TMPDIR", temporary}, {"TMP", temporary}}};
   }
   std::vector<std::string> folders() const { return namesIn(at("temp")); }
+  // Its files may have been begun and not ended; a process that nobody has waited for counts as ended.
+  bool analysisRuns() const {
+    std::string id = readWholeFile(at("home/id"));
+    std::erase(id, '\n');
+    return !id.empty() && !readWholeFile("/proc/" + id + "/cmdline").empty();
+  }
 
   TemporaryFolder folder_;
 };
@@ -65,6 +73,38 @@ TEST_F(KilledSession, WorksInAFolderThatNobodyElseCanMakeOrEnter) {
             "error: cannot make a folder in the temporary folder \"nowhere\": No such file or directory "
             "(--temp chooses another)\n");
   EXPECT_EQ(refused.status, 1);
+}
+
+TEST_F(KilledSession, EndsItsAnalysisAndLeavesItsFolderToTheNextOne) {
+  // The analysis finds gigabytes of reads, packed, in place of the one that the module saw.
+  writeLauncher(
+      "double() { i=0; while [ $i -lt $2 ]; do cat $1 $1 >home/more; mv home/more $1; i=$((i+1)); done; }\n"
+      "double reads.fastq 15; gzip -c reads.fastq >home/packed; double home/packed 14\n"
+      "mv home/packed reads.fastq; echo $$ >home/id");
+  const struct {
+    Signal signal;
+    int status;
+    std::size_t left;
+  } rows[] = {{Signal::Quit, 130, 0}, {Signal::Kill, 137, 1}};
+  for (const auto& row : rows) {
+    writeWholeFile(at("home/id"), "");
+    writeWholeFile(at("reads.fastq"), kRead);
+    const auto killed = runAndSignal(call("a.syntax"), row.signal, [&](int sent) {
+      if (sent > 0 || !analysisRuns()) return false;
+      EXPECT_EQ(runProgram(call("nothing.syntax")).status, 0);
+      EXPECT_EQ(folders().size(), 1u) << "of a session that lives";
+      return true;
+    });
+    if (!killed) GTEST_SKIP() << "this system has no signals to send";
+    EXPECT_EQ(killed->status, row.status) << killed->err;
+    EXPECT_EQ(folders().size(), row.left);
+    for (int i = 0; i < 1000 && analysisRuns(); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_FALSE(analysisRuns());
+    EXPECT_EQ(runProgram(call("nothing.syntax")).status, 0);
+    EXPECT_TRUE(folders().empty());
+  }
 }
 
 TEST_F(KilledSession, LosesNoFolderButItsOwn) {
