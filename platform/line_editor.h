@@ -50,6 +50,9 @@ class LineEditor {
   // Whether a person types.
   virtual bool isInteractive() const = 0;
 
+  // Whether no further line can come. Where lines can be edited, Ctrl-D ends read() but not the input.
+  virtual bool hasEnded() const = 0;
+
   // Erases what is typed so far, so that something else can be written; it is drawn again when `idle`
   // returns. For the reading thread. Without effect while no line is read.
   virtual void hideLine() {}

@@ -135,6 +135,7 @@ class EditedLines : public LineEditor {
   }
 
   bool isInteractive() const override { return true; }
+  bool hasEnded() const override { return ended_; }
   void interrupt() override { interrupted_ = true; }
 
   void hideLine() override {
@@ -198,7 +199,10 @@ class EditedLines : public LineEditor {
       if (interrupted_.exchange(false)) return leave(Input::Kind::Interrupted);
       drawn_.followTerminal();
       if (inputWaits(kIdleMilliseconds)) {
-        if (!decode(character)) return leave(Input::Kind::End);
+        if (!decode(character)) {
+          ended_ = true;
+          return leave(Input::Kind::End);
+        }
         return character == kInterruptKey ? leave(Input::Kind::Interrupted) : 1;
       }
       if (idle()) return leave(Input::Kind::Woken);
@@ -319,6 +323,7 @@ class EditedLines : public LineEditor {
   bool idling_ = false;
   bool hidden_ = false;
   bool failed_ = false;  // the history's file cannot be written
+  bool ended_ = false;   // the terminal has gone
   // Thrown by what the library's code has called: that must get back first, and set the terminal back.
   std::exception_ptr failure_;
   std::atomic<bool> interrupted_{false};

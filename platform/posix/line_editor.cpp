@@ -51,6 +51,7 @@ class PlainLines : public LineEditor {
   }
 
   bool isInteractive() const override { return interactive_; }
+  bool hasEnded() const override { return ended_ && buffer_.empty(); }
   void interrupt() override { interrupted_ = true; }
 
  private:

@@ -111,6 +111,11 @@ class ThreadedLines : public LineEditor {
 
   bool isInteractive() const override { return interactive_; }
 
+  bool hasEnded() const override {
+    const std::lock_guard lock(queue_->mutex);
+    return queue_->ended && queue_->lines.empty();
+  }
+
   void interrupt() override {
     const std::lock_guard lock(queue_->mutex);
     interrupted_ = true;

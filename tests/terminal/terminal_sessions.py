@@ -347,6 +347,28 @@ def shell_keeps_keys_and_words_whole(place):
 
 
 @case
+def shell_that_cannot_edit_waits_at_the_end(place):
+    for ending in ((JOB, ), (JOB[:-1], ), (JOB, "quit")):
+        with place.terminal(rows=50, TERM="dumb") as terminal:
+            terminal.type("genostat shell --home held --no-history")
+            terminal.wait_for(PROMPT)
+            for line in ending:
+                terminal.type(line)
+            if "quit" in ending:
+                terminal.wait_for(r"\[w/c/g\]")
+            terminal.keys("C-d")
+            terminal.wait_for("job 'check' running")
+            check(processes_naming(place.held), "the job goes on", terminal.screen())
+            place.go_on()
+            terminal.wait_for("Quality Overview")
+            check_status(terminal, 0)
+            screen = terminal.everything()
+            check("cancelled" not in screen and ("[w/c/g]" in screen) == ("quit" in ending), "it waits", screen)
+        (place.held / "go").unlink()
+        place.check_nothing_is_left()
+
+
+@case
 def shell_restores_the_terminal_when_told_to_end(place):
     with place.terminal() as terminal:
         # A shell that does not set the terminal back by itself.

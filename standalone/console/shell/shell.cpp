@@ -67,7 +67,7 @@ void Shell::interrupt(platform::Interrupt kind) {
     editor_->restoreTerminal();
     platform::exitNow(kInterrupted);
   }
-  if (kind == platform::Interrupt::Key && editor_->isInteractive()) {
+  if (kind == platform::Interrupt::Key && editor_->isInteractive() && !inputEnded_) {
     if (!work_->stop()) editor_->interrupt();
     return;
   }
@@ -91,7 +91,9 @@ int Shell::run() {
     view_.fitToTerminal();
     if (takeInput(input)) break;
   }
-  // What jobs that have ended still want; without a terminal, what all of them want.
+  // What jobs that have ended still want; where nobody can answer, what all of them want.
+  inputEnded_ = interactive && editor_->hasEnded();
+  if (inputEnded_) view_.showProgress(true);
   work_->finishJobs();
   const bool succeeded = work_->session().close() && !failed_;
   const bool written = view_.finish();
@@ -163,7 +165,7 @@ bool Shell::takeFirstLine(std::string_view line) {
 bool Shell::quit() {
   if (!editor_->isInteractive()) return true;
   work_->followJobs();
-  return work_->jobs().openJobs().empty() || askToQuit();
+  return editor_->hasEnded() || work_->jobs().openJobs().empty() || askToQuit();
 }
 
 bool Shell::askToQuit() {
@@ -180,6 +182,7 @@ bool Shell::askToQuit() {
     work_->waitForJobs();
     return work_->jobs().openJobs().empty() && work_->jobs().endedCount() == 0;
   }
+  if (editor_->hasEnded() && answer.kind == LineEditor::Input::Kind::End) return true;
   if (answer.kind != LineEditor::Input::Kind::End && !is('c', 'C')) return false;
   work_->cancelAllJobs();
   return true;

@@ -60,7 +60,8 @@ class Shell {
 
   enum class Phase { Starting, Running, Interrupted };
   std::atomic<Phase> phase_{Phase::Starting};
-  std::atomic<bool> ending_{false};  // the first interrupt that ends the program has come
+  std::atomic<bool> inputEnded_{false};  // on a terminal: nobody can answer any more
+  std::atomic<bool> ending_{false};      // the first interrupt that ends the program has come
 };
 
 }  // namespace genostat::standalone
