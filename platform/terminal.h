@@ -7,6 +7,10 @@ namespace genostat::platform {
 // for byte. From then on a write that the system refuses, to them or to a file, fails without a signal.
 void prepareStandardStreams();
 
+// Keeps standard output for this program alone: `stdout` goes on writing to it, and what processes that it
+// starts write to theirs goes to standard error. After prepareStandardStreams(), before anything is written.
+void keepStandardOutput();
+
 // What a standard stream writes to.
 struct Terminal {
   bool isTerminal = false;

@@ -13,7 +13,7 @@ namespace {
 
 winsize terminalSize() {
   winsize size = {};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) size.ws_col = 80;
+  if (ioctl(fileno(stdout), TIOCGWINSZ, &size) != 0 || size.ws_col == 0) size.ws_col = 80;
   return size;
 }
 

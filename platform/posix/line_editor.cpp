@@ -90,7 +90,7 @@ class PlainLines : public LineEditor {
 
 bool canEdit() {
   const char* terminal = std::getenv("TERM");
-  return isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1 && terminal != nullptr &&
+  return isatty(STDIN_FILENO) == 1 && isatty(fileno(stdout)) == 1 && terminal != nullptr &&
          *terminal != '\0' && std::string_view(terminal) != "dumb";
 }
 

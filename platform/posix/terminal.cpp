@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <clocale>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -24,6 +25,13 @@ void prepareStandardStreams() {
   // A reader that went away, or a limit on the size of files, shows up as a failed write, not as a signal.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void keepStandardOutput() {
+  const int kept = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  std::FILE* stream = kept < 0 ? nullptr : fdopen(kept, "w");
+  if (stream == nullptr || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) return;
+  stdout = stream;
 }
 
 namespace {
@@ -54,7 +62,7 @@ Terminal terminalBehind(int stream) {
 }  // namespace
 
 Terminal standardOutputTerminal() {
-  return terminalBehind(STDOUT_FILENO);
+  return terminalBehind(fileno(stdout));
 }
 Terminal standardErrorTerminal() {
   return terminalBehind(STDERR_FILENO);

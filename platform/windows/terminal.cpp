@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <io.h>
 
+#include <bit>
 #include <cstdio>
 #include <initializer_list>
 #include <string_view>
@@ -27,6 +28,11 @@ void prepareStandardStreams() {
   }
 }
 
+void keepStandardOutput() {
+  // The C library has kept the handle that it found when the program began.
+  SetStdHandle(STD_OUTPUT_HANDLE, GetStdHandle(STD_ERROR_HANDLE));
+}
+
 namespace {
 
 // Some consoles accept the mode for escape sequences and show the sequences all the same.
@@ -46,9 +52,9 @@ bool followsSequences(HANDLE console) {
   return false;
 }
 
-Terminal terminalBehind(DWORD stream) {
+Terminal terminalBehind(std::FILE* stream) {
   Terminal terminal;
-  HANDLE console = GetStdHandle(stream);
+  HANDLE console = std::bit_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
   DWORD mode = 0;
   terminal.isTerminal = GetConsoleMode(console, &mode) != 0;
   if (terminal.isTerminal) {
@@ -69,10 +75,10 @@ Terminal terminalBehind(DWORD stream) {
 }  // namespace
 
 Terminal standardOutputTerminal() {
-  return terminalBehind(STD_OUTPUT_HANDLE);
+  return terminalBehind(stdout);
 }
 Terminal standardErrorTerminal() {
-  return terminalBehind(STD_ERROR_HANDLE);
+  return terminalBehind(stderr);
 }
 
 }  // namespace genostat::platform

@@ -18,6 +18,7 @@ namespace platform = genostat::platform;
 
 int main(int argc, char** argv) {
   platform::prepareStandardStreams();
+  platform::keepStandardOutput();
   platform::nameAsParent();
   try {
     const std::vector<std::string> arguments = platform::commandLineArguments(argc, argv);

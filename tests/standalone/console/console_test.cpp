@@ -288,6 +288,23 @@ TEST_F(Console, ReportsJobsThatCouldNotBeStarted) {
       << result.err;
 }
 
+TEST_F(Console, KeepsItsOutputFromWhatALauncherWrites) {
+  const fs::path launcher = at("home") / ("statisticspython3" + std::string(platform::kLauncherSuffix));
+  const std::string analysis =
+      '"' + platform::pathToUtf8((fs::absolute(GENOSTAT_BIN_DIR) / "genostat-analysis").make_preferred()) +
+      '"';
+  writeWholeFile(launcher, launcher.extension() == ".bat"
+                               ? "@echo chatter\r\n@" + analysis + " %*\r\n"
+                               : "#!/bin/sh\necho chatter\nexec " + analysis + " \"$@\"\n");
+  fs::permissions(launcher, fs::perms::owner_all);
+  const ProgramResult result = run(job("good.fastq", "a"), {"--home", "home", "--output", "json"});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, testing::HasSubstr("chatter\n"));
+  rapidjson::Document document;
+  document.Parse(result.out.c_str());
+  EXPECT_TRUE(document.IsObject()) << result.out;
+}
+
 // One job has ended, one runs and has begun its result, one waits. The running launcher's processes
 // write as long as they live.
 TEST_F(Console, LeavesNothingBehindOnCtrlC) {
