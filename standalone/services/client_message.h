@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <string>
 
 namespace genostat::standalone {
@@ -17,6 +18,8 @@ struct ClientMessage {
   int workbookId = -1;
   int paragraphId = -1;
   std::string failure;  // why the analysis failed; empty for a job with results or a cancelled one
+  // Queued only: about how many characters its launcher is to get.
+  std::size_t parameterSize = 0;
 };
 
 // A message as a line of the event file, without its line feed; its time is UTC:

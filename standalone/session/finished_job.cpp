@@ -16,7 +16,9 @@
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/output/table_json.h"
+#include "standalone/services/current.h"
 #include "standalone/session/job_progress.h"
+#include "standalone/session/requirements.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/text_file.h"
 
@@ -120,6 +122,9 @@ void removeLeftovers(const std::filesystem::path& csv) {
 void PostedJobs::onPost(ClientMessage& message) {
   const bool ended = message.kind == ClientMessage::Kind::Ended;
   const bool cancelled = ended && message.syntax.empty();
+  // Sent while the command that submits the job runs, on its thread.
+  const bool queued = message.kind == ClientMessage::Kind::Queued;
+  if (queued && currentCommand() != nullptr) message.parameterSize = parameterSize(*currentCommand());
   // A job that begins has no files yet, and its predecessor's process has ended.
   if (message.kind == ClientMessage::Kind::Running) removeCancelledLeftovers();
   if (ended && !cancelled) {

@@ -9,6 +9,8 @@
 #include "common/text/wrapped_text.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
+#include "standalone/services/host_folders.h"
+#include "standalone/session/requirements.h"
 
 namespace genostat::standalone {
 
@@ -89,10 +91,7 @@ void JobFollower::showEvent(const JobEvent& event) {
       cancelled_ = true;
       return view_.showNotice(translated("job '{1}' cancelled", {name}));
     case JobEvent::Kind::Lost:
-      return reportError(
-          translated("job '{1}' could not be started: its launcher did not start, its command line is too "
-                     "long, or the temporary folder is gone",
-                     {name}));
+      return reportError(whyNotStarted(name, event.parameterSize, hostFolders()));
   }
 }
 

@@ -12,16 +12,16 @@ JobTracker::Job* JobTracker::oldest(const std::string& name, State state) {
 }
 
 std::vector<JobEvent> JobTracker::onMessage(const ClientMessage& message) {
-  std::vector<JobEvent> events = message.kind == ClientMessage::Kind::Queued    ? queue(message.jobName)
+  std::vector<JobEvent> events = message.kind == ClientMessage::Kind::Queued    ? queue(message)
                                  : message.kind == ClientMessage::Kind::Running ? begin(message.jobName)
                                                                                 : end(message);
   dropClosed();
   return events;
 }
 
-std::vector<JobEvent> JobTracker::queue(const std::string& name) {
-  jobs_.push_back({name, State::Queued, std::chrono::steady_clock::now()});
-  return {{JobEvent::Kind::Queued, name}};
+std::vector<JobEvent> JobTracker::queue(const ClientMessage& message) {
+  jobs_.push_back({message.jobName, State::Queued, std::chrono::steady_clock::now(), message.parameterSize});
+  return {{JobEvent::Kind::Queued, message.jobName}};
 }
 
 std::vector<JobEvent> JobTracker::begin(const std::string& name) {
@@ -30,7 +30,7 @@ std::vector<JobEvent> JobTracker::begin(const std::string& name) {
   if (job == nullptr) return {};
   std::vector<JobEvent> events;
   for (Job* earlier = jobs_.data(); earlier != job; ++earlier) {
-    if (earlier->isOpen()) events.push_back({JobEvent::Kind::Lost, earlier->name});
+    if (earlier->isOpen()) events.push_back(lost(*earlier));
     earlier->state = State::Closed;
   }
   job->state = State::Running;
@@ -70,7 +70,7 @@ std::vector<JobEvent> JobTracker::onUnknown(const std::set<std::string>& names) 
   std::vector<JobEvent> events;
   for (Job& job : jobs_) {
     if (!names.contains(job.name)) continue;
-    if (job.isOpen()) events.push_back({JobEvent::Kind::Lost, job.name});
+    if (job.isOpen()) events.push_back(lost(job));
     job.state = State::Closed;
   }
   dropClosed();

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <set>
 #include <string>
 #include <vector>
@@ -21,6 +22,7 @@ struct JobEvent {
 
   Kind kind;
   std::string jobName;
+  std::size_t parameterSize = 0;  // Lost only: as in the message of its submission
 };
 
 // A job that has not ended.
@@ -54,12 +56,14 @@ class JobTracker {
     std::string name;
     State state;
     std::chrono::steady_clock::time_point since;
+    std::size_t parameterSize;
 
     bool isOpen() const { return state == State::Queued || state == State::Running; }
   };
 
+  static JobEvent lost(const Job& job) { return {JobEvent::Kind::Lost, job.name, job.parameterSize}; }
   Job* oldest(const std::string& name, State state);
-  std::vector<JobEvent> queue(const std::string& name);
+  std::vector<JobEvent> queue(const ClientMessage& message);
   std::vector<JobEvent> begin(const std::string& name);
   std::vector<JobEvent> end(const ClientMessage& message);
   void dropClosed();

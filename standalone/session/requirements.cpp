@@ -5,7 +5,9 @@
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
+#include "platform/launcher_folder.h"
 #include "platform/path_text.h"
 #include "platform/process.h"
 #include "platform/running_program.h"
@@ -35,6 +37,21 @@ std::string whyNotWritable(const std::filesystem::path& folder) {
                    : translated("no file can be written");
 }
 
+// As text of JSON, in quotes.
+std::size_t jsonSize(const std::string& text) {
+  constexpr std::size_t kLongestEscape = 6;
+  std::size_t size = 2;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    size += byte < 0x20 ? kLongestEscape : c == '"' || c == '\\' ? 2 : 1;
+  }
+  return size;
+}
+
+std::filesystem::path launcherIn(const HostFolders& folders) {
+  return folders.installation / (std::string(kLauncherName) + platform::kLauncherSuffix);
+}
+
 }  // namespace
 
 bool submitsJob(const Command& command) {
@@ -53,8 +70,7 @@ bool submitsJob(const Command& command) {
 
 std::string missingRequirement(const HostFolders& folders) {
   std::error_code ignored;
-  const std::filesystem::path launcher =
-      folders.installation / (std::string(kLauncherName) + platform::kLauncherSuffix);
+  const std::filesystem::path launcher = launcherIn(folders);
   if (!std::filesystem::is_regular_file(launcher, ignored)) {
     return translated("the analysis cannot be started: the launcher {1} is missing", {quoted(launcher)});
   }
@@ -81,6 +97,42 @@ std::string missingRequirement(const HostFolders& folders) {
       "the analysis cannot be started: cannot write to the temporary folder {1}: {2} (--temp chooses "
       "another)",
       {quoted(folders.temporary), reason});
+}
+
+std::size_t parameterSize(std::span<const std::string> names) {
+  // The result's path, the adapter and the names of the members.
+  constexpr std::size_t kOtherMembers = 500;
+  std::size_t size = kOtherMembers;
+  for (const std::string& name : names) {
+    size += jsonSize(name) + 1;
+  }
+  return size / 3 * 4;
+}
+
+std::size_t parameterSize(const Command& command) {
+  std::vector<std::string> names;
+  for (const Token& token : command.tokens) {
+    if (token.kind == Token::Kind::String) names.push_back(token.text);
+  }
+  return parameterSize(names);
+}
+
+std::string whyNotStarted(const std::string& shownName, std::size_t parameterSize,
+                          const HostFolders& folders) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(folders.temporary, ignored)) {
+    return translated("job '{1}' could not be started: the temporary folder {2} is gone",
+                      {shownName, quoted(folders.temporary)});
+  }
+  const std::size_t longest = platform::longestParameters(folders.installation);
+  if (parameterSize > longest) {
+    return translated(
+        "job '{1}' could not be started: its command line has some {2} characters, of which the system takes "
+        "{3}; name the folder of its files instead of the files",
+        {shownName, std::to_string(parameterSize), std::to_string(longest)});
+  }
+  return translated("job '{1}' could not be started: its launcher {2} did not start",
+                    {shownName, quoted(launcherIn(folders))});
 }
 
 }  // namespace genostat::standalone

@@ -14,6 +14,7 @@
 #include "platform/running_program.h"
 #include "standalone/console/session_options.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/requirements.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {
@@ -120,29 +121,11 @@ void checkOutputName(const char* option, const std::string& name) {
         translated("{1}: {2} is named like reads, which it would replace", {option, quoteForMessage(name)}));
 }
 
-// As text of JSON, in quotes.
-std::size_t jsonSize(const std::string& text) {
-  constexpr std::size_t kLongestEscape = 6;
-  std::size_t size = 2;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    size += byte < 0x20 ? kLongestEscape : c == '"' || c == '\\' ? 2 : 1;
-  }
-  return size;
-}
-
-// The module hands all names to the launcher as one argument, JSON in base64. Where that is too long, it
-// could only say that the job did not start.
+// Where the names are too long for the launcher, the module could only end the job without a word.
 void checkLengthOfNames(const QcRequest& request, const RunOptions& session) {
-  // The result's path and the names of the members.
-  constexpr std::size_t kOtherMembers = 500;
-  std::size_t size = kOtherMembers + request.adapter.size();
-  for (const std::string& file : request.files) {
-    size += jsonSize(file) + 1;
-  }
   const std::filesystem::path folder =
       session.homeFolder.empty() ? platform::programFolder() : platform::pathFromUtf8(session.homeFolder);
-  if (size / 3 * 4 <= platform::longestParameters(folder)) return;
+  if (parameterSize(request.files) + request.adapter.size() <= platform::longestParameters(folder)) return;
   refuseQc(
       translated("the names of {1} files are too long for one job; give it the folder they are "
                  "in, or fewer of them",

@@ -8,6 +8,10 @@
 #include <utility>
 
 #include "host/message_bus.h"
+#include "platform/launcher_folder.h"
+#include "platform/process.h"
+#include "standalone/services/current.h"
+#include "standalone/services/host_folders.h"
 #include "tests/standalone/session/recorded_view.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
@@ -16,6 +20,7 @@ namespace genostat::standalone {
 namespace {
 
 using namespace std::chrono_literals;
+namespace fs = std::filesystem;
 
 void postStart(const std::string& name, bool running) {
   const ZorvwMsgStartGenomicProcessing message(name, running);
@@ -129,6 +134,32 @@ TEST_F(Follower, HoldsEndedJobsWhileTheQueueIsFull) {
   shown();
   jobs_.follow(0ms);
   EXPECT_EQ(shown().find("job 'c' queued\nerror: job 'c' could not be started: "), 0U);
+}
+
+TEST_F(Follower, SaysWhyAJobWasNotStarted) {
+  const fs::path temporary = folder_.path() / "temp";
+  setHostFolders({temporary, folder_.path()});
+  fs::create_directory(temporary);
+  const auto fate = [&](const std::string& file) {
+    const auto scanned = scanCommands(
+        std::make_shared<const SourceText>(SourceText{"t", "GENOSTAT /JOB FILE='" + file + "'."}));
+    const CommandScope running(scanned.items.at(0).command);
+    postStart("a", false);
+    jobs_.follow(0ms);
+    return shown().substr(std::string("job 'a' queued\nerror: job 'a' could not be started: ").size());
+  };
+  EXPECT_EQ(fate("reads.fastq"),
+            "its launcher \"" +
+                platform::pathToUtf8(folder_.path() /
+                                     ("statisticspython3" + std::string(platform::kLauncherSuffix))) +
+                "\" did not start\n");
+  EXPECT_EQ(fate(std::string(200'000, 'x')),
+            "its command line has some 267336 characters, of which the system takes " +
+                std::to_string(platform::longestParameters(folder_.path())) +
+                "; name the folder of its files instead of the files\n");
+  fs::remove(temporary);
+  EXPECT_EQ(fate("reads.fastq"),
+            "the temporary folder \"" + platform::pathToUtf8(temporary) + "\" is gone\n");
 }
 
 TEST_F(Follower, CancelsUntilTheProcessesHaveEnded) {
