@@ -12,11 +12,11 @@
 #include "platform/path_text.h"
 #include "platform/running_program.h"
 #include "platform/suspension.h"
-#include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/view/console_view.h"
 #include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
+#include "standalone/session/exit_status.h"
 #include "standalone/session/session.h"
 #include "standalone/syntax/text_file.h"
 

@@ -1,5 +1,7 @@
 #include "standalone/console/language_choice.h"
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <filesystem>
 #include <string_view>
@@ -63,11 +65,9 @@ std::string missingLanguage(const std::string& name) {
   for (const std::string& wanted : languageNames(name)) {
     if (installedLanguage(wanted, tableFolders())) return {};
   }
-  std::string installed;
-  for (const std::string& language : installedLanguages(tableFolders())) {
-    installed += (installed.empty() ? "" : ", ") + language;
-  }
-  return translated("there is no language {1}; expected one of: {2}", {quoteForMessage(name), installed});
+  return translated(
+      "there is no language {1}; expected one of: {2}",
+      {quoteForMessage(name), fmt::to_string(fmt::join(installedLanguages(tableFolders()), ", "))});
 }
 
 }  // namespace genostat::standalone

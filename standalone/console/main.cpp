@@ -6,12 +6,12 @@
 #include "platform/running_program.h"
 #include "platform/terminal.h"
 #include "standalone/console/batch_run.h"
-#include "standalone/console/exit_status.h"
 #include "standalone/console/language_choice.h"
 #include "standalone/console/options.h"
 #include "standalone/console/qc/run.h"
 #include "standalone/console/shell/shell.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/exit_status.h"
 
 namespace standalone = genostat::standalone;
 namespace platform = genostat::platform;

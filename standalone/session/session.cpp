@@ -6,12 +6,12 @@
 #include "platform/running_program.h"
 #include "standalone/services/installed_language.h"
 #include "standalone/services/string_table_file.h"
+#include "standalone/session/exit_status.h"
 
 namespace genostat::standalone {
 
 namespace {
 
-constexpr int kInterruptedStatus = 130;
 // How long an interrupted program waits for its last notices.
 constexpr std::chrono::milliseconds kNoticePatience(300);
 
@@ -88,19 +88,19 @@ bool Session::close() {
 
 void Session::waitForProgramEnd() {
   jobs_.showMessagesUntil(end_.get_token());
-  platform::exitNow(kInterruptedStatus);
+  platform::exitNow(kInterrupted);
 }
 
 void Session::interrupt() {
   const CommandGate::Answer answer = gate_.interrupt();
-  if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterruptedStatus);
+  if (answer == CommandGate::Answer::Repeated) platform::exitNow(kInterrupted);
   // The program is about to end, by itself or on the first interrupt's thread.
   if (answer != CommandGate::Answer::First) return;
   jobs_.cancelForGood();
   privateFolder_.reset();
   jobs_.waitUntilShown(kNoticePatience);
   end_.request_stop();
-  platform::exitNow(kInterruptedStatus);
+  platform::exitNow(kInterrupted);
 }
 
 }  // namespace genostat::standalone

@@ -1,4 +1,6 @@
-#include <algorithm>
+#include <fmt/format.h>
+
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -29,13 +31,14 @@ std::string shownName(const std::string& name, const TextStyle* style) {
 }
 
 std::string namesOf(const std::vector<std::string>& samples, const TextStyle* style = nullptr) {
-  std::string names;
-  for (std::size_t i = 0; i < std::min(samples.size(), kMostNames); ++i) {
-    names += (i > 0 ? ", " : "") + shownName(samples[i], style);
+  std::vector<std::string> names;
+  for (const std::string& sample : samples | std::views::take(kMostNames)) {
+    names.push_back(shownName(sample, style));
   }
-  if (samples.size() > kMostNames)
-    names = translated("{1} and {2} more", {names, std::to_string(samples.size() - kMostNames)});
-  return names;
+  const std::string joined = fmt::to_string(fmt::join(names, ", "));
+  return samples.size() > kMostNames
+             ? translated("{1} and {2} more", {joined, std::to_string(samples.size() - kMostNames)})
+             : joined;
 }
 
 // A paragraph after a mark or a blank in its place.
@@ -54,12 +57,11 @@ std::string heading(const std::string& text, const TextStyle& style) {
 }
 
 std::string failedChecks(const QcSample& sample) {
-  std::string titles;
+  std::vector<std::string> titles;
   for (std::size_t i = 0; i < kCheckCount; ++i) {
-    if (sample.verdicts[i] != Verdict::Fail) continue;
-    titles += (titles.empty() ? "" : ", ") + titleOf(qcChecks()[i]);
+    if (sample.verdicts[i] == Verdict::Fail) titles.push_back(titleOf(qcChecks()[i]));
   }
-  return titles;
+  return fmt::to_string(fmt::join(titles, ", "));
 }
 
 std::string failedSamples(const std::vector<QcSample>& samples, const TextStyle& style) {

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 
 #include <array>
@@ -7,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "common/quality/checks.h"
 #include "standalone/console/session_options.h"
@@ -47,11 +50,11 @@ std::string columnHelp() {
       {marked("with texts: {1}"), common::ResultColumn::Kind::Text}};
   std::string text;
   for (const auto& [label, kind] : kinds) {
-    std::string names;
+    std::vector<std::string_view> names;
     for (const common::ResultColumn& column : common::kResultColumns) {
-      if (column.kind == kind) names += (names.empty() ? "" : ", ") + std::string(column.name);
+      if (column.kind == kind) names.push_back(column.name);
     }
-    text += (text.empty() ? "" : "; ") + translated(label, {names});
+    text += (text.empty() ? "" : "; ") + translated(label, {fmt::to_string(fmt::join(names, ", "))});
   }
   return text + '.';
 }

@@ -13,11 +13,11 @@
 #include "platform/environment.h"
 #include "platform/path_text.h"
 #include "standalone/console/batch_run.h"
-#include "standalone/console/exit_status.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/console/qc/view.h"
 #include "standalone/console/view/output_file.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/exit_status.h"
 #include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {

@@ -6,9 +6,9 @@
 #include <limits>
 #include <utility>
 
+#include "standalone/console/qc/sample_names.h"
 #include "standalone/data/text_import.h"
 #include "standalone/language/translation.h"
-#include "standalone/session/sample_names.h"
 
 namespace genostat::standalone {
 

@@ -12,11 +12,11 @@
 #include "platform/path_text.h"
 #include "platform/running_program.h"
 #include "platform/suspension.h"
-#include "standalone/console/exit_status.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell/commands.h"
 #include "standalone/console/shell/completion.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/exit_status.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {

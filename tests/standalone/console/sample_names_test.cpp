@@ -1,5 +1,5 @@
 // Names of samples, cleaned alone and among others.
-#include "standalone/session/sample_names.h"
+#include "standalone/console/qc/sample_names.h"
 
 #include <gtest/gtest.h>
 

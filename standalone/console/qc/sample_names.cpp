@@ -1,4 +1,4 @@
-#include "standalone/session/sample_names.h"
+#include "standalone/console/qc/sample_names.h"
 
 #include <fmt/format.h>
 
