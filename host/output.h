@@ -3,11 +3,14 @@
 //
 // A table goes: Table on a generator; Descendants for the row and the column
 // categories; Cells for the values, one row at a time; one Dimension; then
-// addTableToProcedureJSON. Until then nothing is shown.
+// addTableToProcedureJSON. Until then nothing is shown. After it the module deletes
+// the Table, the Dimension and the Cells, in this order; what it handed over to these
+// (both Descendants, every Cell) is the host's.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class BpProcedure;
@@ -126,42 +129,46 @@ class Descendants {
 
   void setLabel(const std::string& label) { label_ = label; }
   void setShowLabel(bool show) { showLabel_ = show; }
-  void addCell(const Cell& category) { categories_.push_back(category); }
+  // Takes over the category.
+  void addCell(std::unique_ptr<Cell> category) { categories_.push_back(std::move(category)); }
 
   const std::string& label() const { return label_; }
   bool showLabel() const { return showLabel_; }
-  const std::vector<Cell>& categories() const { return categories_; }
+  const std::vector<std::unique_ptr<Cell>>& categories() const { return categories_; }
 
  private:
   Table* table_;
   std::string label_;
   bool showLabel_ = true;
-  std::vector<Cell> categories_;
+  std::vector<std::unique_ptr<Cell>> categories_;
 };
 
 // The values of a table, row after row.
 class Cells {
  public:
+  using Row = std::vector<std::unique_ptr<Cell>>;
+
   explicit Cells(Table* table);
 
-  void addCells(const std::vector<Cell>& row) { rows_.push_back(row); }
-  const std::vector<std::vector<Cell>>& rows() const { return rows_; }
+  // Takes over the row's cells.
+  void addCells(Row row) { rows_.push_back(std::move(row)); }
+  const std::vector<Row>& rows() const { return rows_; }
 
  private:
   Table* table_;
-  std::vector<std::vector<Cell>> rows_;
+  std::vector<Row> rows_;
 };
 
 class Dimension {
  public:
-  // Borrows both.
-  Dimension(Table* table, const Descendants* rows, const Descendants* columns);
+  // Takes over both.
+  Dimension(Table* table, std::unique_ptr<Descendants> rows, std::unique_ptr<Descendants> columns);
 
   const Descendants& rows() const { return *rows_; }
   const Descendants& columns() const { return *columns_; }
 
  private:
   Table* table_;
-  const Descendants* rows_;
-  const Descendants* columns_;
+  std::unique_ptr<Descendants> rows_;
+  std::unique_ptr<Descendants> columns_;
 };

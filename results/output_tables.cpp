@@ -21,9 +21,9 @@ constexpr int kMaxColumnWidth = 700;
 constexpr int kCellWidth = 10;
 constexpr int kCellDecimals = 4;
 
-Cell textCell(Table* table, const std::string& text) {
-  Cell cell(table, kTextCell);
-  cell.setValue(text);
+std::unique_ptr<Cell> textCell(Table* table, const std::string& text) {
+  auto cell = std::make_unique<Cell>(table, kTextCell);
+  cell->setValue(text);
   return cell;
 }
 
@@ -35,7 +35,7 @@ const std::string& entryOrEmpty(const Texts& entries, std::size_t index) {
 // Adds a table of texts. Labels and columns may differ in number; what is missing is left empty.
 void addTextTable(StatJSONGenerator& generator, const std::string& title, const Texts& columnLabels,
                   const Texts& rowLabels, const std::vector<Texts>& columns) {
-  const std::unique_ptr<Table> table(new (std::nothrow) Table(&generator, title));
+  std::unique_ptr<Table> table(new (std::nothrow) Table(&generator, title));
   if (!table) return;
   table->set_table_title(title);
   table->hide_title(false);
@@ -43,9 +43,9 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
   table->set_max_data_column_width(kMaxColumnWidth);
   table->set_default_cell_format(ZORV_Format::FORMAT_NUMBER, kCellWidth, kCellDecimals);
 
-  const std::unique_ptr<Descendants> rows(new (std::nothrow) Descendants(table.get()));
-  const std::unique_ptr<Descendants> headers(new (std::nothrow) Descendants(table.get()));
-  const std::unique_ptr<Cells> cells(new (std::nothrow) Cells(table.get()));
+  std::unique_ptr<Descendants> rows(new (std::nothrow) Descendants(table.get()));
+  std::unique_ptr<Descendants> headers(new (std::nothrow) Descendants(table.get()));
+  std::unique_ptr<Cells> cells(new (std::nothrow) Cells(table.get()));
   if (!rows || !headers || !cells) return;
   rows->setLabel("  ");
   rows->setShowLabel(false);
@@ -61,18 +61,22 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
     rows->addCell(textCell(table.get(), entryOrEmpty(rowLabels, row)));
   }
   for (std::size_t row = 0; row < rowCount; ++row) {
-    std::vector<Cell> values;
+    Cells::Row values;
     values.reserve(columns.size());
     for (const Texts& column : columns) {
       values.push_back(textCell(table.get(), entryOrEmpty(column, row)));
     }
-    cells->addCells(values);
+    cells->addCells(std::move(values));
   }
 
-  const Dimension dimension(table.get(), rows.get(), headers.get());
-  table->set_dimensions(&dimension);
+  auto dimension = std::make_unique<Dimension>(table.get(), std::move(rows), std::move(headers));
+  table->set_dimensions(dimension.get());
   table->set_cells(cells.get());
   table->addTableToProcedureJSON();
+  // The host expects this order.
+  table.reset();
+  dimension.reset();
+  cells.reset();
 }
 
 }  // namespace
@@ -80,8 +84,8 @@ void addTextTable(StatJSONGenerator& generator, const std::string& title, const 
 void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, const Localiser& localised,
                       const std::function<void()>& writeMessage) {
   ProcedureDataSource dataSource;
-  ACAVarValidSpecs specs(true, true, true);
-  const OPSCommonOutput commonOutput(&specs, &dataSource, procedure, nullptr);
+  auto specs = std::make_unique<ACAVarValidSpecs>(true, true, true);
+  const OPSCommonOutput commonOutput(specs.get(), &dataSource, procedure, nullptr);
   StatJSONConverter converter(procedure);
   StatJSONGenerator generator(texts::kProcedureName, "");
 
@@ -98,6 +102,8 @@ void showOutputTables(const GenoJobSettings& settings, BpProcedure* procedure, c
                {{localised(settings.messageText()), dataset}});
 
   converter.generateOutput(generator.getProcedureStatJSON());
+  // The host expects them to go before all that was made after them.
+  specs.reset();
 }
 
 }  // namespace genostat

@@ -28,8 +28,8 @@ standalone::CellValue toCellValue(const Cell& cell, const standalone::NumberForm
 
 std::vector<standalone::Category> toCategories(const Descendants& descendants) {
   std::vector<standalone::Category> categories;
-  for (const Cell& cell : descendants.categories()) {
-    categories.push_back({cell.value(), {}});
+  for (const auto& cell : descendants.categories()) {
+    categories.push_back({cell->value(), {}});
   }
   return categories;
 }
@@ -132,10 +132,10 @@ void Table::addTableToProcedureJSON() {
   table.columns = toCategories(columns);
   table.minColumnWidth = contents_->minColumnWidth;
   table.maxColumnWidth = contents_->maxColumnWidth;
-  for (const std::vector<Cell>& row : contents_->cells->rows()) {
+  for (const Cells::Row& row : contents_->cells->rows()) {
     std::vector<standalone::CellValue>& cells = table.cells.emplace_back();
-    for (const Cell& cell : row) {
-      cells.push_back(toCellValue(cell, contents_->format));
+    for (const auto& cell : row) {
+      cells.push_back(toCellValue(*cell, contents_->format));
     }
   }
   generator_->contents_->tables.push_back(std::move(table));
@@ -144,5 +144,5 @@ void Table::addTableToProcedureJSON() {
 Cell::Cell(Table* table, int cellType) : table_(table), cellType_(cellType) {}
 Descendants::Descendants(Table* table) : table_(table) {}
 Cells::Cells(Table* table) : table_(table) {}
-Dimension::Dimension(Table* table, const Descendants* rows, const Descendants* columns)
-    : table_(table), rows_(rows), columns_(columns) {}
+Dimension::Dimension(Table* table, std::unique_ptr<Descendants> rows, std::unique_ptr<Descendants> columns)
+    : table_(table), rows_(std::move(rows)), columns_(std::move(columns)) {}

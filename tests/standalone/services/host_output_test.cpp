@@ -28,25 +28,27 @@ void addTable(StatJSONGenerator& generator, const std::string& title, const Text
   table.set_max_data_column_width(700);
   table.set_default_cell_format(ZORV_Format::FORMAT_NUMBER, 10, 4);
   const auto cell = [&](const std::string& text) {
-    Cell made(&table, 1);
-    made.setValue(text);
+    auto made = std::make_unique<Cell>(&table, 1);
+    made->setValue(text);
     return made;
   };
-  Descendants rowCategories(&table);
-  Descendants columnCategories(&table);
+  auto rowCategories = std::make_unique<Descendants>(&table);
+  auto columnCategories = std::make_unique<Descendants>(&table);
   Cells cells(&table);
-  rowCategories.setLabel("  ");
-  rowCategories.setShowLabel(false);
+  rowCategories->setLabel("  ");
+  rowCategories->setShowLabel(false);
   for (const std::string& label : columns) {
-    columnCategories.addCell(cell(label));
+    columnCategories->addCell(cell(label));
   }
   for (const std::string& label : rows) {
-    rowCategories.addCell(cell(label));
+    rowCategories->addCell(cell(label));
   }
   for (const std::string& value : values) {
-    cells.addCells({cell(value)});
+    Cells::Row row;
+    row.push_back(cell(value));
+    cells.addCells(std::move(row));
   }
-  const Dimension dimension(&table, &rowCategories, &columnCategories);
+  const Dimension dimension(&table, std::move(rowCategories), std::move(columnCategories));
   table.set_dimensions(&dimension);
   table.set_cells(&cells);
   table.addTableToProcedureJSON();
