@@ -52,7 +52,7 @@ bool GenoStatAlgoManager::runJob(GenoJobSettings& job) {
     job.setCsvFilePath(std::move(csvPath));
   }
 
-  const std::string base = genostat::installationFolder();
+  const std::string base = genostat::installationFolder().value_or("");
   const std::string payload = genostat::encodeBase64(genostat::parameterJson(job));
   std::unique_ptr<platform::ChildProcess> process = platform::ChildProcess::start(
       genostat::launchCommand(base + kLauncherName, genostat::scriptPath(base), payload));

@@ -1,4 +1,6 @@
 // The worker thread: queued jobs, one after another, in the order of their submission.
+#include <optional>
+
 #include "entry/record/geno_job_settings.h"
 #include "entry/record/texts.h"
 #include "host/string_tables.h"
@@ -28,10 +30,11 @@ void GenoStatAlgoManager::processJobs() {
 void GenoStatAlgoManager::loadStringTable() {
   if (ownedStringTable_) return;
   try {
-    const std::string folder = genostat::installationFolder();
-    auto table = std::make_unique<FacSTDictionary>(folder);
+    const std::optional<std::string> folder = genostat::installationFolder();
+    if (!folder) return;
+    auto table = std::make_unique<FacSTDictionary>(*folder);
     table->SetProcedure(genostat::texts::kProcedureName);
-    table->SetGlobalStringTable(folder);
+    table->SetGlobalStringTable(*folder);
     ownedStringTable_ = std::move(table);
     stringTable_ = ownedStringTable_.get();
   } catch (...) {

@@ -16,9 +16,10 @@ constexpr int kMaxCandidates = 1000;
 
 }  // namespace
 
-std::string installationFolder() {
+std::optional<std::string> installationFolder() {
   PathFinder* finder = PathFactory::getPathInstance(kInstallationFolderKind);
-  return finder != nullptr ? finder->path() : std::string();
+  if (finder == nullptr) return std::nullopt;
+  return finder->path();
 }
 
 std::string joinPath(const std::string& base, const std::string& name) {

@@ -3,13 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace genostat {
 
-// The host's folder that holds the launcher, the scripts and the string tables. Ends in a separator; empty
-// when the host names no such folder. Any thread.
-std::string installationFolder();
+// The host's folder that holds the launcher, the scripts and the string tables. Ends in a separator; none
+// when the host has no path finder for it. Any thread.
+std::optional<std::string> installationFolder();
 
 // `base`, the system's separator unless base is empty or ends in one, and `name`.
 std::string joinPath(const std::string& base, const std::string& name);
