@@ -31,19 +31,21 @@ class GenoStatAlgoManager {
   // Submissions are refused by the command while so many jobs wait; the running one does not count.
   static constexpr std::size_t kMaxQueuedJobs = 10;
 
-  // The module's manager, created on first use; null when there is no memory for it. Any thread.
+  // The module's manager, created on first use; null when there is no memory for it, and for good once a host
+  // has deleted it. Any thread.
   GENOSTAT_EXPORT static GenoStatAlgoManager* getManagerInstance();
 
   // Waits for the running job and frees the queued ones without a message to the client. On the worker's
   // own thread (in a message of a run) it cannot wait and ends the program with a system error. The module
-  // never deletes its manager; a host that does must not call it again.
+  // never deletes its manager. After a host has done so, commands do nothing; its address is not to be used
+  // again.
   GENOSTAT_EXPORT ~GenoStatAlgoManager();
   GenoStatAlgoManager(const GenoStatAlgoManager&) = delete;
   GenoStatAlgoManager& operator=(const GenoStatAlgoManager&) = delete;
 
-  // Takes ownership of the job, informs the client, and starts a worker if none runs. Throws
-  // std::system_error when no thread can be had; the job then stays queued for the next worker.
-  // Null is ignored.
+  // Takes ownership of the job, informs the client, and starts a worker if none runs. What the client's
+  // message throws is passed on; the job is then freed. Throws std::system_error when no thread can be had;
+  // the job then stays queued for the next worker. Null is ignored.
   GENOSTAT_EXPORT void addJobToQueue(GenoJobSettings* job);
 
   // True when kMaxQueuedJobs or more jobs wait.
@@ -130,7 +132,7 @@ class GenoStatAlgoManager {
   std::string getTranslatedErrorMessage(const std::string& key);
 
   static std::once_flag m_initFlag;
-  static GenoStatAlgoManager* m_pAlgoMgr;
+  static std::atomic<GenoStatAlgoManager*> m_pAlgoMgr;
 
   std::list<std::unique_ptr<GenoJobSettings>> jobQueue_;  // front: oldest; guarded by queueMutex_
   std::mutex queueMutex_;

@@ -14,7 +14,13 @@ void GenoStatAlgoManager::addJobToQueue(GenoJobSettings* job) {
   const std::lock_guard lock(queueMutex_);
   jobQueue_.push_back(std::move(owned));
   job->setJobStatus(JobStatus::Pending);
-  sendStartGenomicsJobMessage(*job, false);
+  try {
+    sendStartGenomicsJobMessage(*job, false);
+  } catch (...) {
+    // Of a job that was not announced, the client would never learn.
+    jobQueue_.pop_back();
+    throw;
+  }
   if (!workerRunning_) {
     joinWorker();
     workerRunning_ = true;

@@ -8,7 +8,7 @@
 #include "platform/process.h"
 
 std::once_flag GenoStatAlgoManager::m_initFlag;
-GenoStatAlgoManager* GenoStatAlgoManager::m_pAlgoMgr = nullptr;
+std::atomic<GenoStatAlgoManager*> GenoStatAlgoManager::m_pAlgoMgr = nullptr;
 
 GenoStatAlgoManager* GenoStatAlgoManager::getManagerInstance() {
   // On the heap and never destroyed with the statics: a static object that owns a thread
@@ -25,6 +25,8 @@ GenoStatAlgoManager* getGenoManagerInstance() {
 GenoStatAlgoManager::GenoStatAlgoManager() = default;
 
 GenoStatAlgoManager::~GenoStatAlgoManager() {
+  GenoStatAlgoManager* self = this;
+  m_pAlgoMgr.compare_exchange_strong(self, nullptr);
   {
     const std::lock_guard lock(queueMutex_);
     stop_ = true;

@@ -85,7 +85,8 @@ void waitUntilGone(GenoStatAlgoManager& manager, const std::string& name) {
   EXPECT_FALSE(manager.isJobPendingOrRunning(name));
 }
 
-TEST(Manager, IsOneInstanceForAllThreads) {
+TEST(Manager, IsOneInstanceForAllThreadsUntilTheHostDeletesIt) {
+  TestHost host;
   std::set<GenoStatAlgoManager*> seen;
   std::mutex mutex;
   std::vector<std::thread> threads;
@@ -99,7 +100,14 @@ TEST(Manager, IsOneInstanceForAllThreads) {
   for (std::thread& thread : threads) {
     thread.join();
   }
-  EXPECT_THAT(seen, ElementsAre(testing::NotNull()));
+  ASSERT_THAT(seen, ElementsAre(testing::NotNull()));
+  GenoStatAlgoManagerTestPeer::make().reset();
+  EXPECT_EQ(getGenoManagerInstance(), *seen.begin()) << "another manager's end is not its own";
+  delete *seen.begin();
+  EXPECT_EQ(getGenoManagerInstance(), nullptr);
+  EXPECT_EQ(
+      host.run("GENOSTAT /JOB FOLDER='in' NAME='AUTO'.\nGENOSTAT /PRINT.\nGENOSTAT /DELETE FILE='x'.\n"), "");
+  EXPECT_THAT(host.adapter.messages(), testing::IsEmpty());
 }
 
 TEST(Manager, KeepsTheMembersOfItsInterface) {
@@ -190,15 +198,19 @@ TEST(Worker, DropsAJobThatCannotStart) {
 TEST(Worker, OutlivesAHostThatThrows) {
   TestHost host;
   host.adapter.onMessage = [](const std::string& message) {
-    if (message == "start lost running") throw std::runtime_error("host");
+    if (message == "start refused queued" || message == "start lost running")
+      throw std::runtime_error("host");
   };
   auto manager = GenoStatAlgoManagerTestPeer::make();
   host.plan("exit 0");
+  EXPECT_THROW(submit(*manager, "refused"), std::runtime_error);
+  EXPECT_FALSE(manager->isJobPendingOrRunning("refused")) << "taken out again";
   submit(*manager, "lost");
   submit(*manager, "next");
   ASSERT_TRUE(host.adapter.waitForEnds(1));
   EXPECT_THAT(host.adapter.messages().back(), testing::StartsWith("end next "));
   EXPECT_FALSE(manager->isJobPendingOrRunning("lost"));
+  EXPECT_THAT(host.adapter.messages(), testing::Not(testing::Contains("start refused running")));
 }
 
 TEST(Queue, CountsAndFindsWaitingJobs) {
