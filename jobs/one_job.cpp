@@ -103,7 +103,8 @@ bool GenoStatAlgoManager::handlePythonError(std::int32_t exitCode, GenoJobSettin
 }
 
 void GenoStatAlgoManager::reportResults(GenoJobSettings& job) {
-  const bool hasResults = platform::fileExists(job.csvFilePath());
+  // A pipe or a device could be waited for or read for ever.
+  const bool hasResults = platform::regularFileExists(job.csvFilePath());
   if (hasResults) {
     const auto counts = genostat::countCsv(job.csvFilePath().c_str());
     if (counts && counts->samples > 0) {

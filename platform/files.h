@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 namespace genostat::platform {
@@ -14,6 +15,16 @@ extern const char kPathSeparator;
 bool fileExists(const std::string& path);
 // An existing folder.
 bool directoryExists(const std::string& path);
+
+// An existing file that holds bytes: no folder, pipe, device or socket. A link counts as what it names.
+bool regularFileExists(const std::string& path);
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+// Opens a regular file for reading, byte by byte; null for anything else. Waits for nobody, as opening a pipe
+// would, whatever takes the file's place meanwhile.
+std::unique_ptr<std::FILE, CloseFile> openRegularFile(const std::string& path);
 
 // Removes the file if there is one; a folder is left alone. False, with errno set, when it could not be
 // removed.

@@ -11,8 +11,8 @@ struct CsvCounts {
   std::int32_t variables = 0;  // fields of the header, cut at every comma; a final comma adds none
 };
 
-// None when the file cannot be opened. Lines end in LF or CR LF on every system; quotes and the
-// end-of-file character of old text files have no meaning here.
+// None when there is no regular file, or it cannot be opened. Lines end in LF or CR LF on every system;
+// quotes and the end-of-file character of old text files have no meaning here.
 std::optional<CsvCounts> countCsv(const char* path);
 
 }  // namespace genostat

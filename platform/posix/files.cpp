@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/posix/descriptor.h"
 
@@ -17,6 +18,21 @@ bool fileExists(const std::string& path) {
 bool directoryExists(const std::string& path) {
   struct stat status = {};
   return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool regularFileExists(const std::string& path) {
+  struct stat status = {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::unique_ptr<std::FILE, CloseFile> openRegularFile(const std::string& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (file < 0) return nullptr;
+  struct stat status = {};
+  std::unique_ptr<std::FILE, CloseFile> stream;
+  if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) stream.reset(fdopen(file, "rb"));
+  if (!stream) close(file);
+  return stream;
 }
 
 InputProbe probeInputFile(const std::string& utf8Path) {

@@ -10,6 +10,7 @@
 #include "entry/record/geno_job_settings.h"
 #include "entry/record/genomic_parser_exception.h"
 #include "jobs/geno_stat_algo_manager.h"
+#include "platform/files.h"
 #include "tests/support/test_host.h"
 
 class GenoStatAlgoManagerTestPeer {
@@ -44,6 +45,7 @@ class GenoStatAlgoManagerTestPeer {
 
 namespace {
 
+namespace platform = genostat::platform;
 using genostat::test::TestHost;
 using testing::ElementsAre;
 
@@ -164,6 +166,30 @@ TEST(Worker, ReportsEachOutcome) {
       std::filesystem::remove(csv);
     }
     waitUntilGone(*manager, "a b");
+  }
+}
+
+TEST(Worker, TakesOnlyAFileForResults) {
+  TestHost host;
+  if (platform::kPathSeparator != '/') GTEST_SKIP() << "no pipes and devices among files";
+  const std::string file = (host.home() / "plan.txt").string();
+  const std::pair<std::string, std::string> rows[] = {
+      {"mkfifo", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101"},
+      {"mkdir", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101"},
+      {"ln -s /dev/zero", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101"},
+      {"ln -s " + file, "SAMPLE_COUNT=1 VARIABLE_COUNT=-1 MESSAGE=100"},
+  };
+  auto manager = GenoStatAlgoManagerTestPeer::make();
+  std::size_t ends = 0;
+  for (const auto& [command, counts] : rows) {
+    host.plan("shell " + command + "\nexit 0");
+    submit(*manager, "odd");
+    ASSERT_TRUE(host.adapter.waitForEnds(++ends)) << command;
+    EXPECT_THAT(host.adapter.messages().back(), testing::StartsWith("end odd [" + printSyntax("odd", counts)))
+        << command;
+    for (const std::string& name : host.temporaryFiles())
+      std::filesystem::remove(host.temp() / name);
+    waitUntilGone(*manager, "odd");
   }
 }
 

@@ -34,6 +34,7 @@ TEST(CsvCounts, FollowTheRulesForLinesAndFields) {
       {"a\n\r", 1, 1},            // no line end at all
       {"a\n1", 1, 1},
       {"a\n1\x1a\n2\n", 2, 1},
+      {"a," + std::string(70'000, 'x') + "\r\n1\n\r\n2\n", 2, 2},
   };
   const test::TemporaryFolder folder;
   const std::string path = folder.narrow("counts.csv");
@@ -45,6 +46,7 @@ TEST(CsvCounts, FollowTheRulesForLinesAndFields) {
     EXPECT_EQ(counts->variables, row.variables) << testing::PrintToString(row.content);
   }
   EXPECT_FALSE(countCsv(folder.narrow("missing.csv").c_str()).has_value());
+  EXPECT_FALSE(countCsv(folder.narrow().c_str()).has_value()) << "a folder";
 }
 
 TEST(FillTemplate, SubstitutesOnceAndDropsBlankLines) {

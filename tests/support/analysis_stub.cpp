@@ -3,6 +3,7 @@
 //   record           appends its arguments and the parameter document to "arguments.txt"
 //   wait NAME        waits until a file of that name exists in the folder
 //   csv TEXT         writes TEXT (with \n for line feeds) to the result path
+//   shell COMMAND    runs COMMAND with the result path as its last argument
 //   part             begins a part file in the folder and keeps it
 //   child            starts a copy of itself that only beats, with a child of its own
 //   beat             writes to "beat_<process id>" every 10 ms, for a minute at most
@@ -12,6 +13,7 @@
 #include <rapidjson/document.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -42,6 +44,12 @@ std::string decodeBase64(const std::string& text) {
     if (bits >= 8) bytes += static_cast<char>((accumulator >> (bits -= 8)) & 0xFF);
   }
   return bytes;
+}
+
+std::string resultPath(const std::string& document) {
+  rapidjson::Document json;
+  json.Parse(document.c_str());
+  return json["fastq_data"][0]["CSV_Path"].GetString();
 }
 
 [[noreturn]] void beat(const fs::path& folder) {
@@ -100,14 +108,13 @@ int runPlan(const std::string& program, const std::vector<std::string>& argument
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
       }
     } else if (step == "csv") {
-      rapidjson::Document json;
-      json.Parse(document.c_str());
-      std::ofstream csv(platform::pathFromNarrow(json["fastq_data"][0]["CSV_Path"].GetString()),
-                        std::ios::binary);
+      std::ofstream csv(platform::pathFromNarrow(resultPath(document)), std::ios::binary);
       for (std::size_t end; (end = value.find("\\n")) != std::string::npos; value.erase(0, end + 2)) {
         csv << value.substr(0, end) << '\n';
       }
       csv << value;
+    } else if (step == "shell") {
+      if (std::system((value + " \"" + resultPath(document) + "\"").c_str()) != 0) return 98;
     } else if (step == "part") {
       part.emplace(genostat::common::createPart(folder)).write("half");
     } else if (step == "child") {
