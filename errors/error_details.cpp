@@ -1,11 +1,10 @@
 #include "errors/error_details.h"
 
-#include <rapidjson/document.h>
-
-#include <fstream>
+#include <array>
+#include <cstdio>
 #include <iostream>
-#include <iterator>
 
+#include "common/json/parse.h"
 #include "entry/record/texts.h"
 #include "platform/files.h"
 
@@ -18,9 +17,7 @@ std::string textOf(const rapidjson::Value& value) {
 }
 
 ErrorDetails parse(const std::string& content) {
-  rapidjson::Document document;
-  // Iterative, since nothing bounds the depth of what the analysis wrote.
-  document.Parse<rapidjson::kParseIterativeFlag>(content.data(), content.size());
+  const rapidjson::Document document = common::parseJson(content).document;
   ErrorDetails details;
   if (!document.IsObject()) return details;
   for (const auto& member : document.GetObject()) {
@@ -43,8 +40,10 @@ ErrorDetails readErrorDetails(const std::string& resultPath) {
   }
   std::string content;
   {
-    std::ifstream file(path, std::ios::binary);
-    content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    const auto file = platform::openRegularFile(path);
+    std::array<char, 4096> buffer;
+    while (const std::size_t size = file ? std::fread(buffer.data(), 1, buffer.size(), file.get()) : 0)
+      content.append(buffer.data(), size);
   }
   std::cout << texts::kErrorFileContent << content << std::flush;
   platform::removeIfExists(path);

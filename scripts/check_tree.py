@@ -19,8 +19,8 @@ ROOMS = {
     "jobs": "run results errors entry/record host platform",
     "run": "entry/record host platform",
     "results": "entry/record host platform",
-    "errors": "entry/record host platform",
-    "entry/record": "host platform",
+    "errors": "entry/record common/json host platform",
+    "entry/record": "common/json host platform",
     "host": "",
     # the operating system
     "platform": "",
@@ -31,6 +31,7 @@ ROOMS = {
     "common/files": "common/text platform",
     "common/quality": "common/text",
     "common/text": "platform",
+    "common/json": "",
     # the standalone host; its floors see all that is below them
     "standalone/console": "standalone/procedures standalone/session standalone/services standalone/data"
     " standalone/output standalone/syntax standalone/statistics standalone/language common platform host",

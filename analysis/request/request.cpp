@@ -1,10 +1,10 @@
 #include "analysis/request/request.h"
 
-#include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
 
 #include "analysis/request/base64.h"
 #include "analysis/request/failure.h"
+#include "common/json/parse.h"
 
 namespace genostat::analysis {
 
@@ -19,16 +19,14 @@ using rapidjson::Value;
 rapidjson::Document parseDocument(std::string_view payload) {
   const std::optional<std::string> json = decodeBase64(payload);
   if (!json) throw Failure(ExitCode::InvalidJson, {}, "the payload is not base64");
-  rapidjson::Document document;
-  // Iterative, so that deep nesting cannot exhaust the stack.
-  document.Parse<rapidjson::kParseIterativeFlag>(json->data(), json->size());
-  if (document.HasParseError()) {
+  common::ParsedJson parsed = common::parseJson(*json);
+  if (parsed.result.IsError()) {
     throw Failure(ExitCode::InvalidJson, {},
                   std::string("the payload is not JSON: ") +
-                      rapidjson::GetParseError_En(document.GetParseError()) + " (at byte " +
-                      std::to_string(document.GetErrorOffset()) + ")");
+                      rapidjson::GetParseError_En(parsed.result.Code()) + " (at byte " +
+                      std::to_string(parsed.result.Offset()) + ")");
   }
-  return document;
+  return std::move(parsed.document);
 }
 
 // The one object in "fastq_data", or null.

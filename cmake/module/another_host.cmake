@@ -22,8 +22,8 @@ set_target_properties(zorvhost PROPERTIES
 # Were the tree itself on the search path, its host/ would stand in for whatever header the other host lacks. So a
 # folder with links to the module's own rooms takes its place.
 set(rooms_dir "${PROJECT_BINARY_DIR}/module_rooms")
-file(MAKE_DIRECTORY "${rooms_dir}")
-foreach(room IN ITEMS entry jobs run results errors platform)
+file(MAKE_DIRECTORY "${rooms_dir}/common")
+foreach(room IN ITEMS entry jobs run results errors platform common/json)
   file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${room}" "${rooms_dir}/${room}" SYMBOLIC)
 endforeach()
 set(GENOSTAT_INCLUDE_DIRS "${rooms_dir}" "${GENOSTAT_HOST_DIR}")

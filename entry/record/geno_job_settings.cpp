@@ -1,13 +1,12 @@
 #include "entry/record/geno_job_settings.h"
 
-#include <rapidjson/document.h>
-
 #include <array>
 #include <charconv>
 #include <limits>
 #include <string_view>
 #include <system_error>
 
+#include "common/json/parse.h"
 #include "host/control.h"
 
 namespace {
@@ -82,10 +81,8 @@ GenoJobSettings::GenoJobSettings() : metadataJson_(GetMetaDataJson()) {
 }
 
 void GenoJobSettings::readMetadata() {
-  rapidjson::Document document;
-  // Iterative, since nothing bounds the depth of what the host hands over.
-  document.Parse<rapidjson::kParseIterativeFlag>(metadataJson_.data(), metadataJson_.size());
-  if (document.HasParseError() || !document.IsObject()) return;
+  const rapidjson::Document document = genostat::common::parseJson(metadataJson_).document;
+  if (!document.IsObject()) return;
   const auto metadata = document.FindMember("job_metadata");
   if (metadata == document.MemberEnd() || !metadata->value.IsObject()) return;
   readIdentifier(metadata->value, "workbook_id", workbookId_);

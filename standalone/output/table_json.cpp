@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 
+#include "common/json/parse.h"
 #include "common/text/utf8.h"
 
 namespace genostat::standalone {
@@ -144,12 +145,10 @@ void writeTableMembers(JsonWriter& writer, const PivotTable& table) {
 }
 
 rapidjson::Document parseJson(std::string_view text) {
-  rapidjson::Document document;
-  document.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag |
-                 rapidjson::kParseValidateEncodingFlag>(text.data(), text.size());
-  if (document.HasParseError()) fail(rapidjson::GetParseError_En(document.GetParseError()));
-  if (!document.IsObject()) fail("no object");
-  return document;
+  common::ParsedJson parsed = common::parseJson<rapidjson::kParseValidateEncodingFlag>(text);
+  if (parsed.result.IsError()) fail(rapidjson::GetParseError_En(parsed.result.Code()));
+  if (!parsed.document.IsObject()) fail("no object");
+  return std::move(parsed.document);
 }
 
 PivotTable readTable(const rapidjson::Value& object) {

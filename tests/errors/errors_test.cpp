@@ -56,7 +56,8 @@ TEST(ErrorDetails, AreReadOnceAndFillPlaceholders) {
 TEST(ErrorDetails, SurviveWhatIsNotTheirForm) {
   const test::TemporaryFolder folder;
   for (const std::string& content :
-       {std::string("{\"FILE"), std::string("[\"x\"]"), std::string(200'000, '[')}) {
+       {std::string("{\"FILE"), std::string("[\"x\"]"),
+        std::string("{\"FILE_PATH\":0.0000000000e-2147483639}"), std::string(200'000, '[')}) {
     std::ofstream(folder.narrow("8.error")) << content;
     testing::internal::CaptureStdout();
     const ErrorDetails read = readErrorDetails(folder.narrow("8.csv"));
