@@ -10,10 +10,14 @@
 #include <charconv>
 #include <chrono>
 #include <cstring>
+#include <new>
 #include <optional>
-#include <set>
+#include <ranges>
+#include <span>
 #include <string_view>
 #include <thread>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/posix/descriptor.h"
@@ -25,14 +29,14 @@ namespace {
 // Waits without reaping: the dead child keeps its id until this object goes.
 class PosixProcess : public ChildProcess {
  public:
-  explicit PosixProcess(pid_t id) : id_(id) {}
-
+  PosixProcess() = default;
   ~PosixProcess() override {
     // A child that was never waited for is left to run; it is reaped only when it has ended.
     int status = 0;
     if (id_ > 0) waitpid(id_, &status, WNOHANG);
   }
 
+  void own(pid_t id) { id_ = id; }
   std::int32_t id() const override { return id_; }
 
   std::uint32_t wait() override {
@@ -47,7 +51,7 @@ class PosixProcess : public ChildProcess {
   }
 
  private:
-  pid_t id_;
+  pid_t id_ = -1;
 };
 
 // Attributes and file actions of one spawn.
@@ -108,51 +112,81 @@ std::optional<ProcessStat> readStat(pid_t id) {
   return stat;
 }
 
-// All children of a process, or none at all when the process table cannot be read.
-std::optional<std::vector<pid_t>> childrenOf(pid_t parent) {
+bool hasEnded(const std::optional<ProcessStat>& stat) {
+  return !stat || stat->state == 'Z' || stat->state == 'X';
+}
+
+using Children = std::unordered_map<pid_t, std::vector<pid_t>>;  // by their parent
+
+// One pass over the process table; none when it cannot be read.
+std::optional<Children> readChildren() {
   const std::unique_ptr<DIR, CloseFolder> table(opendir("/proc"));
   if (!table) return std::nullopt;
-  std::vector<pid_t> children;
+  Children children;
   while (const dirent* entry = readdir(table.get())) {
     const char* end = entry->d_name + std::strlen(entry->d_name);
     pid_t id = 0;
     if (std::from_chars(entry->d_name, end, id).ptr != end) continue;
     const std::optional<ProcessStat> stat = readStat(id);
-    if (stat && stat->parent == parent) children.push_back(id);
+    if (stat) children[stat->parent].push_back(id);
   }
   return children;
 }
 
-bool hasEnded(const std::optional<ProcessStat>& stat) {
-  return !stat || stat->state == 'Z' || stat->state == 'X';
+bool standsStill(pid_t id) {
+  const std::optional<ProcessStat> stat = readStat(id);
+  return hasEnded(stat) || stat->state == 'T' || stat->state == 't';
 }
 
-// Stops a process, so that it starts no more children while its tree is ended.
-// A stop takes effect a moment after kill(2) has returned.
-void freeze(pid_t id) {
-  if (kill(id, SIGSTOP) != 0) return;
-  for (int i = 0; i < 50; ++i) {
-    const std::optional<ProcessStat> stat = readStat(id);
-    if (hasEnded(stat) || stat->state == 'T' || stat->state == 't') return;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+// Stops processes, so that they start no more children while their tree is ended.
+// A stop takes effect a moment after kill(2) has returned; none is waited for when one takes too long.
+void freeze(std::span<const pid_t> processes) {
+  for (const pid_t id : processes)
+    kill(id, SIGSTOP);
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(50);
+  for (const pid_t id : processes) {
+    while (!standsStill(id) && std::chrono::steady_clock::now() < deadline)
+      std::this_thread::sleep_for(std::chrono::microseconds(200));
   }
 }
 
-bool killTree(pid_t id, std::set<pid_t>& visited) {
-  // kill(2) takes -1, 0 and 1 for everybody, the own group and the system's first process.
-  if (id <= 1 || !visited.insert(id).second) return false;
-  // The children of an ended process are no longer its own.
-  if (hasEnded(readStat(id))) return false;
-  freeze(id);
-  const std::optional<std::vector<pid_t>> children = childrenOf(id);
-  if (!children) {
-    kill(id, SIGCONT);
-    return false;
+// A process and all its descendants, parents before children, all of them frozen. Those that were started
+// before their parent stood still are found by the next pass; most often the second finds nothing new. Empty
+// when the process table cannot be read.
+std::vector<pid_t> frozenTree(pid_t root) {
+  constexpr int kMaxPasses = 100;  // for what cannot be stopped and goes on starting processes
+  std::vector<pid_t> tree = {root};
+  std::unordered_set<pid_t> known = {root};
+  std::size_t frozen = 0;
+  for (int pass = 0; pass < kMaxPasses && frozen < tree.size(); ++pass) {
+    freeze(std::span(tree).subspan(frozen));
+    frozen = tree.size();
+    const std::optional<Children> children = readChildren();
+    if (!children) {
+      for (const pid_t id : tree)
+        kill(id, SIGCONT);
+      return {};
+    }
+    for (std::size_t i = 0; i < tree.size(); ++i) {
+      const auto found = children->find(tree[i]);
+      if (found == children->end()) continue;
+      for (const pid_t child : found->second) {
+        if (child > 1 && known.insert(child).second) tree.push_back(child);
+      }
+    }
   }
-  for (const pid_t child : *children) {
-    killTree(child, visited);
+  return tree;
+}
+
+// The children of an ended process are no longer its own.
+bool killTree(pid_t root) {
+  if (hasEnded(readStat(root))) return false;
+  bool ended = false;
+  const std::vector<pid_t> tree = frozenTree(root);
+  for (const pid_t id : std::views::reverse(tree)) {
+    ended = kill(id, SIGKILL) == 0;
   }
-  return kill(id, SIGKILL) == 0;
+  return ended;
 }
 
 }  // namespace
@@ -165,20 +199,30 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const LaunchCommand& command) 
   std::string payload = command.payload;
   char* const arguments[] = {launcher.data(), script.data(), payload.data(), nullptr};
   const SpawnSetup setup;
+  // First, since without memory for it the process would run with nobody to wait for it.
+  auto process = std::make_unique<PosixProcess>();
   pid_t id = 0;
   if (posix_spawn(&id, launcher.c_str(), &setup.actions, &setup.attributes, arguments, environ) != 0) {
     return nullptr;
   }
-  return std::make_unique<PosixProcess>(id);
+  process->own(id);
+  return process;
 }
 
 bool killProcessTree(std::int32_t id) {
-  std::set<pid_t> visited;
-  const bool leadsGroup = id > 1 && getpgid(id) == id;
-  if (!killTree(id, visited)) return false;
+  // kill(2) takes -1, 0 and 1 for everybody, the own group and the system's first process.
+  if (id <= 1) return false;
+  const bool leadsGroup = getpgid(id) == id;
+  bool ended = false;
+  try {
+    ended = killTree(id);
+  } catch (const std::bad_alloc&) {
+    // No memory to find its descendants; the process, which may be frozen by now, must not stay.
+    ended = kill(id, SIGKILL) == 0;
+  }
   // Descendants whose parents had ended before are no longer in the tree, but still in the group.
-  if (leadsGroup) kill(-id, SIGKILL);
-  return true;
+  if (ended && leadsGroup) kill(-id, SIGKILL);
+  return ended;
 }
 
 }  // namespace genostat::platform
