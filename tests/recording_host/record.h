@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
@@ -55,6 +56,10 @@ std::string shown(const std::vector<Value>& values) {
     text += (text.empty() ? "" : " ") + shown(value);
   }
   return "[" + text + "]";
+}
+template <typename Object>
+std::string shown(const std::unique_ptr<Object>& object) {
+  return shown(object.get());
 }
 template <typename Object>
 std::string shown(const Object* object) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "tests/recording_host/host/procedure.h"
 #include "tests/recording_host/record.h"
 
@@ -73,19 +76,39 @@ class Descendants : public recording::Object {
   explicit Descendants(Table* table) : Object(recording::numbered("Descendants"), table) {}
   void setLabel(const std::string& label) { recording::call(recordedName() + ".setLabel", label); }
   void setShowLabel(bool show) { recording::call(recordedName() + ".setShowLabel", show); }
-  void addCell(const Cell& category) { recording::call(recordedName() + ".addCell", category); }
+  void addCell(std::unique_ptr<Cell> category) {
+    recording::call(recordedName() + ".addCell", category);
+    categories_.push_back(std::move(category));
+  }
+
+ private:
+  std::vector<std::unique_ptr<Cell>> categories_;
 };
 
 class Cells : public recording::Object {
  public:
+  using Row = std::vector<std::unique_ptr<Cell>>;
+
   explicit Cells(Table* table) : Object(recording::numbered("Cells"), table) {}
-  void addCells(const std::vector<Cell>& row) { recording::call(recordedName() + ".addCells", row); }
+  void addCells(Row row) {
+    recording::call(recordedName() + ".addCells", row);
+    rows_.push_back(std::move(row));
+  }
+
+ private:
+  std::vector<Row> rows_;
 };
 
 class Dimension : public recording::Object {
  public:
-  Dimension(Table* table, const Descendants* rows, const Descendants* columns)
-      : Object(recording::numbered("Dimension"), table, rows, columns) {}
+  Dimension(Table* table, std::unique_ptr<Descendants> rows, std::unique_ptr<Descendants> columns)
+      : Object(recording::numbered("Dimension"), table, rows, columns),
+        rows_(std::move(rows)),
+        columns_(std::move(columns)) {}
+
+ private:
+  std::unique_ptr<Descendants> rows_;
+  std::unique_ptr<Descendants> columns_;
 };
 
 inline void Table::set_dimensions(const Dimension* dimension) {
