@@ -19,7 +19,7 @@ namespace genostat::platform {
 
 namespace {
 
-constexpr const char* kVariable = "GENOSTAT_PARENT";
+constexpr const char* kParentVariable = "GENOSTAT_PARENT";
 // Asked again and again, since not every kernel lets a program wait for one that is no child of its own.
 constexpr std::chrono::milliseconds kPause(200);
 
@@ -64,7 +64,7 @@ struct Parent {
 
 // "ID BEGINNING PLACE"
 std::optional<Parent> namedParent() {
-  const char* variable = std::getenv(kVariable);
+  const char* variable = std::getenv(kParentVariable);
   if (variable == nullptr) return std::nullopt;
   const std::string_view text = variable;
   const std::size_t first = text.find(' ');
@@ -82,7 +82,7 @@ std::optional<Parent> namedParent() {
 void nameAsParent() {
   const pid_t id = getpid();
   const std::string text = std::to_string(id) + ' ' + beginningOf(id) + ' ' + placeOfIds();
-  setenv(kVariable, text.c_str(), 1);
+  setenv(kParentVariable, text.c_str(), 1);
 }
 
 void onParentGone(std::function<void()> handler) {

@@ -19,7 +19,7 @@ namespace genostat::platform {
 
 namespace {
 
-constexpr const char* kVariable = "GENOSTAT_PARENT";
+constexpr const char* kParentVariable = "GENOSTAT_PARENT";
 
 // "ID BEGINNING COMPUTER", the beginning in units of 100 ns; empty where the process cannot be seen.
 std::string nameOf(DWORD id, const Handle& process) {
@@ -35,11 +35,11 @@ std::string nameOf(DWORD id, const Handle& process) {
 void nameAsParent() {
   const DWORD id = GetCurrentProcessId();
   const Handle self = owned(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, id));
-  setEnvironmentPath(kVariable, pathFromUtf8(nameOf(id, self)));
+  setEnvironmentPath(kParentVariable, pathFromUtf8(nameOf(id, self)));
 }
 
 void onParentGone(std::function<void()> handler) {
-  const std::string name = pathToUtf8(environmentPath(kVariable));
+  const std::string name = pathToUtf8(environmentPath(kParentVariable));
   const DWORD id = std::strtoul(name.c_str(), nullptr, 10);
   if (id == 0 || !name.ends_with(' ' + hostName())) return;
   auto process = std::make_shared<const Handle>(
