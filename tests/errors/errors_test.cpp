@@ -4,28 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <limits>
 
-#include "errors/error_templates.h"
 #include "platform/files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace genostat {
 namespace {
-
-TEST(ErrorTemplates, CoverEveryCode) {
-  const auto text = [](std::int32_t code) {
-    return std::string(errorTemplate(code).key) + errorTemplate(code).placeholder;
-  };
-  EXPECT_EQ(text(0), "");
-  EXPECT_EQ(text(2), "File not found:{{FILE_PATH}}");
-  EXPECT_EQ(text(3), "Invalid JSON configuration");
-  EXPECT_EQ(text(5), "Error processing FASTQ file{{FILE_NAME}}");
-  EXPECT_EQ(text(13), "Invalid command line arguments");
-  for (const std::int32_t code : {14, 255, -1, std::numeric_limits<std::int32_t>::min()}) {
-    EXPECT_EQ(text(code), "Unknown error occurred") << code;
-  }
-}
 
 TEST(ErrorDetails, AreReadOnceAndFillPlaceholders) {
   const test::TemporaryFolder folder;

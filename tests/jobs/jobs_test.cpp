@@ -107,9 +107,6 @@ TEST(Manager, IsOneInstanceForAllThreadsUntilTheHostDeletesIt) {
   EXPECT_EQ(getGenoManagerInstance(), *seen.begin()) << "another manager's end is not its own";
   delete *seen.begin();
   EXPECT_EQ(getGenoManagerInstance(), nullptr);
-  EXPECT_EQ(
-      host.run("GENOSTAT /JOB FOLDER='in' NAME='AUTO'.\nGENOSTAT /PRINT.\nGENOSTAT /DELETE FILE='x'.\n"), "");
-  EXPECT_THAT(host.adapter.messages(), testing::IsEmpty());
 }
 
 TEST(Manager, KeepsTheMembersOfItsInterface) {
@@ -131,42 +128,6 @@ TEST(Manager, EndsWithTheRunningJobAndDropsTheRestSilently) {
   EXPECT_THAT(host.adapter.messages(),
               ElementsAre("start held queued", "start held running", "start never queued",
                           end("held", printSyntax("held", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101"))));
-}
-
-TEST(Worker, ReportsEachOutcome) {
-  struct Row {
-    const char* plan;
-    std::string counts;
-    bool success;
-  };
-  const Row rows[] = {
-      {"csv a,b,c\\n1,2,3\\n4,5,6\\n\nexit 0", "SAMPLE_COUNT=2 VARIABLE_COUNT=1 MESSAGE=100", true},
-      {"csv a,b,c\\n\nexit 0", "SAMPLE_COUNT=-1 VARIABLE_COUNT=-1 MESSAGE=0", true},
-      {"exit 0", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101", false},
-      {"csv a\\n1\\n\nexit 5", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=205", false},
-      {"exit 255", "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=455", false},
-  };
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  std::size_t ends = 0;
-  for (const Row& row : rows) {
-    host.plan(row.plan);
-    submit(*manager, "a b");
-    ASSERT_TRUE(host.adapter.waitForEnds(++ends)) << row.plan;
-    const std::string last = host.adapter.messages().back();
-    const std::string print = "end a b [" + printSyntax("a_b", row.counts);
-    EXPECT_EQ(last.substr(0, print.size()), print) << row.plan;
-    EXPECT_EQ(last.find("DATASET NAME a_b.") != std::string::npos, row.success) << row.plan;
-    EXPECT_EQ(host.temporaryFiles().size(), row.success ? 1u : 0u) << row.plan;
-    if (row.success) {
-      const std::string csv = host.temp().string() +
-                              static_cast<char>(std::filesystem::path::preferred_separator) +
-                              host.temporaryFiles()[0];
-      EXPECT_EQ(host.adapter.lastEndFields, csv + "|-1|-1");
-      std::filesystem::remove(csv);
-    }
-    waitUntilGone(*manager, "a b");
-  }
 }
 
 TEST(Worker, TakesOnlyAFileForResults) {
@@ -193,100 +154,6 @@ TEST(Worker, TakesOnlyAFileForResults) {
   }
 }
 
-TEST(Worker, HandsOverTheParameterDocument) {
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  host.plan("record\nexit 0");
-  submit(*manager, "run");
-  ASSERT_TRUE(host.adapter.waitForEnds(1));
-  std::ifstream file(host.home() / "arguments.txt", std::ios::binary);
-  std::string line;
-  ASSERT_TRUE(std::getline(file, line));
-  EXPECT_THAT(line, testing::StartsWith("2|" + host.home().string()));
-  EXPECT_THAT(line, testing::HasSubstr("genostat.pyc|eyJmYXN0cV9kYXRhIjpbey"));
-  EXPECT_THAT(line, testing::HasSubstr(
-                        "|{\"fastq_data\":[{\"adapter\":\"NONE\",\"custom_sequence\":\"\",\"CSV_Path\":\""));
-  EXPECT_THAT(line, testing::EndsWith(".csv\",\"folder\":\"in\"}]}"));
-}
-
-TEST(Worker, DropsAJobThatCannotStart) {
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  host.removeLauncher();
-  submit(*manager, "no launcher");
-  waitUntilGone(*manager, "no launcher");
-  std::filesystem::remove_all(host.temp());
-  submit(*manager, "no folder");
-  waitUntilGone(*manager, "no folder");
-  EXPECT_EQ(host.adapter.ends(), 0u);
-}
-
-TEST(Worker, OutlivesAHostThatThrows) {
-  TestHost host;
-  host.adapter.onMessage = [](const std::string& message) {
-    if (message == "start refused queued" || message == "start lost running")
-      throw std::runtime_error("host");
-  };
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  host.plan("exit 0");
-  EXPECT_THROW(submit(*manager, "refused"), std::runtime_error);
-  EXPECT_FALSE(manager->isJobPendingOrRunning("refused")) << "taken out again";
-  submit(*manager, "lost");
-  submit(*manager, "next");
-  ASSERT_TRUE(host.adapter.waitForEnds(1));
-  EXPECT_THAT(host.adapter.messages().back(), testing::StartsWith("end next "));
-  EXPECT_FALSE(manager->isJobPendingOrRunning("lost"));
-  EXPECT_THAT(host.adapter.messages(), testing::Not(testing::Contains("start refused running")));
-}
-
-TEST(Queue, CountsAndFindsWaitingJobs) {
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  HeldWorker held(host, *manager);
-  for (int i = 0; i < 9; ++i) {
-    submit(*manager, "job" + std::to_string(i));
-  }
-  EXPECT_FALSE(manager->isQueueFull()) << "the running job does not count";
-  submit(*manager, "job9");
-  EXPECT_TRUE(manager->isQueueFull());
-  EXPECT_TRUE(manager->isJobPendingOrRunning("held"));
-  EXPECT_TRUE(manager->isJobPendingOrRunning("job9"));
-  EXPECT_FALSE(manager->isJobPendingOrRunning("JOB9"));
-  EXPECT_TRUE(manager->cancelJob("job9"));
-  EXPECT_FALSE(manager->isJobPendingOrRunning("job9")) << "a cancelled job gives its name back";
-  EXPECT_TRUE(manager->isQueueFull()) << "but keeps its place";
-  EXPECT_FALSE(manager->cancelJob("nobody"));
-  EXPECT_FALSE(cancelGenoJob(nullptr, "job1"));
-  EXPECT_FALSE(cancelGenoJob(manager.get(), nullptr));
-  manager->addJobToQueue(nullptr);
-
-  manager->cancellAllJobsPending();
-  EXPECT_FALSE(manager->isQueueFull());
-  EXPECT_EQ(host.adapter.ends(), 10u) << "one for each job, none twice";
-  EXPECT_TRUE(manager->isJobPendingOrRunning("held"));
-  held.release();
-  ASSERT_TRUE(host.adapter.waitForEnds(11));
-}
-
-TEST(Cancel, OfAQueuedJobEndsItOncePerCall) {
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  HeldWorker held(host, *manager);
-  submit(*manager, "q");
-  EXPECT_TRUE(cancelGenoJob(manager.get(), "q"));
-  EXPECT_TRUE(cancelGenoJob(manager.get(), "q"));
-  host.plan("exit 0");
-  submit(*manager, "after");
-  held.release();
-  ASSERT_TRUE(host.adapter.waitForEnds(4));
-  const auto noResult = [](const char* name) {
-    return end(name, printSyntax(name, "SAMPLE_COUNT=0 VARIABLE_COUNT=0 MESSAGE=101"));
-  };
-  EXPECT_THAT(host.adapter.messages(),
-              ElementsAre("start held queued", "start held running", "start q queued", end("q"), end("q"),
-                          "start after queued", noResult("held"), "start after running", noResult("after")));
-}
-
 TEST(Cancel, OfARunningJobEndsItsWholeTree) {
   TestHost host;
   auto manager = GenoStatAlgoManagerTestPeer::make();
@@ -302,27 +169,6 @@ TEST(Cancel, OfARunningJobEndsItsWholeTree) {
   EXPECT_TRUE(host.beatsStop());
   EXPECT_THAT(host.temporaryFiles(), testing::IsEmpty());
   EXPECT_THAT(host.adapter.messages(), ElementsAre("start tree queued", "start tree running", end("tree")));
-}
-
-TEST(Cancel, BeforeTheProcessExistsLetsItRunToItsEnd) {
-  TestHost host;
-  auto manager = GenoStatAlgoManagerTestPeer::make();
-  host.adapter.onMessage = [&](const std::string& message) {
-    if (message != "start early running") return;
-    EXPECT_TRUE(manager->cancelJob("early"));
-    EXPECT_TRUE(manager->cancelJob("early"));
-  };
-  // A job before it, so that the stored process id is stale.
-  host.plan("exit 0");
-  submit(*manager, "first");
-  ASSERT_TRUE(host.adapter.waitForEnds(1));
-  host.plan("csv a\\n1\\n\nrecord\nexit 3");
-  submit(*manager, "early");
-  waitUntilGone(*manager, "early");
-  EXPECT_TRUE(std::filesystem::exists(host.home() / "arguments.txt")) << "it was started all the same";
-  EXPECT_THAT(host.temporaryFiles(), testing::IsEmpty());
-  EXPECT_EQ(host.adapter.ends(), 3u);
-  EXPECT_EQ(host.adapter.messages().back(), end("early"));
 }
 
 TEST(Cancel, InTheEndMessageStillAnswers) {

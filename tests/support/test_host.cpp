@@ -5,11 +5,9 @@
 #include <fstream>
 #include <thread>
 
-#include "entry/genostat.h"
 #include "host/message_bus.h"
 #include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
-#include "standalone/syntax/command.h"
 #include "tests/support/stub_launcher.h"
 
 namespace genostat::test {
@@ -29,8 +27,6 @@ void RecordingAdapter::postClientMessage(std::int32_t messageId, const ZorvwMsg*
     } else {
       const auto& end = dynamic_cast<const ZorvwMsgEndGenomicProcessing&>(*message);
       text = "end " + end.jobName + " [" + end.message + "]";
-      lastEndFields =
-          end.csvFilePath + "|" + std::to_string(end.workbookId) + "|" + std::to_string(end.paragraphId);
       ++ends_;
     }
     messages_.push_back(text);
@@ -111,21 +107,6 @@ std::vector<std::string> TestHost::temporaryFiles() const {
     names.push_back(entry.path().filename().string());
   }
   return names;
-}
-
-std::string TestHost::run(const std::string& syntax, standalone::OutputDocument* output) {
-  std::string errors;
-  const standalone::SessionScope session(
-      {nullptr, output,
-       [&errors](const standalone::Diagnostic& diagnostic) { errors += diagnostic.message + '\n'; }});
-  const auto source = std::make_shared<standalone::SourceText>(standalone::SourceText{"test", syntax});
-  int paragraph = 0;
-  for (const auto& item : standalone::scanCommands(source).items) {
-    const standalone::CommandScope scope(item.command);
-    standalone::setJobMetadata(1, ++paragraph);
-    GENOSTAT();
-  }
-  return errors;
 }
 
 }  // namespace genostat::test

@@ -12,10 +12,6 @@
 #include "host/language.h"
 #include "tests/support/temporary_folder.h"
 
-namespace genostat::standalone {
-class OutputDocument;
-}
-
 namespace genostat::test {
 
 // Records messages as text: "start NAME queued", "start NAME running", "end NAME [SYNTAX]".
@@ -35,8 +31,6 @@ class RecordingAdapter : public ZORV_Adapter {
   // Called with the text of each message after it was recorded, on the sending thread. Set it before the
   // first message.
   std::function<void(const std::string&)> onMessage;
-  // The last end message's other fields: "CSV|WORKBOOK|PARAGRAPH".
-  std::string lastEndFields;
 
  private:
   mutable std::mutex mutex_;
@@ -66,8 +60,6 @@ class TestHost {
   bool beatsStop() const;
   // Files in the temporary folder.
   std::vector<std::string> temporaryFiles() const;
-  // Runs GENOSTAT commands; the errors, one per line. Tables go to `output`, which may be null.
-  std::string run(const std::string& syntax, standalone::OutputDocument* output = nullptr);
 
   RecordingAdapter adapter;
 
