@@ -7,6 +7,7 @@
 
 #include "common/cli/help_text.h"
 #include "common/cli/program_model.h"
+#include "common/text/ascii.h"
 
 namespace genostat::common {
 
@@ -28,13 +29,6 @@ std::string roffText(std::string_view text) {
   }
   const bool control = out.starts_with('.') || out.starts_with('\'');
   return control ? "\\&" + out : out;
-}
-
-std::string upperCase(std::string text) {
-  for (char& character : text) {
-    character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-  }
-  return text;
 }
 
 // Today, or the day that the makers of packages ask for so that each build gives the same bytes.

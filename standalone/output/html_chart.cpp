@@ -90,7 +90,7 @@ bool isTall(const Chart& chart) {
 
 std::string legendHtml(const Chart& chart) {
   if (!std::holds_alternative<VerdictMap>(chart.data)) return {};
-  static constexpr std::array<const char*, 4> kSigns = {"&#160;", "\xE2\x9C\x93", "!", "\xE2\x9C\x95"};
+  static constexpr std::array<const char*, 4> kSigns = {"&#160;", "\xE2\x9C\x93", "!", "\xE2\x9C\x97"};
   std::string html =
       fmt::format("<ul class=\"legend\" aria-label=\"{}\">\n", escapeHtml(translated("Signs")));
   for (const Verdict verdict : {Verdict::Pass, Verdict::Warn, Verdict::Fail, Verdict::None}) {

@@ -144,7 +144,7 @@
     };
   }
 
-  const signs = { pass: "\u2713", warn: "!", fail: "\u2715" };
+  const signs = { pass: "\u2713", warn: "!", fail: "\u2717" };
 
   function verdicts(chart, room) {
     const [rows, columns] = [chart.samples.length, chart.checks.length];
