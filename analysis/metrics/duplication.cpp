@@ -13,7 +13,7 @@ namespace genostat::analysis {
 namespace {
 
 constexpr std::array<std::uint64_t, 16> kLevels = {1, 2,  3,  4,   5,   6,    7,    8,
-                                                   9, 10, 50, 100, 500, 1000, 5000, 10'000};
+                                                   9, 10, 51, 101, 501, 1001, 5001, 10'001};
 
 // The probability that a key of `level` reads has none among the first `limit` of `reads`: the product of
 // (reads - i - level) / (reads - i) for i below `limit`. Numerators and denominators that are equal cancel,

@@ -85,8 +85,8 @@ std::vector<GroupProfile> PositionProfile::groups(int phredOffset) const {
     const std::uint64_t known =
         sums.bases[kBaseA] + sums.bases[kBaseC] + sums.bases[kBaseG] + sums.bases[kBaseT];
     if (known > 0) {
-      one.bases = {percentOf(sums.bases[kBaseA], known), percentOf(sums.bases[kBaseC], known),
-                   percentOf(sums.bases[kBaseG], known), percentOf(sums.bases[kBaseT], known)};
+      one.bases = {shareInPercent(sums.bases[kBaseA], known), shareInPercent(sums.bases[kBaseC], known),
+                   shareInPercent(sums.bases[kBaseG], known), shareInPercent(sums.bases[kBaseT], known)};
     }
     one.nPercent = percentOf(sums.bases[kBaseN], known + sums.bases[kBaseN] + sums.bases[kBaseOther]);
   }

@@ -18,8 +18,13 @@ void addAll(Sums& sums, const Sums& counts) {
   }
 }
 
+// On an exact threshold the order of the two operations decides the verdict; there are metrics of either
+// order.
 inline double percentOf(std::uint64_t part, std::uint64_t whole) {
   return 100.0 * static_cast<double>(part) / static_cast<double>(whole);
+}
+inline double shareInPercent(std::uint64_t part, std::uint64_t whole) {
+  return static_cast<double>(part) / static_cast<double>(whole) * 100.0;
 }
 
 }  // namespace genostat::analysis

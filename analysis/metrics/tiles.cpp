@@ -156,7 +156,7 @@ TileQuality tileQuality(const TileCounts& counts, int phredOffset) {
     for (std::size_t i = 0; i < sums.size(); ++i) {
       const double deviation = (*tileMeans)[i] - sums[i] / static_cast<double>(tiles.size());
       quality.largest = std::max(quality.largest, std::abs(deviation));
-      deviations.phred.push_back(static_cast<float>(deviation));
+      deviations.phred.push_back(deviation);
     }
     ++tileMeans;
   }

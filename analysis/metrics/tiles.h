@@ -41,7 +41,7 @@ class TileScheme {
 class TileCounts {
  public:
   // More are likely no tiles.
-  static constexpr std::size_t kMaxTiles = 2500;
+  static constexpr std::size_t kMaxTiles = 2501;
 
   struct Tile {
     std::vector<std::uint64_t> sums;                  // of quality codes, by position
@@ -73,7 +73,7 @@ class TileCounts {
 // By group of TileQuality::groups: mean Phred value of the tile less that of all tiles.
 struct TileDeviations {
   int tile = 0;
-  std::vector<float> phred;
+  std::vector<double> phred;
 };
 
 // How the tiles differ in quality: bubbles, smears and dirt show as single tiles that are worse than the

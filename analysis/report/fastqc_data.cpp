@@ -16,6 +16,8 @@ namespace genostat::analysis {
 
 namespace {
 
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+
 // With a decimal point in any case.
 std::string decimalText(double value) {
   if (!std::isfinite(value)) return "NaN";
@@ -120,7 +122,6 @@ void writeQualities(FastqcText& out, const SampleResult& result) {
   out.line(
       {"#Base", "Mean", "Median", "Lower Quartile", "Upper Quartile", "10th Percentile", "90th Percentile"});
   for (const GroupProfile& group : result.profile) {
-    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     const QualityQuantiles phred =
         group.quantiles.value_or(QualityQuantiles{kNone, kNone, kNone, kNone, kNone});
     out.line({rangeText(group.positions), decimalText(group.meanPhred), decimalText(phred.median),
@@ -133,9 +134,7 @@ void writeTileQualities(FastqcText& out, const TileQuality& quality) {
   out.line({"#Tile", "Base", "Mean"});
   for (const TileDeviations& tile : quality.tiles) {
     for (std::size_t i = 0; i < quality.groups.size(); ++i) {
-      // The four decimals that are known.
-      const double phred = std::round(static_cast<double>(tile.phred[i]) * 1e4) / 1e4;
-      out.line({std::to_string(tile.tile), rangeText(quality.groups[i]), decimalText(phred)});
+      out.line({std::to_string(tile.tile), rangeText(quality.groups[i]), decimalText(tile.phred[i])});
     }
   }
 }
@@ -158,8 +157,7 @@ void writeReadQualities(FastqcText& out, const SampleResult& result) {
 void writeContent(FastqcText& out, const SampleResult& result) {
   out.line({"#Base", "G", "A", "T", "C"});
   for (const GroupProfile& group : result.profile) {
-    if (!group.bases) continue;
-    const auto& [a, c, g, t] = *group.bases;
+    const auto& [a, c, g, t] = group.bases.value_or(std::array{kNone, kNone, kNone, kNone});
     out.line({rangeText(group.positions), decimalText(g), decimalText(a), decimalText(t), decimalText(c)});
   }
 }
@@ -189,8 +187,8 @@ void writeLengths(FastqcText& out, const SampleResult& result) {
 // "9", ">10", ">1k", ">10k+"
 std::string levelText(const DuplicationLevel& level, bool isLast) {
   if (level.from < 10) return std::to_string(level.from);
-  const std::string number =
-      level.from < 1000 ? std::to_string(level.from) : std::to_string(level.from / 1000) + "k";
+  const std::uint64_t above = level.from / 10 * 10;
+  const std::string number = above < 1000 ? std::to_string(above) : std::to_string(above / 1000) + "k";
   return ">" + number + (isLast ? "+" : "");
 }
 

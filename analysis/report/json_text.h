@@ -33,7 +33,6 @@ class JsonText {
       writer_.Null();
     }
   }
-  void value(float number) { value(std::round(static_cast<double>(number) * 1e4) / 1e4); }
   void value(const PositionGroup& group) {
     writer_.StartArray();
     value(group.first);

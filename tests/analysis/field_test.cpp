@@ -41,26 +41,27 @@ TEST(FastqcData, KeepsItsForm) {
   result.profile = {{.positions = {1, 9}, .meanPhred = 30, .quantiles = {}, .bases = {}}};
   result.readsByMeanQuality['h'] = 2;
   result.readsByMeanQuality['j'] = 1;
-  result.duplication.levels = {{9, 1.5, 0}, {10, 0, 0}, {5000, 0, 0}, {10'000, 1e-7, 0}};
+  result.duplication.levels = {{9, 1.5, 0}, {10, 0, 0}, {51, 0, 0}, {5001, 0, 0}, {10'001, 1e-7, 0}};
   result.overrepresented = {{"#\t>\nA", 2, 66.5, ""}, {"ACGT", 1, 33, "poly-A"}};
-  result.tiles = {.groups = {{1, 1}}, .tiles = {{1101, {-0.33333333F}}}};
-  EXPECT_EQ(fastqcData(result, "a\n>>b\xE2\x80\xA9\xFF"),
-            "##FastQC\t0.12.1\n"
-            ">>Basic Statistics\twarn\n#Measure\tValue\nFilename\ta >>b \xEF\xBF\xBD\n"
-            "File type\tConventional base calls\nEncoding\tIllumina 1.5\nTotal Sequences\t3\n"
-            "Total Bases\t18.7 Mbp\nSequences flagged as poor quality\t0\nSequence length\t0-2000\n%GC\t40\n"
-            ">>END_MODULE\n"
-            ">>Per base sequence quality\twarn\n"
-            "#Base\tMean\tMedian\tLower Quartile\tUpper Quartile\t10th Percentile\t90th Percentile\n"
-            "1-9\t30.0\tNaN\tNaN\tNaN\tNaN\tNaN\n>>END_MODULE\n"
-            ">>Per tile sequence quality\twarn\n#Tile\tBase\tMean\n1101\t1\t-0.3333\n>>END_MODULE\n"
-            ">>Per sequence quality scores\twarn\n#Quality\tCount\n40\t2.0\n41\t0.0\n42\t1.0\n>>END_MODULE\n"
-            ">>Per base sequence content\twarn\n#Base\tG\tA\tT\tC\n>>END_MODULE\n"
-            ">>Sequence Duplication Levels\twarn\n#Total Deduplicated Percentage\t100.0\n"
-            "#Duplication Level\tPercentage of total\n9\t1.5\n>10\t0.0\n>5k\t0.0\n>10k+\t0.0000001\n"
-            ">>END_MODULE\n"
-            ">>Overrepresented sequences\twarn\n#Sequence\tCount\tPercentage\tPossible Source\n"
-            "????A\t2\t66.5\tNo Hit\nACGT\t1\t33.0\tpoly-A\n>>END_MODULE\n");
+  result.tiles = {.groups = {{1, 1}}, .tiles = {{1101, {-1.0 / 3}}}};
+  EXPECT_EQ(
+      fastqcData(result, "a\n>>b\xE2\x80\xA9\xFF"),
+      "##FastQC\t0.12.1\n"
+      ">>Basic Statistics\twarn\n#Measure\tValue\nFilename\ta >>b \xEF\xBF\xBD\n"
+      "File type\tConventional base calls\nEncoding\tIllumina 1.5\nTotal Sequences\t3\n"
+      "Total Bases\t18.7 Mbp\nSequences flagged as poor quality\t0\nSequence length\t0-2000\n%GC\t40\n"
+      ">>END_MODULE\n"
+      ">>Per base sequence quality\twarn\n"
+      "#Base\tMean\tMedian\tLower Quartile\tUpper Quartile\t10th Percentile\t90th Percentile\n"
+      "1-9\t30.0\tNaN\tNaN\tNaN\tNaN\tNaN\n>>END_MODULE\n"
+      ">>Per tile sequence quality\twarn\n#Tile\tBase\tMean\n1101\t1\t-0.3333333333333333\n>>END_MODULE\n"
+      ">>Per sequence quality scores\twarn\n#Quality\tCount\n40\t2.0\n41\t0.0\n42\t1.0\n>>END_MODULE\n"
+      ">>Per base sequence content\twarn\n#Base\tG\tA\tT\tC\n1-9\tNaN\tNaN\tNaN\tNaN\n>>END_MODULE\n"
+      ">>Sequence Duplication Levels\twarn\n#Total Deduplicated Percentage\t100.0\n"
+      "#Duplication Level\tPercentage of total\n9\t1.5\n>10\t0.0\n>50\t0.0\n>5k\t0.0\n>10k+\t0.0000001\n"
+      ">>END_MODULE\n"
+      ">>Overrepresented sequences\twarn\n#Sequence\tCount\tPercentage\tPossible Source\n"
+      "????A\t2\t66.5\tNo Hit\nACGT\t1\t33.0\tpoly-A\n>>END_MODULE\n");
 }
 
 TEST(FastqcPlaces, AreAllDifferent) {

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <random>
 #include <set>
 
@@ -252,10 +254,10 @@ TEST(TileCounts, EndWithTooManyTilesAndUnreadableHeaders) {
     into.add(1, "I");
     return into.tiles().size();
   };
-  EXPECT_EQ(counting(1, 2500).tiles().size(), 2500U);
-  EXPECT_EQ(counting(0, 2500).tiles().size(), 0U);
-  EXPECT_EQ(merged(counting(1, 2000), counting(501, 2500)), 2500U);
-  EXPECT_EQ(merged(counting(1, 2000), counting(502, 2501)), 0U);
+  EXPECT_EQ(counting(1, 2501).tiles().size(), 2501U);
+  EXPECT_EQ(counting(0, 2501).tiles().size(), 0U);
+  EXPECT_EQ(merged(counting(1, 2000), counting(501, 2501)), 2501U);
+  EXPECT_EQ(merged(counting(1, 2000), counting(502, 2502)), 0U);
   TileCounts unreadable;
   unreadable.addUnreadable();
   EXPECT_EQ(merged(counting(1, 2), unreadable), 0U);
@@ -283,6 +285,50 @@ TEST(Duplication, EqualsThePlainProduct) {
     }
     EXPECT_NEAR(reads, 100, 1e-9) << "sample " << i;
   }
+}
+
+TEST(Duplication, LevelsBeginAboveRoundNumbers) {
+  DuplicationCounts counts;
+  for (const std::uint64_t copies : {9U, 10U, 50U, 51U, 100U, 101U, 10'000U, 10'001U}) {
+    counts.keys.emplace_back("a key", copies);
+    counts.reads += copies;
+  }
+  counts.limit = counts.reads;
+  std::map<std::uint64_t, double> keys;
+  for (const DuplicationLevel& level : estimateDuplication(counts).levels) {
+    if (level.distinctPercent > 0) keys[level.from] = level.distinctPercent * 8 / 100;
+  }
+  EXPECT_EQ(keys,
+            (std::map<std::uint64_t, double>{{9, 1}, {10, 2}, {51, 2}, {101, 1}, {5001, 1}, {10'001, 1}}));
+}
+
+// Differences of exactly 10 or 20 % in decimals are a little more or less in binary numbers, by the order of
+// the operations; other programs share and then scale.
+TEST(Content, ExactThresholdsAreThoseOfSharesInPercent) {
+  std::uint64_t warned = 0, passed = 0;
+  for (std::uint64_t known = 10; known <= 300; known += 5) {
+    for (const std::uint64_t difference : {known / 10, known / 5}) {
+      for (std::uint64_t c = 0; 2 * c + difference <= known; ++c) {
+        const std::uint64_t g = c + difference, a = (known - g - c) / 2, t = known - g - c - a;
+        PositionCounts counts{};
+        counts.bases[kBaseA] = a;
+        counts.bases[kBaseC] = c;
+        counts.bases[kBaseG] = g;
+        counts.bases[kBaseT] = t;
+        PositionProfile profile(1);
+        profile.add(counts);
+        const auto percent = [&](std::uint64_t count) {
+          return static_cast<double>(count) / static_cast<double>(known) * 100;
+        };
+        const double largest = std::max(std::abs(percent(g) - percent(c)), std::abs(percent(a) - percent(t)));
+        const Verdict expected = largest > 20 ? Verdict::Fail : largest > 10 ? Verdict::Warn : Verdict::Pass;
+        ASSERT_EQ(judgeContent(profile.groups(33)), expected) << known << ": " << g << " G, " << c << " C";
+        ++(expected == Verdict::Pass ? passed : warned);
+      }
+    }
+  }
+  EXPECT_GT(warned, 100U);
+  EXPECT_GT(passed, 100U);
 }
 
 TEST(Overrepresented, NamesWhatTheSequenceHolds) {

@@ -80,7 +80,7 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
                      .bases = {{25, 25, 50, 0}}}};
   result.gc.emplace().deviation = std::numeric_limits<double>::quiet_NaN();
   result.overrepresented = {{"ACGT", 5, 0.25, "poly\xFF"}, {"GGGG", 4, 0.2, ""}};
-  result.tiles.tiles = {{1101, {-0.125F, 1.0F / 3}}};
+  result.tiles.tiles = {{1101, {-0.125, 1.0 / 3}}};
 
   rapidjson::Document document;
   const std::string text = resultJson({row}, {AdapterKind::Custom, "ACGN"});
@@ -99,7 +99,7 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
                            R"("meanPhred":0,"phredQuantiles":[2,10,20,30,38],"basesPercent":[25,25,50,0])",
                            R"("deviation":null,)", R"("readsByMeanPhred":{"40":3})",
                            R"({"sequence":"GGGG","reads":4,"percent":0.2})",
-                           "\"origin\":\"poly\xEF\xBF\xBD\"", R"({"tile":1101,"phred":[-0.125,0.3333]})"}) {
+                           "\"origin\":\"poly\xEF\xBF\xBD\"", R"({"tile":1101,"phred":[-0.125,0.333333]})"}) {
     EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
   }
 }

@@ -65,7 +65,7 @@ void countTiles(ReferenceCounts& counts, const std::vector<ReferenceRead>& reads
       positions[i].push_back(code(read.quality[i]));
     }
   }
-  if (counts.tiles.size() > 2500) counts.tiles.clear();
+  if (counts.tiles.size() > 2501) counts.tiles.clear();
 }
 
 bool standsAt(const std::string& probe, const std::string& sequence, std::size_t offset) {
@@ -391,8 +391,8 @@ ReferenceValues referenceValues(const ReferenceCounts& counts) {
   }
   for (const auto& [group, bases] : groups) {
     const double known = bases[0] + bases[1] + bases[2] + bases[3];
-    content = std::max({content, 100 * std::abs(bases[2] - bases[1]) / std::max(known, 1.0),
-                        100 * std::abs(bases[0] - bases[3]) / std::max(known, 1.0)});
+    const auto share = [&](std::size_t base) { return bases[base] / std::max(known, 1.0) * 100; };
+    content = std::max({content, std::abs(share(2) - share(1)), std::abs(share(0) - share(3))});
     unknown = std::max(unknown, 100 * bases[4] / (known + bases[4] + bases[5]));
   }
   values.verdicts = {"pass",
