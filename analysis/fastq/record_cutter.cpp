@@ -199,8 +199,7 @@ void RecordCutter::carry(const Begun& begun) {
 // The end of the file ends the last line, too.
 void RecordCutter::finish(Batch& batch, Begun begun) {
   const std::size_t lineBegin = begun.lines == 0 ? begun.begin : begun.lineEnds[begun.lines - 1] + 1;
-  const bool endlessLine = lineBegin < begun.end;
-  if (endlessLine) begun.lineEnds[begun.lines++] = begun.end;
+  if (lineBegin < begun.end) begun.lineEnds[begun.lines++] = begun.end;
   if (begun.lines == 1 && begun.text[begun.begin] == '\r') {
     ++tally_.line;
     begun.lines = 0;
@@ -209,11 +208,6 @@ void RecordCutter::finish(Batch& batch, Begun begun) {
     if (tally_.records > 0) return;
     batch.error = FastqError(tally_.line == 1 ? "the file is empty" : "the file holds no records");
     return;
-  }
-  // An empty quality may be the last line that ends without a line feed.
-  if (begun.lines == 3 && !endlessLine &&
-      lineOf(begun.text, begun.lineEnds[0] + 1, begun.lineEnds[1]).empty()) {
-    begun.lineEnds[begun.lines++] = begun.end;
   }
   if (begun.lines < begun.lineEnds.size()) {
     static constexpr std::array<const char*, 4> kNames = {"header", "sequence", "'+' line", "quality"};

@@ -29,8 +29,7 @@ ReferenceResult parseSlowly(std::string_view text) {
       lines.back() += c;
     }
   }
-  const bool unfinished = !lines.back().empty();
-  if (!unfinished) lines.pop_back();
+  if (lines.back().empty()) lines.pop_back();
   for (std::string& line : lines) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
   }
@@ -56,10 +55,8 @@ ReferenceResult parseSlowly(std::string_view text) {
       return fail(2, "the third line starts with " + shown(lines[at + 2]) + " instead of '+'");
     }
     const std::string sequence = lines[at + 1];
-    if (left == 3 && (unfinished || !sequence.empty())) {
-      return fail(3, "the file ends inside the record, before its quality");
-    }
-    const std::string quality = left == 3 ? "" : lines[at + 3];
+    if (left == 3) return fail(3, "the file ends inside the record, before its quality");
+    const std::string quality = lines[at + 3];
     if (isColours(sequence)) {
       return fail(
           1, "the read is in colour space (a base followed by digits); only reads of bases can be analysed");
