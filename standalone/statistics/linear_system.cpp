@@ -19,17 +19,17 @@
 #include <boost/math/distributions/fisher_f.hpp>
 #include <boost/math/distributions/normal.hpp>
 #include <boost/math/distributions/students_t.hpp>
-#include <boost/multiprecision/cpp_bin_float.hpp>
-#include <boost/multiprecision/eigen.hpp>
 #include <cmath>
 #include <iterator>
 #include <utility>
+
+#include "standalone/statistics/quad.h"
 
 namespace genostat::standalone {
 
 namespace {
 
-using Real = boost::multiprecision::cpp_bin_float_quad;
+using Real = Quad;
 using RealMatrix = Eigen::Matrix<Real, Eigen::Dynamic, Eigen::Dynamic>;
 using RealVector = Eigen::Matrix<Real, Eigen::Dynamic, 1>;
 
@@ -42,12 +42,12 @@ Real toReal(const DoubleDouble& number) {
 }
 
 DoubleDouble toDoubleDouble(const Real& number) {
-  const double high = number.convert_to<double>();
-  return {high, Real(number - Real(high)).convert_to<double>()};
+  const auto high = static_cast<double>(number);
+  return {high, static_cast<double>(number - high)};
 }
 
 double toDouble(const Real& number) {
-  return number.convert_to<double>();
+  return static_cast<double>(number);
 }
 
 Eigen::Index toIndex(std::size_t number) {
@@ -116,11 +116,11 @@ LinearSystem::LinearSystem(const CrossProducts& products, std::size_t dependent,
   }
   RealVector scales(k);
   for (Eigen::Index i = 0; i < k; ++i) {
-    scales(i) = my.usable[static_cast<std::size_t>(i)] ? Real(sqrt(my.squares(i))) : Real(1);
+    scales(i) = my.usable[static_cast<std::size_t>(i)] ? sqrt(my.squares(i)) : Real(1);
   }
   for (Eigen::Index i = 0; i < k; ++i) {
     for (Eigen::Index j = 0; j < k; ++j) {
-      my.correlations(i, j) = i == j ? Real(1) : Real(my.correlations(i, j) / scales(i) / scales(j));
+      my.correlations(i, j) = i == j ? Real(1) : my.correlations(i, j) / scales(i) / scales(j);
     }
   }
 }
@@ -184,7 +184,7 @@ std::optional<LinearFit> LinearSystem::fit(std::span<const std::size_t> predicto
   if (fit.exact) share = 0;
   fit.residualShare = toDouble(share);
   fit.totalSquares = toDouble(my.squares(y));
-  fit.residualSquares = toDouble(Real(my.squares(y) * share));
+  fit.residualSquares = toDouble(my.squares(y) * share);
   my.addTests(fit, inverse);
   my.addCoefficients(fit, solutions.col(y), inverse);
   my.addExcluded(fit, solutions, inverse);
@@ -206,10 +206,9 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
                                              const RealMatrix& inverse) const {
   const Eigen::Index y = toIndex(dependent);
   const Eigen::Index p = inverse.rows();
-  const Real variance =
-      fit.residualFreedom == 0
-          ? Real(0)
-          : Real(Real(fit.residualShare) * squares(y) / Real(static_cast<double>(fit.residualFreedom)));
+  const Real variance = fit.residualFreedom == 0
+                            ? Real(0)
+                            : fit.residualShare * squares(y) / static_cast<double>(fit.residualFreedom);
   // `share`: the value's part in explaining the dependent. In an exact fit one that is as small as the
   // rounding of the data counts as zero.
   const auto finish = [&](Coefficient& coefficient, const Real& value, const Real& share,
@@ -217,29 +216,29 @@ void LinearSystem::Contents::addCoefficients(LinearFit& fit, const RealVector& b
     const bool vanishes = fit.exact && abs(share) < kExactCoefficient;
     coefficient.value = vanishes ? DoubleDouble() : toDoubleDouble(value);
     if (fit.residualFreedom == 0) return;
-    const Real error = sqrt(Real(variance * inverseDiagonal));
+    const Real error = sqrt(variance * inverseDiagonal);
     coefficient.standardError = toDouble(error);
     if (fit.exact || error == 0) return;
-    coefficient.t = toDouble(Real(value / error));
+    coefficient.t = toDouble(value / error);
     coefficient.significance = twoTailedSignificance(*coefficient.t, fit.residualFreedom);
   };
   Real constant = means(y);
   RealVector scaledMeans(p);
   for (Eigen::Index i = 0; i < p; ++i) {
     const Eigen::Index x = toIndex(fit.predictors[static_cast<std::size_t>(i)]);
-    const Real value = betas(i) * sqrt(Real(squares(y) / squares(x)));
+    const Real value = betas(i) * sqrt(squares(y) / squares(x));
     Coefficient coefficient;
     finish(coefficient, value, betas(i), inverse(i, i) / squares(x));
     coefficient.beta = coefficient.value.high == 0 ? 0 : toDouble(betas(i));
-    coefficient.tolerance = std::min(1.0, toDouble(Real(1 / inverse(i, i))));
+    coefficient.tolerance = std::min(1.0, toDouble(1 / inverse(i, i)));
     fit.coefficients.push_back(coefficient);
     constant -= value * means(x);
     scaledMeans(i) = means(x) / sqrt(squares(x));
   }
   if (throughOrigin) return;
   const Real n(static_cast<double>(caseCount));
-  const Real spread = p == 0 ? Real(0) : Real(scaledMeans.dot(inverse * scaledMeans));
-  const Real size = std::max(Real(abs(means(y))), Real(sqrt(Real(squares(y) / n))));
+  const Real spread = p == 0 ? Real(0) : scaledMeans.dot(inverse * scaledMeans);
+  const Real size = std::max(abs(means(y)), sqrt(squares(y) / n));
   finish(fit.constant.emplace(), constant, constant / size, 1 / n + spread);
 }
 
@@ -263,13 +262,13 @@ void LinearSystem::Contents::addExcluded(LinearFit& fit, const RealMatrix& solut
     if (tolerance < kSmallestTolerance) continue;
     Real inflation = 1 / tolerance;
     for (Eigen::Index i = 0; i < inverse.rows(); ++i) {
-      inflation = std::max(inflation, Real(inverse(i, i) + solutions(i, j) * solutions(i, j) / tolerance));
+      inflation = std::max(inflation, inverse(i, i) + solutions(i, j) * solutions(i, j) / tolerance);
     }
     entry.tolerance = std::min(1.0, toDouble(tolerance));
-    entry.minimumTolerance = std::min(1.0, toDouble(Real(1 / inflation)));
-    entry.beta = toDouble(Real(covariance / tolerance));
+    entry.minimumTolerance = std::min(1.0, toDouble(1 / inflation));
+    entry.beta = toDouble(covariance / tolerance);
     if (fit.exact) continue;
-    const Real partial = covariance / sqrt(Real(tolerance * share));
+    const Real partial = covariance / sqrt(tolerance * share);
     entry.partialCorrelation = std::clamp(toDouble(partial), -1.0, 1.0);
     const Real rest = 1 - partial * partial;  // of the residual squares, were it in
     if (fit.residualFreedom < 2) continue;
@@ -278,7 +277,7 @@ void LinearSystem::Contents::addExcluded(LinearFit& fit, const RealMatrix& solut
       continue;
     }
     const Real freedom(static_cast<double>(fit.residualFreedom - 1));
-    entry.t = toDouble(Real(partial * sqrt(Real(freedom / rest))));
+    entry.t = toDouble(partial * sqrt(freedom / rest));
     entry.significance = twoTailedSignificance(*entry.t, fit.residualFreedom - 1);
   }
 }
