@@ -13,7 +13,11 @@ namespace genostat::platform {
 // Failures are thrown as std::system_error.
 class InputFile {
  public:
+  // Waits for nobody, not even where a pipe is.
   explicit InputFile(const std::filesystem::path& path);
+
+  // No folder, pipe or other device.
+  bool isRegular() const { return regular_; }
 
   // In bytes, when it was opened.
   std::uint64_t size() const { return size_; }
@@ -25,6 +29,7 @@ class InputFile {
  private:
   Handle file_;
   std::uint64_t size_ = 0;
+  bool regular_ = false;
 };
 
 }  // namespace genostat::platform

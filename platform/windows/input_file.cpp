@@ -11,6 +11,7 @@ InputFile::InputFile(const std::filesystem::path& path)
                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                               FILE_ATTRIBUTE_NORMAL, nullptr))) {
   if (!file_) throw std::system_error(file_.error());
+  regular_ = GetFileType(kernelObject(file_)) == FILE_TYPE_DISK;
   LARGE_INTEGER size = {};
   if (GetFileSizeEx(kernelObject(file_), &size) != 0) size_ = static_cast<std::uint64_t>(size.QuadPart);
 }

@@ -1,12 +1,15 @@
 #include "standalone/data/text_import.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
-#include <fstream>
+#include <istream>
+#include <optional>
+#include <span>
+#include <streambuf>
 #include <system_error>
 #include <utility>
 
+#include "platform/input_file.h"
 #include "standalone/language/translation.h"
 
 namespace genostat::standalone {
@@ -35,29 +38,53 @@ struct RaggedLines {
   }
 };
 
-std::ifstream openFile(const std::filesystem::path& file) {
+platform::InputFile openRegular(const std::filesystem::path& file) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(file, ignored)) throw ImportError(translated("it is a folder"));
-  errno = 0;
-  std::ifstream input(file, std::ios::binary);
-  if (!input) {
-    const int code = errno;
-    if (code == 0) throw ImportError(translated("it cannot be opened"));
-    throw ImportError(
-        translated("it cannot be opened: {1}", {translatedReason(std::generic_category().message(code))}));
+  const std::filesystem::file_status status = std::filesystem::status(file, ignored);
+  if (std::filesystem::is_directory(status)) throw ImportError(translated("it is a folder"));
+  const bool isOther = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
+  try {
+    std::optional<platform::InputFile> input;
+    if (!isOther) input.emplace(file);
+    if (!input || !input->isRegular()) throw ImportError(translated("it is no regular file"));
+    return *std::move(input);
+  } catch (const std::system_error& failure) {
+    throw ImportError(translated("it cannot be opened: {1}", {translatedReason(failure.code().message())}));
   }
-  return input;
 }
+
+// A file's bytes for a stream.
+class FileBuffer : public std::streambuf {
+ public:
+  explicit FileBuffer(const platform::InputFile& file) : file_(file) {}
+
+ protected:
+  std::streamsize xsgetn(char* into, std::streamsize wanted) override {
+    const std::span<char> all(into, static_cast<std::size_t>(wanted));
+    std::size_t filled = 0;
+    while (filled < all.size()) {
+      const std::size_t size = file_.readAt(offset_, all.subspan(filled));
+      if (size == 0) break;
+      filled += size;
+      offset_ += size;
+    }
+    return static_cast<std::streamsize>(filled);
+  }
+
+ private:
+  const platform::InputFile& file_;
+  std::uint64_t offset_ = 0;
+};
 
 // One reading of the file: hands each case's fields to the loaders that want them.
 class ImportPass {
  public:
   ImportPass(const ImportRequest& request, const std::vector<ColumnLoader*>& loaders)
       : columnCount_(loaders.size()) {
-    std::ifstream input = openFile(request.file);
-    std::error_code ignored;
-    const std::uintmax_t size = std::filesystem::file_size(request.file, ignored);
-    if (!ignored) fileSize_ = size;
+    const platform::InputFile file = openRegular(request.file);
+    fileSize_ = file.size();
+    FileBuffer buffer(file);
+    std::istream input(&buffer);
     RecordReader reader(input, request.format);
     std::size_t recordNumber = 0;
     std::vector<Record> cases;
@@ -117,7 +144,7 @@ class ImportPass {
     }
   }
 
-  std::uintmax_t fileSize_ = 0;
+  std::uint64_t fileSize_ = 0;
   std::size_t expectedCases_ = 0;
   std::size_t columnCount_;
   bool empty_ = true;
@@ -149,11 +176,6 @@ void reload(const ImportRequest& request, std::size_t caseCount,
     any = true;
   }
   if (!any) return;
-  // Opening a pipe again would wait for ever.
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(request.file, ignored))
-    throw ImportError(
-        translated("a variable of texts and numbers is read twice, which needs a regular file"));
   const ImportPass pass(request, pointersTo(again));
   if (pass.caseCount() != caseCount) throw ImportError(translated("it was changed while it was read"));
   for (std::size_t i = 0; i < loaders.size(); ++i) {

@@ -18,8 +18,8 @@ Language& chosenLanguage() {
   return *kept;
 }
 
-// As POSIX systems word them in English.
-constexpr std::array<std::string_view, 15> kReasons = {marked("No such file or directory"),
+// As POSIX systems word them in English, and our own one.
+constexpr std::array<std::string_view, 16> kReasons = {marked("No such file or directory"),
                                                        marked("Permission denied"),
                                                        marked("Operation not permitted"),
                                                        marked("No space left on device"),
@@ -33,7 +33,8 @@ constexpr std::array<std::string_view, 15> kReasons = {marked("No such file or d
                                                        marked("Too many open files"),
                                                        marked("Input/output error"),
                                                        marked("Broken pipe"),
-                                                       marked("Bad file descriptor")};
+                                                       marked("Bad file descriptor"),
+                                                       marked("it is no regular file")};
 
 }  // namespace
 

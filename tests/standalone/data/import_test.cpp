@@ -13,6 +13,7 @@
 
 #include "standalone/data/number_text.h"
 #include "standalone/data/text_import.h"
+#include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
 namespace genostat::standalone {
@@ -191,6 +192,12 @@ TEST_F(Import, SaysWhyAFileCannotBeRead) {
   EXPECT_EQ(reason(wanted), "it is a folder");
   wanted.file = folder_.path() / "none.csv";
   EXPECT_EQ(reason(wanted), "it cannot be opened: No such file or directory");
+  if (std::filesystem::path::preferred_separator == '\\') return;
+  test::runProgram({"/usr/bin/mkfifo", {"pipe"}, folder_.path(), {}, {}});
+  for (const auto& other : {folder_.path() / "pipe", std::filesystem::path("/dev/zero")}) {
+    wanted.file = other;
+    EXPECT_EQ(reason(wanted), "it is no regular file") << other;
+  }
 }
 
 TEST(NumberText, IsCNotationWithEitherSign) {
