@@ -9,6 +9,7 @@
 #include "analysis/report/fastqc_data.h"
 #include "analysis/request/failure.h"
 #include "common/files/output_file.h"
+#include "common/files/path_fault.h"
 #include "common/text/ascii.h"
 #include "common/text/utf8.h"
 #include "platform/path_text.h"
@@ -56,7 +57,10 @@ void writeFastqcFolder(const fs::path& folder, const std::vector<ResultRow>& row
       if (error) throw std::runtime_error(error.message());
     });
     const fs::path file = place / "fastqc_data.txt";
-    writeOutput(file, [&] { common::writeFile(file, fastqcData(rows[i].result, places[i].fileName)); });
+    writeOutput(file, [&] {
+      common::writeFile(file, fastqcData(rows[i].result, places[i].fileName), common::PlaceLink::Replace,
+                        common::LockedFile::FolderLink::Refuse);
+    });
   }
 }
 
@@ -65,7 +69,7 @@ void writeOutput(const fs::path& target, const std::function<void()>& step) {
     step();
   } catch (const std::runtime_error& error) {
     const std::string path = platform::pathToUtf8(target);
-    throw Failure(ExitCode::OutputFailed, path, path + ": writing failed: " + error.what());
+    throw Failure(ExitCode::OutputFailed, path, common::cannotWrite(path, error.what()));
   }
 }
 

@@ -20,8 +20,8 @@ struct FastqcPlace {
 // name the second one is called "<sample>.2". File names begin with the names of the samples.
 std::vector<FastqcPlace> fastqcPlaces(const std::vector<ResultRow>& rows);
 
-// Writes <folder>/<sample>_fastqc/fastqc_data.txt for each row, each file whole or not at all. Throws a
-// Failure (OutputFailed).
+// Writes <folder>/<sample>_fastqc/fastqc_data.txt for each row, each file whole or not at all. What others
+// may have put there is not followed where it is a link. Throws a Failure (OutputFailed).
 void writeFastqcFolder(const std::filesystem::path& folder, const std::vector<ResultRow>& rows);
 
 // Runs a step that writes to `target`; a std::runtime_error of it becomes a Failure (OutputFailed).

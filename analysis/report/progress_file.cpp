@@ -2,13 +2,13 @@
 
 #include <array>
 #include <exception>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
 #include "analysis/report/json_text.h"
 #include "common/files/part_file.h"
 #include "common/text/number_text.h"
+#include "platform/input_file.h"
 
 namespace genostat::analysis {
 
@@ -22,13 +22,15 @@ constexpr std::chrono::minutes kAbandoned{1};
 
 bool isProgressFile(const fs::path& file) {
   std::error_code unknown;
-  // Opening a pipe would wait.
   if (!fs::is_regular_file(fs::symlink_status(file, unknown))) return false;
-  std::filebuf stream;
-  std::array<char, kBeginning.size()> front{};
-  if (stream.open(file, std::ios::in | std::ios::binary) == nullptr) return false;
-  const std::streamsize size = stream.sgetn(front.data(), front.size());
-  return std::string_view(front.data(), static_cast<std::size_t>(size)) == kBeginning;
+  try {
+    // Others may have put something else there meanwhile.
+    const platform::InputFile input(file);
+    std::array<char, kBeginning.size()> front{};
+    return input.isRegular() && std::string_view(front.data(), input.readAt(0, front)) == kBeginning;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 fs::path progressFileOf(const fs::path& result) {
@@ -108,17 +110,12 @@ void removeProgress(const fs::path& result) {
   if (isProgressFile(progressFileOf(result))) fs::remove(progressFileOf(result), ignored);
 }
 
-void removeAbandonedProgress(const fs::path& folder) {
-  const fs::file_time_type abandoned = fs::file_time_type::clock::now() - kAbandoned;
-  std::error_code error;
-  fs::directory_iterator entry(folder.empty() ? "." : folder, error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const fs::path& file = entry->path();
-    if (file.extension() != kEnding) continue;
-    std::error_code gone;
-    const fs::file_time_type time = fs::last_write_time(file, gone);
-    if (!gone && time < abandoned && isProgressFile(file)) fs::remove(file, gone);
-  }
+void removeAbandonedProgress(const fs::path& file) {
+  if (file.extension() != kEnding) return;
+  std::error_code gone;
+  const fs::file_time_type time = fs::last_write_time(file, gone);
+  const bool abandoned = !gone && time < fs::file_time_type::clock::now() - kAbandoned;
+  if (abandoned && isProgressFile(file)) fs::remove(file, gone);
 }
 
 }  // namespace genostat::analysis

@@ -45,8 +45,8 @@ class ProgressFile {
 // Removes that of a job that is given up.
 void removeProgress(const std::filesystem::path& result);
 
-// Removes the progress files in a folder that have not changed for so long that their writers must be dead.
-// One that was wrongly taken for such is soon written again. Does what it can and reports no failure.
-void removeAbandonedProgress(const std::filesystem::path& folder);
+// Removes a file if it is a progress file that has not changed for so long that its writer must be dead. One
+// that was wrongly taken for such is soon written again. Does what it can and reports no failure.
+void removeAbandonedProgress(const std::filesystem::path& file);
 
 }  // namespace genostat::analysis

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
@@ -13,11 +14,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool isDeviceAt(const fs::path& place) {
+fs::path placeFor(const fs::path& target, PlaceLink link) {
+  return link == PlaceLink::Follow ? placeOf(target) : target;
+}
+
+bool isDeviceAt(const fs::path& place, PlaceLink link) {
   std::error_code unknown;
-  const fs::file_status status = fs::status(place, unknown);
+  const bool follows = link == PlaceLink::Follow;
+  const fs::file_status status = follows ? fs::status(place, unknown) : fs::symlink_status(place, unknown);
   if (fs::is_directory(status)) throw std::system_error(std::make_error_code(std::errc::is_a_directory));
-  return fs::exists(status) && !fs::is_regular_file(status);
+  const bool isDevice = fs::exists(status) && !fs::is_regular_file(status) && !fs::is_symlink(status);
+  if (isDevice && !follows) throw std::runtime_error("it is no regular file");
+  return isDevice;
 }
 
 void writeDevice(const fs::path& place, std::string_view text) {
@@ -30,12 +38,13 @@ void writeDevice(const fs::path& place, std::string_view text) {
   }
 }
 
-void writeAt(const fs::path& place, std::string_view text) {
-  if (isDeviceAt(place)) return writeDevice(place, text);
-  platform::LockedFile part = createPart(place.parent_path());
+void writeAt(const fs::path& place, std::string_view text, PlaceLink link,
+             LockedFile::FolderLink folderLink = LockedFile::FolderLink::Follow) {
+  if (isDeviceAt(place, link)) return writeDevice(place, text);
+  removeAbandonedPartsOnce(place.parent_path());
+  LockedFile part = createPart(place.parent_path(), folderLink);
   part.write(text);
   part.moveTo(place);
-  removeAbandonedParts(place.parent_path());
 }
 
 }  // namespace
@@ -46,18 +55,19 @@ fs::path placeOf(const fs::path& path) {
   return error ? path.lexically_normal() : place;
 }
 
-OutputFile::OutputFile(fs::path target) : target_(std::move(target)), place_(placeOf(target_)) {
-  if (isDeviceAt(place_)) return;
-  removeAbandonedParts(place_.parent_path());
+OutputFile::OutputFile(fs::path target, PlaceLink link)
+    : target_(std::move(target)), place_(placeFor(target_, link)), link_(link) {
+  if (isDeviceAt(place_, link_)) return;
+  removeAbandonedPartsOnce(place_.parent_path());
   createPart(place_.parent_path());
 }
 
 void OutputFile::write(std::string_view text) const {
-  writeAt(place_, text);
+  writeAt(place_, text, link_);
 }
 
 bool OutputFile::isDevice() const {
-  return isDeviceAt(place_);
+  return isDeviceAt(place_, link_);
 }
 
 bool OutputFile::isSameAs(const fs::path& other) const {
@@ -65,8 +75,9 @@ bool OutputFile::isSameAs(const fs::path& other) const {
   return placeOf(other) == place_ || fs::equivalent(other, place_, different);
 }
 
-void writeFile(const fs::path& target, std::string_view text) {
-  writeAt(placeOf(target), text);
+void writeFile(const fs::path& target, std::string_view text, PlaceLink link,
+               LockedFile::FolderLink folderLink) {
+  writeAt(placeFor(target, link), text, link, folderLink);
 }
 
 }  // namespace genostat::common

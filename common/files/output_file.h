@@ -4,18 +4,28 @@
 #include <filesystem>
 #include <string_view>
 
+#include "platform/locked_file.h"
+
 namespace genostat::common {
+
+using platform::LockedFile;
 
 // Where a path leads, links followed, whether or not there is anything; a link to nothing leads to itself.
 std::filesystem::path placeOf(const std::filesystem::path& path);
 
+// What is done about a link at a file's place, and about a pipe or another device.
+enum class PlaceLink {
+  Follow,   // the file is written where the link leads, a device as it stands: for names that a person gave
+  Replace,  // the file takes the link's place, and a device is refused: others may have put them there
+};
+
 // A file that is to be written when the work is done. Failures are thrown as std::system_error, and its text
-// is the system's reason alone.
+// is the system's reason alone; a device that is refused as std::runtime_error.
 class OutputFile {
  public:
   // Fails at once where no file can come to stand, for example at a folder. Removes what runs that were
   // killed have left beside it.
-  explicit OutputFile(std::filesystem::path target);
+  explicit OutputFile(std::filesystem::path target, PlaceLink link = PlaceLink::Follow);
 
   // As writeFile().
   void write(std::string_view text) const;
@@ -29,10 +39,12 @@ class OutputFile {
  private:
   std::filesystem::path target_;
   std::filesystem::path place_;
+  PlaceLink link_;
 };
 
-// Writes a part file beside the target, moves it there and removes the part files of runs that were killed. A
-// device is written as it stands. Throws as above.
-void writeFile(const std::filesystem::path& target, std::string_view text);
+// Writes a part file beside the target and moves it there. Throws as above. `folderLink` is for the target's
+// folder.
+void writeFile(const std::filesystem::path& target, std::string_view text, PlaceLink link = PlaceLink::Follow,
+               LockedFile::FolderLink folderLink = LockedFile::FolderLink::Follow);
 
 }  // namespace genostat::common

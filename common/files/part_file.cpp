@@ -1,13 +1,18 @@
 #include "common/files/part_file.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "platform/path_text.h"
 #include "platform/running_program.h"
 
 namespace genostat::common {
@@ -18,13 +23,41 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kPartEnding = ".genostat-part";
 
-// A number and the ending; other programs' names are not like that.
-bool isPartName(const fs::path& name) {
-  const auto& text = name.native();
-  const fs::path ending(kPartEnding);
-  if (text.size() <= kPartEnding.size() || !text.ends_with(ending.native())) return false;
-  return std::all_of(text.begin(), text.end() - static_cast<std::ptrdiff_t>(kPartEnding.size()),
-                     [](auto c) { return c >= '0' && c <= '9'; });
+constexpr std::chrono::hours kGivenUp{24};
+
+// In characters that every file system takes.
+std::string safeHostName() {
+  constexpr std::size_t kLongest = 64;
+  std::string name = platform::hostName().substr(0, kLongest);
+  const auto isSafe = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+  };
+  std::ranges::replace_if(name, std::not_fn(isSafe), '_');
+  return name.empty() ? "host" : name;
+}
+
+// Takes "-<number>" off the end; false where there is none.
+bool dropNumber(std::string_view& text) {
+  const std::size_t last = text.find_last_not_of("0123456789");
+  if (last == std::string_view::npos || last + 1 == text.size() || text[last] != '-') return false;
+  text = text.substr(0, last);
+  return true;
+}
+
+// The computer that a part file was written on; none for other files.
+std::optional<std::string> hostOfPart(const fs::path& name) {
+  const std::string text = platform::pathToUtf8(name);
+  if (!text.ends_with(kPartEnding)) return std::nullopt;
+  std::string_view rest = text;
+  rest.remove_suffix(kPartEnding.size());
+  if (!dropNumber(rest) || !dropNumber(rest) || rest.empty()) return std::nullopt;
+  return std::string(rest);
+}
+
+bool isOlderThan(const fs::path& file, std::chrono::hours age) {
+  std::error_code unknown;
+  const fs::file_time_type time = fs::last_write_time(file, unknown);
+  return !unknown && time < fs::file_time_type::clock::now() - age;
 }
 
 // The last folder on the way that is there.
@@ -41,11 +74,15 @@ fs::path existingPlace(const fs::path& folder) {
 
 }  // namespace
 
-platform::LockedFile createPart(const fs::path& folder) {
-  for (auto number = static_cast<unsigned>(platform::processId());; ++number) {
-    auto file = platform::LockedFile::create(folder / std::to_string(number).append(kPartEnding));
+LockedFile createPart(const fs::path& folder, LockedFile::FolderLink link) {
+  constexpr int kMostTaken = 10'000;
+  const std::string stem = safeHostName() + '-' + std::to_string(platform::processId()) + '-';
+  for (int number = 0; number < kMostTaken; ++number) {
+    const std::string name = (stem + std::to_string(number)).append(kPartEnding);
+    auto file = LockedFile::create(folder / name, link);
     if (file) return std::move(*file);
   }
+  throw std::system_error(std::make_error_code(std::errc::file_exists));
 }
 
 void tryFolder(const fs::path& folder) {
@@ -56,16 +93,30 @@ void tryFolder(const fs::path& folder) {
   createPart(place);
 }
 
-void removeAbandonedParts(const fs::path& folder) {
+void removeAbandonedParts(const fs::path& folder, const SeePath& others) {
+  const std::string thisHost = safeHostName();
   std::vector<fs::path> parts;
   std::error_code error;
   fs::directory_iterator entry(folder.empty() ? "." : folder, error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    if (isPartName(entry->path().filename())) parts.push_back(entry->path());
+    const fs::path& file = entry->path();
+    const std::optional<std::string> host = hostOfPart(file.filename());
+    if (host && (*host == thisHost || isOlderThan(file, kGivenUp))) parts.push_back(file);
+    if (!host && others) others(file);
   }
   for (const fs::path& part : parts) {
     platform::removeUnlocked(part);
   }
+}
+
+void removeAbandonedPartsOnce(const fs::path& folder, const SeePath& others) {
+  static std::mutex mutex;
+  static std::set<fs::path> seen;
+  {
+    const std::scoped_lock lock(mutex);
+    if (!seen.insert(folder).second) return;
+  }
+  removeAbandonedParts(folder, others);
 }
 
 }  // namespace genostat::common

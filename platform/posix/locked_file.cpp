@@ -11,9 +11,26 @@ namespace genostat::platform {
 
 namespace {
 
-bool isStillAt(const struct stat& file, const std::filesystem::path& path) {
+// What a new file's permissions are taken from by the system.
+mode_t creationMask() {
+  // It cannot be asked for without being set: for that moment to what lets only the owner in.
+  static const mode_t kMask = [] {
+    const mode_t mask = umask(077);
+    umask(mask);
+    return mask;
+  }();
+  return kMask;
+}
+
+Handle openFolder(const std::filesystem::path& folder, LockedFile::FolderLink link) {
+  const int links = link == LockedFile::FolderLink::Refuse ? O_NOFOLLOW : 0;
+  return Handle(open(folder.empty() ? "." : folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC | links));
+}
+
+bool isStillAt(const struct stat& file, const Handle& folder, const std::filesystem::path& name) {
   struct stat now = {};
-  return lstat(path.c_str(), &now) == 0 && now.st_dev == file.st_dev && now.st_ino == file.st_ino;
+  return fstatat(descriptor(folder), name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 &&
+         now.st_dev == file.st_dev && now.st_ino == file.st_ino;
 }
 
 // Takes the file that was just created. False when another process is about to remove it, or has.
@@ -26,28 +43,37 @@ bool claim(const Handle& file) {
 
 }  // namespace
 
-std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path) {
-  Handle file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path, FolderLink link) {
+  Handle folder = openFolder(path.parent_path(), link);
+  if (!folder) throw std::system_error(folder.error());
+  // Whoever could open it could take its lock, too.
+  constexpr mode_t kOwnerOnly = 0600;
+  Handle file(openat(descriptor(folder), path.filename().c_str(),
+                     O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
   if (!file && file.error() != std::errc::file_exists) throw std::system_error(file.error());
   if (!file || !claim(file)) return std::nullopt;
-  return LockedFile(path, std::move(file));
+  return LockedFile(path, std::move(folder), std::move(file));
 }
 
 std::optional<LockedFile> LockedFile::takeOver(const std::filesystem::path& path) {
+  Handle folder = openFolder(path.parent_path(), FolderLink::Follow);
+  if (!folder) return std::nullopt;
   // For writing, since some network file systems need that for a lock.
-  Handle file(open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  Handle file(
+      openat(descriptor(folder), path.filename().c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (!file) return std::nullopt;
   struct stat status = {};
   // Only its writer or the holder of its lock changes what stands at the path; so it stays what it is.
   const bool taken = fstat(descriptor(file), &status) == 0 && S_ISREG(status.st_mode) &&
-                     flock(descriptor(file), LOCK_EX | LOCK_NB) == 0 && isStillAt(status, path);
+                     flock(descriptor(file), LOCK_EX | LOCK_NB) == 0 &&
+                     isStillAt(status, folder, path.filename());
   if (!taken) return std::nullopt;
-  return LockedFile(path, std::move(file));
+  return LockedFile(path, std::move(folder), std::move(file));
 }
 
 LockedFile::~LockedFile() {
   // While it is locked: nobody else then removes a file of this name.
-  if (file_) unlink(path_.c_str());
+  if (file_) unlinkat(descriptor(folder_), path_.filename().c_str(), 0);
 }
 
 void LockedFile::write(std::string_view text) {
@@ -60,11 +86,15 @@ void LockedFile::moveTo(const std::filesystem::path& target, bool /*patient*/) {
   Handle copy(dup(descriptor(file_)));
   copy.close();
   if (copy.error()) throw std::system_error(copy.error());
-  // Who may read what stands there may read what takes its place, and nobody else.
+  const std::filesystem::path name = target.filename();
   struct stat before = {};
-  if (stat(target.c_str(), &before) == 0 && S_ISREG(before.st_mode))
-    fchmod(descriptor(file_), before.st_mode & 0777);
-  if (rename(path_.c_str(), target.c_str()) != 0) throw std::system_error(lastError());
+  const bool replaces = fstatat(descriptor(folder_), name.c_str(), &before, AT_SYMLINK_NOFOLLOW) == 0 &&
+                        S_ISREG(before.st_mode);
+  // Who may read what stands there may read what takes its place, and nobody else. Some file systems have no
+  // permissions to set.
+  fchmod(descriptor(file_), replaces ? before.st_mode & 0777 : 0666 & ~creationMask());
+  if (renameat(descriptor(folder_), path_.filename().c_str(), descriptor(folder_), name.c_str()) != 0)
+    throw std::system_error(lastError());
   file_.close();
 }
 

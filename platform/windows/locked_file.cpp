@@ -32,9 +32,9 @@ Handle openAlone(const std::filesystem::path& path, DWORD disposition) {
 
 }  // namespace
 
-std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path) {
+std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path, FolderLink) {
   Handle file = openAlone(path, CREATE_NEW);
-  if (file) return LockedFile(path, std::move(file));
+  if (file) return LockedFile(path, {}, std::move(file));
   if (file.error() != std::errc::file_exists) throw std::system_error(file.error());
   return std::nullopt;
 }
@@ -42,7 +42,7 @@ std::optional<LockedFile> LockedFile::create(const std::filesystem::path& path) 
 std::optional<LockedFile> LockedFile::takeOver(const std::filesystem::path& path) {
   Handle file = openAlone(path, OPEN_EXISTING);
   if (!file) return std::nullopt;
-  return LockedFile(path, std::move(file));
+  return LockedFile(path, {}, std::move(file));
 }
 
 LockedFile::~LockedFile() {
@@ -63,7 +63,7 @@ void LockedFile::write(std::string_view text) {
 }
 
 void LockedFile::moveTo(const std::filesystem::path& target, bool patient) {
-  std::vector<std::byte> request = renameRequest(target);
+  std::vector<std::byte> request = renameRequest(path_.parent_path() / target.filename());
   // By its handle: between closing and moving by name, another run could take it for abandoned.
   for (int attempt = 1; SetFileInformationByHandle(kernelObject(file_), FileRenameInfo, request.data(),
                                                    static_cast<DWORD>(request.size())) == 0;

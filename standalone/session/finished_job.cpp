@@ -112,7 +112,6 @@ std::string failureOf(const ClientMessage& ended) {
 }
 
 void removeLeftovers(const std::filesystem::path& csv) {
-  common::removeAbandonedParts(csv.parent_path());
   std::error_code ignored;
   std::filesystem::remove(errorDetailsFile(csv), ignored);
   const std::filesystem::path progress = progressFileOf(csv);
@@ -129,7 +128,10 @@ void PostedJobs::onPost(ClientMessage& message) {
   if (message.kind == ClientMessage::Kind::Running) removeCancelledLeftovers();
   if (ended && !cancelled) {
     message.failure = failureOf(message);
-    removeLeftovers(platform::pathFromNarrow(message.csvFilePath));
+    const std::filesystem::path csv = platform::pathFromNarrow(message.csvFilePath);
+    removeLeftovers(csv);
+    // An analysis that succeeded has left none, and the folder may be large.
+    if (!message.failure.empty()) common::removeAbandonedParts(csv.parent_path());
   }
   const std::lock_guard lock(mutex_);
   names_.insert(message.jobName);
@@ -163,8 +165,14 @@ void PostedJobs::removeCancelledLeftovers() {
   std::unique_lock lock(mutex_);
   const std::set<std::string> paths = std::exchange(cancelled_, {});
   lock.unlock();
+  std::set<std::filesystem::path> folders;
   for (const std::string& path : paths) {
-    removeLeftovers(platform::pathFromNarrow(path));
+    const std::filesystem::path csv = platform::pathFromNarrow(path);
+    removeLeftovers(csv);
+    folders.insert(csv.parent_path());
+  }
+  for (const std::filesystem::path& folder : folders) {
+    common::removeAbandonedParts(folder);
   }
 }
 

@@ -15,8 +15,8 @@ namespace genostat::standalone {
 // imports the results.
 std::string failureOf(const ClientMessage& ended);
 
-// Removes what an analysis may leave beside its result file: the error details, its progress, and unfinished
-// results of analyses that have ended. Missing files are fine.
+// Removes what an analysis may leave beside its result file: the error details and its progress. Missing
+// files are fine.
 void removeLeftovers(const std::filesystem::path& csv);
 
 // The names and the files of jobs whose messages have come, whether or not anybody has taken them.

@@ -9,6 +9,7 @@
 
 #include "platform/process.h"
 #include "run/launch_command.h"
+#include "tests/support/abandoned_part.h"
 #include "tests/support/run_program.h"
 #include "tests/support/test_host.h"
 
@@ -47,17 +48,49 @@ TEST(PartFile, OutlivesNoWriterForLong) {
 
 TEST(RemoveAbandonedParts, TakesNothingElse) {
   const test::TemporaryFolder folder;
-  const Names others = {"1.genostat-part.txt", "1.part", "1a.genostat-part", "result.csv.genostat-part"};
+  const Names others = {"-1-0.genostat-part",         "1.genostat-part",        "1.part",
+                        "node-1-0.genostat-part.txt", "node-1-x.genostat-part", "node-1.genostat-part"};
   for (const std::string& name : others) {
     test::writeWholeFile(folder.path() / name, "");
+    fs::last_write_time(folder.path() / name, fs::file_time_type::clock::now() - std::chrono::hours(25));
   }
-  fs::create_directory(folder.path() / "2.genostat-part");
-  test::writeWholeFile(folder.path() / "3.genostat-part", "");
+  const fs::path own = test::leaveAbandonedPart(folder.path());
   removeAbandonedParts(folder.path());
   removeAbandonedParts(folder.path() / "none");
-  Names left = others;
-  left.insert(left.begin() + 3, "2.genostat-part");
-  EXPECT_EQ(test::namesIn(folder.path()), left);
+  EXPECT_EQ(test::namesIn(folder.path()), others);
+  fs::create_directory(own);
+  removeAbandonedParts(folder.path());
+  EXPECT_TRUE(fs::is_directory(own));
+}
+
+// Its writer's lock may not be seen here.
+TEST(RemoveAbandonedParts, LeavesThoseOfOtherComputersForADay) {
+  const test::TemporaryFolder folder;
+  const auto now = fs::file_time_type::clock::now();
+  for (const auto& [name, hours] :
+       {std::pair("far-away_7-12-0.genostat-part", 23), std::pair("far-away_7-12-1.genostat-part", 25)}) {
+    test::writeWholeFile(folder.path() / name, "half");
+    fs::last_write_time(folder.path() / name, now - std::chrono::hours(hours));
+  }
+  removeAbandonedParts(folder.path());
+  EXPECT_EQ(test::namesIn(folder.path()), Names{"far-away_7-12-0.genostat-part"});
+}
+
+TEST(RemoveAbandonedParts, LooksOnceIntoAFolder) {
+  const test::TemporaryFolder base;
+  // Other tests' folders may have had the same name.
+  const fs::path folder = base.path() / "looked at once";
+  fs::create_directory(folder);
+  Names seen;
+  const auto look = [&] {
+    test::leaveAbandonedPart(folder);
+    removeAbandonedPartsOnce(folder, [&](const fs::path& file) { seen.push_back(file.filename().string()); });
+    return test::namesIn(folder).size();
+  };
+  test::writeWholeFile(folder / "other", "");
+  EXPECT_EQ(look(), 1U);
+  EXPECT_EQ(look(), 2U);
+  EXPECT_EQ(seen, Names{"other"});
 }
 
 TEST(PartFile, KeepsThePermissionsOfWhatItReplaces) {
@@ -71,6 +104,22 @@ TEST(PartFile, KeepsThePermissionsOfWhatItReplaces) {
   file.moveTo(target);
   EXPECT_EQ(test::readWholeFile(target), "new");
   EXPECT_EQ(fs::status(target).permissions(), before);
+}
+
+TEST(PartFile, IsItsOwnersUntilItIsDone) {
+  const test::TemporaryFolder folder;
+  test::writeWholeFile(folder.path() / "~plain", "");
+  const auto permissions = [&](const std::string& name) {
+    return fs::status(folder.path() / name).permissions();
+  };
+  platform::LockedFile file = createPart(folder.path());
+  const std::string name = test::namesIn(folder.path()).front();
+  EXPECT_TRUE(name.ends_with(".genostat-part")) << name;
+  if (fs::path::preferred_separator == '/') {
+    EXPECT_EQ(permissions(name), fs::perms::owner_read | fs::perms::owner_write);
+  }
+  file.moveTo(folder.path() / "r.csv");
+  EXPECT_EQ(permissions("r.csv"), permissions("~plain"));
 }
 
 // Each file counts as another process's would: locks belong to what was opened, not to who opened it.

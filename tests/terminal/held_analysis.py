@@ -26,7 +26,7 @@ while not (home / "go").exists():
     state = {"format": "genostat-progress", "version": 1, "samples": len(names), "finished": 0,
              "bytesDone": done * len(names), "bytesTotal": size * len(names),
              "readsDone": done // 250 * len(names), "seconds": round(seconds, 3), "running": running}
-    part = result.with_name(f"{os.getpid()}.genostat-part")
+    part = result.with_name(f"{os.uname().nodename}-{os.getpid()}-0.genostat-part")
     part.write_text(json.dumps(state, separators=(",", ":")) + "\n", encoding="utf-8")
     part.replace(progress)
     time.sleep(0.1)

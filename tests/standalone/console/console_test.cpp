@@ -314,7 +314,8 @@ TEST_F(Console, LeavesNothingBehindOnCtrlC) {
         "mkdir \"$0.first\" 2>/dev/null && exec " GENOSTAT_BIN_DIR
         "/genostat-analysis \"$@\"\n"
         "csv=$(echo \"$2\" | base64 -d | sed 's/.*\"CSV_Path\":\"\\([^\"]*\\)\".*/\\1/')\n"
-        "echo half >\"${csv%/*}/17.genostat-part\"; echo half >\"$csv\"\n"
+        "host=$(uname -n | tr -c '[:alnum:]_\\n-' _)\n"
+        "echo half >\"${csv%/*}/$host-17-0.genostat-part\"; echo half >\"$csv\"\n"
         "beat() { while :; do echo . >>\"$0.beats\"; sleep 0.02; done; }\n"
         // A child, a grandchild whose parent has ended, and the launcher itself.
         "beat & (beat &); beat\n");

@@ -13,6 +13,7 @@
 #include "standalone/services/current.h"
 #include "standalone/services/host_folders.h"
 #include "tests/standalone/session/recorded_view.h"
+#include "tests/support/abandoned_part.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -78,7 +79,7 @@ class Follower : public testing::Test {
 
   // What an analysis may leave, beside its result.
   void leave() {
-    test::writeWholeFile(folder_.path() / "17.genostat-part", "half");
+    test::leaveAbandonedPart(folder_.path());
     test::writeWholeFile(folder_.path() / "17.error", R"({"ERROR_MESSAGE":"a.fastq: truncated"})");
     test::writeWholeFile(folder_.path() / "17.csv", "x\n1\n");
   }
