@@ -15,13 +15,15 @@
 #include "analysis/fastq/chunk_source.h"
 #include "analysis/request/failure.h"
 #include "analysis/sample_run.h"
+#include "common/files/path_fault.h"
+#include "common/text/printable_text.h"
 
 namespace genostat::analysis {
 
 namespace {
 
 Failure openFailure(const Sample& sample, const std::error_code& reason) {
-  const std::string sentence = sample.givenPath + ": " + reason.message();
+  const std::string sentence = common::cannotRead(sample.givenPath, reason.message());
   if (reason == std::errc::no_such_file_or_directory) {
     return {ExitCode::FileNotFound, sample.givenPath, sentence};
   }
@@ -50,9 +52,11 @@ auto forSample(const Sample& sample, const Step& step) {
   } catch (const std::system_error& error) {
     throw openFailure(sample, error.code());
   } catch (const FastqError& error) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, sample.givenPath + ": " + error.what());
+    throw Failure(ExitCode::InvalidFastq, sample.fileName,
+                  common::shownName(sample.givenPath) + ": " + error.what());
   } catch (const std::bad_alloc&) {
-    throw Failure(ExitCode::OutOfMemory, sample.fileName, sample.fileName + ": not enough memory");
+    throw Failure(ExitCode::OutOfMemory, sample.fileName,
+                  common::shownName(sample.fileName) + ": not enough memory");
   }
 }
 

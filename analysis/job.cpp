@@ -26,6 +26,7 @@
 #include "common/cli/columns.h"
 #include "common/files/output_file.h"
 #include "common/files/part_file.h"
+#include "common/files/path_fault.h"
 #include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "common/text/printable_text.h"
@@ -64,15 +65,16 @@ std::vector<ResultRow> rowsOf(const std::vector<Sample>& samples, const CrewOpti
 
 // Finds early what would make an output fail, or cost the reads themselves: then the failure has this `code`.
 // The trial file does not stay: a job that is killed while it reads leaves nothing behind.
-void tryOutput(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code) {
+void tryOutput(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code,
+               common::PlaceLink link) {
   for (const Sample& sample : samples) {
     std::error_code different;
     if (std::filesystem::equivalent(target, sample.path, different)) {
       const std::string path = platform::pathToUtf8(target);
-      throw Failure(code, path, path + ": this is one of the files to measure");
+      throw Failure(code, path, common::cannotWrite(path, "this is one of the files to measure"));
     }
   }
-  writeOutput(target, [&] { common::OutputFile trial(target); });
+  writeOutput(target, [&] { common::OutputFile trial(target, link); });
 }
 
 // Of all files together; 0 where one of them has no size.
@@ -87,17 +89,20 @@ std::uint64_t bytesOf(const std::vector<Sample>& samples) {
   return bytes;
 }
 
+// A job's files lie where a host put them, which may be a folder that others share.
+constexpr common::PlaceLink kPlaceOfJob = common::PlaceLink::Replace;
+
 // Measures the samples and writes the result file.
 std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
                                    CrewOptions options) {
-  tryOutput(target, samples, ExitCode::OutputFailed);
+  common::removeAbandonedPartsOnce(target.parent_path(), removeAbandonedProgress);
+  tryOutput(target, samples, ExitCode::OutputFailed, kPlaceOfJob);
   JobProgress progress(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressFile progressFile(progress, target, {});
   std::vector<ResultRow> rows = rowsOf(samples, options);
   const std::string csv = resultCsv(rows);
-  writeOutput(target, [&] { common::writeFile(target, csv); });
-  removeAbandonedProgress(target.parent_path());
+  writeOutput(target, [&] { common::writeFile(target, csv, kPlaceOfJob); });
   return rows;
 }
 
@@ -139,7 +144,7 @@ ExitCode runGuarded(const std::function<void()>& job, const std::function<void(c
 // False where that is impossible: where the result cannot be written, this file usually cannot either.
 bool writeErrorDetails(const std::string& csvPath, const Failure& failure) {
   try {
-    common::writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure));
+    common::writeFile(pathFromRequest(errorDetailsPath(csvPath)), errorDetails(failure), kPlaceOfJob);
     return true;
   } catch (const std::exception&) {
     return false;
@@ -173,7 +178,7 @@ void refuseSharedOutput(const QcOptions& options) {
     if (std::filesystem::is_other(place, ignored) ||
         common::placeOf(platform::pathFromUtf8(options.csv)) != place)
       return;
-    shared = common::quoteForMessage(options.json);
+    shared = common::quotedName(options.json);
   }
   throw Failure(ExitCode::WrongArguments, options.json, "--csv and --json cannot both go to " + shared);
 }
@@ -184,9 +189,11 @@ void putOutput(const std::string& place, const std::string& text) {
     writeOutput(target, [&] { common::writeFile(target, text); });
     return;
   }
-  std::cout << text << std::flush;
+  // Data is exact, but it must not steer a terminal.
+  const bool shown = platform::standardOutputTerminal().isTerminal;
+  std::cout << (shown ? common::printableText(text, common::LineBreaks::Keep) : text) << std::flush;
   if (!std::cout) {
-    throw Failure(ExitCode::OutputFailed, "standard output", "standard output: writing failed");
+    throw Failure(ExitCode::OutputFailed, "standard output", "cannot write to standard output");
   }
 }
 
@@ -249,7 +256,8 @@ ExitCode runQc(const QcOptions& options) {
         const std::vector<Sample> samples = samplesOfPaths(options.paths);
         for (const std::string& place : {options.csv, options.json}) {
           if (place.empty() || place == kStandardStream) continue;
-          tryOutput(platform::pathFromUtf8(place), samples, ExitCode::WrongArguments);
+          tryOutput(platform::pathFromUtf8(place), samples, ExitCode::WrongArguments,
+                    common::PlaceLink::Follow);
         }
         const std::filesystem::path fastqc = platform::pathFromUtf8(options.fastqcData);
         if (!fastqc.empty()) tryFolder(fastqc);

@@ -5,6 +5,7 @@
 
 #include "analysis/request/failure.h"
 #include "common/text/ascii.h"
+#include "common/text/printable_text.h"
 
 namespace genostat::analysis {
 
@@ -38,9 +39,9 @@ Adapter customAdapter(std::string_view sequence) {
   for (const char letter : sequence) {
     const char upper = common::upperLetter(letter);
     if (std::string_view("ACGTN").find(upper) == std::string_view::npos) {
-      throw Failure(
-          ExitCode::InvalidAdapter, std::string(sequence),
-          "the adapter sequence \"" + std::string(sequence) + "\" has other letters than A, C, G, T and N");
+      throw Failure(ExitCode::InvalidAdapter, std::string(sequence),
+                    "the adapter sequence " + common::quotedName(sequence) +
+                        " has other letters than A, C, G, T and N");
     }
     adapter.sequence.push_back(upper);
   }

@@ -5,6 +5,7 @@
 #include "analysis/request/base64.h"
 #include "analysis/request/failure.h"
 #include "common/json/parse.h"
+#include "common/text/printable_text.h"
 
 namespace genostat::analysis {
 
@@ -58,7 +59,9 @@ Adapter parseAdapter(const Value& object) {
   const std::string name = requiredText(find(object, "adapter"), "adapter");
   const std::string sequence = requiredText(find(object, "custom_sequence"), "custom_sequence");
   const std::optional<AdapterKind> kind = adapterKindFromName(name);
-  if (!kind) refuse("the request's adapter \"" + name + "\" is none of NONE, ILLUMINA, NEXTERA, CUSTOM");
+  if (!kind)
+    refuse("the request's adapter " + common::quotedName(name) +
+           " is none of NONE, ILLUMINA, NEXTERA, CUSTOM");
   if (*kind == AdapterKind::Custom) return customAdapter(sequence);
   return {*kind, {}};
 }

@@ -6,7 +6,7 @@
 
 #include "analysis/request/failure.h"
 #include "common/files/fastq_names.h"
-#include "common/files/nearest_path.h"
+#include "common/files/path_fault.h"
 #include "platform/path_text.h"
 
 namespace genostat::analysis {
@@ -15,18 +15,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
+[[noreturn]] void refuse(ExitCode code, const std::string& subject, const std::string& givenPath,
+                         const std::string& reason) {
+  throw Failure(code, subject, common::cannotRead(givenPath, reason));
+}
+
 // What stands at a path, links followed. `kind` is the word for messages: "file" or "folder".
 fs::file_status statusOf(const fs::path& path, const std::string& givenPath, const std::string& kind) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
   if (status.type() == fs::file_type::not_found) {
-    throw Failure(ExitCode::FileNotFound, givenPath, givenPath + ": no such " + kind);
+    refuse(ExitCode::FileNotFound, givenPath, givenPath, "no such " + kind);
   }
   if (error == std::errc::permission_denied) {
-    throw Failure(ExitCode::PermissionDenied, givenPath, givenPath + ": " + error.message());
+    refuse(ExitCode::PermissionDenied, givenPath, givenPath, error.message());
   }
   if (!fs::status_known(status)) {
-    throw Failure(ExitCode::General, givenPath, givenPath + ": " + error.message());
+    refuse(ExitCode::General, givenPath, givenPath, error.message());
   }
   return status;
 }
@@ -37,13 +42,11 @@ Sample makeSample(fs::path path, std::string givenPath) {
   return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name), false};
 }
 
-// People get a guess at what they meant.
-void refuseMisspelled(const std::string& path) {
+// People may name folders, too, and get a guess at what they meant.
+void refuseMissing(const std::string& path) {
   std::error_code unknown;
-  if (fs::status(platform::pathFromUtf8(path), unknown).type() != fs::file_type::not_found) return;
-  const std::string meant = common::nearestPath(path);
-  if (meant.empty()) return;
-  throw Failure(ExitCode::FileNotFound, path, path + ": no such file; did you mean " + meant + "?");
+  if (fs::status(platform::pathFromUtf8(path), unknown).type() == fs::file_type::not_found)
+    refuse(ExitCode::FileNotFound, path, path, common::nothingThere(path, common::Expected::FileOrFolder));
 }
 
 }  // namespace
@@ -54,12 +57,11 @@ Sample sampleOfFile(const std::string& path) {
   if (fs::is_directory(status)) {
     // Without the separator that its path may end with.
     const fs::path folderName = (sample.path / "").parent_path().filename();
-    throw Failure(ExitCode::InvalidFastq, platform::pathToUtf8(folderName),
-                  path + ": this is a folder, not a FASTQ file");
+    refuse(ExitCode::InvalidFastq, platform::pathToUtf8(folderName), path, "it is a folder");
   }
   // Opening a pipe that nobody writes to would wait for ever.
   if (!fs::is_regular_file(status)) {
-    throw Failure(ExitCode::InvalidFastq, sample.fileName, path + ": this is not a regular file");
+    refuse(ExitCode::InvalidFastq, sample.fileName, path, "it is no regular file");
   }
   return sample;
 }
@@ -68,18 +70,17 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   const fs::path path = platform::pathFromUtf8(folder);
   if (folder.empty()) throw Failure(ExitCode::NoFastqFiles, {}, "no FASTQ files and no folder were given");
   if (!fs::is_directory(statusOf(path, folder, "folder"))) {
-    throw Failure(ExitCode::FileNotFound, folder, folder + ": this is not a folder");
+    refuse(ExitCode::FileNotFound, folder, folder, "it is no folder");
   }
   std::error_code error;
   const std::vector<std::string> names = common::fastqNamesIn(path, error);
   if (error) {
     const bool denied = error == std::errc::permission_denied;
-    throw Failure(denied ? ExitCode::PermissionDenied : ExitCode::General, folder,
-                  folder + ": " + error.message());
+    refuse(denied ? ExitCode::PermissionDenied : ExitCode::General, folder, folder, error.message());
   }
   if (names.empty()) {
-    throw Failure(ExitCode::NoFastqFiles, folder,
-                  folder + ": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
+    refuse(ExitCode::NoFastqFiles, folder, folder,
+           "no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
   }
   std::vector<Sample> samples;
   samples.reserve(names.size());
@@ -109,7 +110,7 @@ std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
       std::vector<Sample> found = samplesOfFolder(path);
       std::move(found.begin(), found.end(), std::back_inserter(samples));
     } else {
-      refuseMisspelled(path);
+      refuseMissing(path);
       samples.push_back(sampleOfFile(path));
     }
   }

@@ -49,7 +49,7 @@ std::string unknownCommand(const std::string& word, const CLI::App& program, Com
   const std::string command = commandForPath(word);
   if (!command.empty()) {
     return translated("{1} is no command; did you mean {2}?",
-                      {quoted, program.get_name() + ' ' + command + ' ' + printableText(word)});
+                      {quoted, program.get_name() + ' ' + command + ' ' + shownName(word)});
   }
   std::vector<std::string> names;
   for (const CommandModel& known : modelOf(program).commands) {
@@ -90,7 +90,8 @@ std::string describeError(const CLI::App& command, const CLI::ParseError& error,
       }
     }
   }
-  return text;
+  // What was given may stand in it.
+  return shownName(text);
 }
 
 }  // namespace

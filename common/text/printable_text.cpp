@@ -36,22 +36,31 @@ std::string visible(char32_t value) {
   }
 }
 
+constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
+
+// A character as it can be shown, and how many bytes of the text it takes.
+struct Shown {
+  std::string text;
+  std::size_t size;
+};
+
+Shown characterAt(std::string_view text, std::size_t position, LineBreaks lineBreaks) {
+  const CodePoint point = codePointAt(text, position);
+  const bool kept = lineBreaks == LineBreaks::Keep && (point.value == U'\n' || point.value == U'\t');
+  if (!point.valid) return {"\xEF\xBF\xBD", point.size};
+  if (steersTerminal(point.value) && !kept) return {visible(point.value), point.size};
+  return {std::string(text.substr(position, point.size)), point.size};
+}
+
 }  // namespace
 
 std::string printableText(std::string_view text, LineBreaks lineBreaks) {
   std::string printable;
   printable.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
-    const CodePoint point = codePointAt(text, i);
-    const bool kept = lineBreaks == LineBreaks::Keep && (point.value == U'\n' || point.value == U'\t');
-    if (!point.valid) {
-      printable += "\xEF\xBF\xBD";
-    } else if (steersTerminal(point.value) && !kept) {
-      printable += visible(point.value);
-    } else {
-      printable += text.substr(i, point.size);
-    }
-    i += point.size;
+    const Shown shown = characterAt(text, i, lineBreaks);
+    printable += shown.text;
+    i += shown.size;
   }
   return printable;
 }
@@ -62,7 +71,28 @@ std::string quoteForMessage(std::string_view text) {
   for (std::size_t count = 0; end < text.size() && count < kMost; ++count) {
     end += codePointAt(text, end).size;
   }
-  return '"' + printableText(text.substr(0, end)) + (end < text.size() ? "\xE2\x80\xA6\"" : "\"");
+  std::string quoted = '"' + printableText(text.substr(0, end));
+  if (end < text.size()) quoted += kEllipsis;
+  return quoted + '"';
+}
+
+std::string shownName(std::string_view name) {
+  constexpr std::size_t kMostBytes = 1024;
+  std::string shown;
+  std::size_t beforeEllipsis = 0;
+  for (std::size_t i = 0; i < name.size();) {
+    const Shown next = characterAt(name, i, LineBreaks::Escape);
+    if (shown.size() + next.text.size() > kMostBytes)
+      return shown.substr(0, beforeEllipsis).append(kEllipsis);
+    shown += next.text;
+    i += next.size;
+    if (shown.size() + kEllipsis.size() <= kMostBytes) beforeEllipsis = shown.size();
+  }
+  return shown;
+}
+
+std::string quotedName(std::string_view name) {
+  return '"' + shownName(name) + '"';
 }
 
 }  // namespace genostat::common

@@ -15,4 +15,9 @@ std::string printableText(std::string_view text, LineBreaks lineBreaks = LineBre
 // The user's words for use inside a message: printable, in double quotes, cut after 60 characters.
 std::string quoteForMessage(std::string_view text);
 
+// How every message names a file, a sample or a job: printable, at most 1 KB of it, cut between characters
+// and with an ellipsis; and the same in double quotes.
+std::string shownName(std::string_view name);
+std::string quotedName(std::string_view name);
+
 }  // namespace genostat::common

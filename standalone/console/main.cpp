@@ -2,6 +2,7 @@
 #include <exception>
 #include <variant>
 
+#include "common/text/printable_text.h"
 #include "platform/lifeline.h"
 #include "platform/running_program.h"
 #include "platform/terminal.h"
@@ -30,7 +31,8 @@ int main(int argc, char** argv) {
       return standalone::runShell(*shell);
     return genostat::common::showAnswer(std::get<genostat::common::Answer>(parsed), standalone::kFailure);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", genostat::standalone::translated("error: {1}", {error.what()}).c_str());
+    const std::string reason = genostat::common::shownName(error.what());
+    std::fprintf(stderr, "%s\n", standalone::translated("error: {1}", {reason}).c_str());
     return standalone::kFailure;
   }
 }

@@ -54,7 +54,7 @@ SessionOptions sessionOptions(const RunOptions& options) {
   std::error_code ignored;
   if (!options.stringsFolder.empty() && !std::filesystem::is_directory(session.folders.strings, ignored)) {
     throw UsageError(
-        translated("the folder of string tables {1} does not exist", {"\"" + options.stringsFolder + "\""}));
+        translated("the folder of string tables {1} does not exist", {quotedName(options.stringsFolder)}));
   }
   session.client.interactive = !options.commandLineMode;
   session.client.eventsFile = absolutePath(options.eventsFile);

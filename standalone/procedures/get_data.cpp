@@ -209,8 +209,7 @@ void runGetData(CommandContext& context) {
   try {
     result = importText(parsed.request);
   } catch (const ImportError& error) {
-    TokenCursor::fail(translated("cannot import {1}: {2}", {quoteForMessage(file), error.what()}),
-                      parsed.file);
+    TokenCursor::fail(translated("cannot import {1}: {2}", {quotedName(file), error.what()}), parsed.file);
   }
   showWarnings(context, file, result.warnings);
   const Dataset& dataset = context.datasets.add(std::move(result.dataset));

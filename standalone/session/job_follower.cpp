@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <set>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
 
+#include "common/files/output_file.h"
+#include "common/text/printable_text.h"
 #include "common/text/wrapped_text.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/services/host_folders.h"
 #include "standalone/session/requirements.h"
+#include "standalone/syntax/text_file.h"
 
 namespace genostat::standalone {
 
@@ -27,11 +31,11 @@ constexpr auto kEndPoll = 5ms;
 constexpr auto kCommandPatience = 2s;
 
 std::string shownJobName(const std::string& name) {
-  return name.empty() ? translated("(unnamed)") : common::printableText(name);
+  return name.empty() ? translated("(unnamed)") : common::shownName(name);
 }
 
 std::string quotedPath(const std::filesystem::path& path) {
-  return "\"" + platform::pathToUtf8(path) + "\"";
+  return quotedName(platform::pathToUtf8(path));
 }
 
 }  // namespace
@@ -192,15 +196,20 @@ void JobFollower::showResults(const std::filesystem::path& csv) {
 void JobFollower::copyResults(const ClientMessage& message, const std::filesystem::path& csv) {
   const std::string name = copyNames_.next(message.jobName, platform::pathToUtf8(csv.stem()));
   const std::filesystem::path copy = options_.csvFolder / platform::pathFromUtf8(name + ".csv");
-  std::error_code error;
-  std::filesystem::create_directories(options_.csvFolder, error);
-  if (!error) {
-    std::filesystem::copy_file(csv, copy, std::filesystem::copy_options::overwrite_existing, error);
+  const auto fail = [&](const std::string& reason) {
+    reportError(translated("cannot copy the results of job '{1}' to {2}: {3}",
+                           {shownJobName(message.jobName), quotedPath(copy), reason}));
+  };
+  const TextFile results = readTextFile(csv);
+  if (!results.error.empty()) return fail(results.error);
+  try {
+    std::filesystem::create_directories(options_.csvFolder);
+    common::writeFile(copy, results.text, common::PlaceLink::Replace);
+  } catch (const std::filesystem::filesystem_error& failure) {
+    fail(translatedReason(failure.code().message()));
+  } catch (const std::runtime_error& failure) {
+    fail(translatedReason(failure.what()));
   }
-  if (!error) return;
-  reportError(
-      translated("cannot copy the results of job '{1}' to {2}: {3}",
-                 {shownJobName(message.jobName), quotedPath(copy), translatedReason(error.message())}));
 }
 
 bool JobFollower::cancel(const std::string& name) {

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <typeinfo>
 
+#include "common/text/printable_text.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/dynamic_library.h"
 #include "platform/path_text.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr const char* kModuleName = "zorvwgnm";
 
 std::string describe(const std::filesystem::path& file) {
-  return translated("the module {1}", {"\"" + platform::pathToUtf8(file) + "\""});
+  return translated("the module {1}", {common::quotedName(platform::pathToUtf8(file))});
 }
 
 template <auto method>

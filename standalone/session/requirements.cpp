@@ -1,12 +1,12 @@
 #include "standalone/session/requirements.h"
 
 #include <array>
-#include <cerrno>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "common/files/part_file.h"
+#include "common/text/printable_text.h"
 #include "platform/launcher_folder.h"
 #include "platform/path_text.h"
 #include "platform/process.h"
@@ -21,20 +21,17 @@ namespace {
 constexpr const char* kLauncherName = "statisticspython3";
 
 std::string quoted(const std::filesystem::path& path) {
-  return "\"" + platform::pathToUtf8(path) + "\"";
+  return common::quotedName(platform::pathToUtf8(path));
 }
 
 // Tried by writing, as permissions alone do not say enough.
 std::string whyNotWritable(const std::filesystem::path& folder) {
-  const std::filesystem::path probe = folder / ("genostat-" + std::to_string(platform::processId()) + ".tmp");
-  errno = 0;
-  const bool written = static_cast<bool>(std::ofstream(probe) << '\n' << std::flush);
-  const int code = errno;
-  std::error_code ignored;
-  std::filesystem::remove(probe, ignored);
-  if (written) return {};
-  return code != 0 ? translatedReason(std::generic_category().message(code))
-                   : translated("no file can be written");
+  try {
+    common::createPart(folder).write("\n");
+    return {};
+  } catch (const std::system_error& failure) {
+    return translatedReason(failure.what());
+  }
 }
 
 // As text of JSON, in quotes.

@@ -128,7 +128,7 @@ DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t col
     const std::size_t lineNumber =
         diagnostic.range->line ? diagnostic.range->line : countLineFeeds(text.substr(0, begin)) + 1;
     const std::size_t column = countCharacters(text.substr(line.begin, begin - line.begin)) + 1;
-    parts.message = common::printableText(source.name) + ":" + std::to_string(lineNumber) + ":" +
+    parts.message = common::shownName(source.name) + ":" + std::to_string(lineNumber) + ":" +
                     std::to_string(column) + ": ";
     parts.excerpt = excerpt(text, line, begin, diagnostic.range->end, columns);
   }

@@ -55,6 +55,7 @@ struct DiagnosticParts {
 };
 DiagnosticParts describeDiagnostic(const Diagnostic& diagnostic, std::size_t columns);
 
+using common::quotedName;
 using common::quoteForMessage;
 
 // Ends the command that throws it; the session shows the diagnostic and goes on.

@@ -63,8 +63,8 @@ TEST_F(CommandLine, SaysWhatIsWrong) {
       {{"qc", "--adapter", "ilumina", "good.fq"},
        "unknown adapter \"ilumina\"; did you mean illumina?\n",
        10},
-      {{"qc", "./god.fq"}, "./god.fq: no such file; did you mean ./good.fq?\n"},
-      {{"qc", "gd.f"}, "gd.f: no such file\n"},
+      {{"qc", "./god.fq"}, "cannot read \"./god.fq\": no such file or folder; did you mean ./good.fq?\n"},
+      {{"qc", "gd.f"}, "cannot read \"gd.f\": no such file or folder\n"},
   };
   for (const auto& [arguments, message, status] : cases) {
     const ProgramResult outcome = run(arguments);

@@ -92,7 +92,7 @@ TEST(FastqcFolder, IsWrittenInBothForms) {
     return test::runProgram({kProgram, arguments, folder.path(), {}, {{"GENOSTAT_FASTQC_DATA", asked}}});
   };
   const fs::path data = fs::path("good_fastqc") / "fastqc_data.txt";
-  const std::string sentence = ": file: writing failed: Not a directory\n";
+  const std::string sentence = ": cannot write \"file\": Not a directory\n";
 
   EXPECT_EQ(run({"qc", "good.fq", "good.fq", "--csv", "p.csv", "--fastqc-data", "new/deep"}, "file").err, "");
   const std::string text = readWholeFile(folder.path() / "new/deep" / data);

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "tests/analysis/base64_text.h"
+#include "tests/support/abandoned_part.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -55,7 +56,7 @@ TEST_F(Program, WritesOneRowPerSample) {
   write("empty_read.fq", "@a\n\n+\n\n");
   // Left by an earlier job and by a killed one.
   write("result.error", "{}");
-  write("4711.genostat-part", "old");
+  leaveAbandonedPart(folder());
   const ProgramResult outcome = launch(json("\"folder\":\".\"", "result.csv", "ILLUMINA"));
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.out + outcome.err, "");
@@ -82,21 +83,22 @@ TEST_F(Program, TellsEveryFailure) {
     std::string sentence;
   };
   std::vector<Case> cases = {
-      {json(R"("files":["good.fq","no.fq"])"), 2, R"("FILE_PATH":"no.fq",)", "no.fq: no such file"},
+      {json(R"("files":["good.fq","no.fq"])"), 2, R"("FILE_PATH":"no.fq",)",
+       R"(cannot read \"no.fq\": no such file)"},
       {json("\"x\":1"), 4, "", R"(the request has neither \"files\" nor \"folder\")"},
       {json(R"("files":["good.fq","bad.fq"])"), 5, R"("FILE_NAME":"bad.fq",)",
        "bad.fq: record 2, line 8: the quality has 4 characters, the sequence 5"},
       {json(R"("files":["./none/"])"), 5, R"("FILE_NAME":"none",)",
-       "./none/: this is a folder, not a FASTQ file"},
+       R"(cannot read \"./none/\": it is a folder)"},
       {json(R"("folder":"none")"), 8, R"("FOLDER_PATH":"none",)",
-       "none: no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder"},
+       R"(cannot read \"none\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder)"},
       {json(R"("files":["good.fq"])", "result.csv", "CUSTOM"), 10, R"("ADAPTER_SEQUENCE":"ACGX",)",
        R"(the adapter sequence \"ACGX\" has other letters than A, C, G, T and N)"},
   };
   // Everyone may read it for the superuser, or on a system without these permissions.
   if (!std::ifstream(folder() / "secret.fq")) {
     cases.push_back({json(R"("files":["secret.fq"])"), 7, R"("RESOURCE_PATH":"secret.fq",)",
-                     "secret.fq: Permission denied"});
+                     R"(cannot read \"secret.fq\": Permission denied)"});
   }
   for (const Case& one : cases) {
     const ProgramResult outcome = launch(one.json);
@@ -114,18 +116,17 @@ TEST_F(Program, TellsAnOutputThatCannotBeWritten) {
   write("good.fq", kGoodRead);
   const ProgramResult vanished = launch(json(R"("files":["good.fq"])", "gone/r.csv"));
   EXPECT_EQ(vanished.status, 9);
-  EXPECT_EQ(vanished.err, "error: gone/r.csv: writing failed: No such file or directory\n");
+  EXPECT_EQ(vanished.err, "error: cannot write \"gone/r.csv\": No such file or directory\n");
   fs::create_directory(folder() / "taken.csv");
   write("bad.fq", "not read");
-  const std::string taken = "taken.csv: writing failed: Is a directory";
-  const std::string input = "./good.fq: this is one of the files to measure";
-  for (const std::string& sentence : {taken, input}) {
-    const std::string target = sentence.substr(0, sentence.find(':'));
+  for (const auto& [target, reason] : {std::pair("taken.csv", "Is a directory"),
+                                       std::pair("./good.fq", "this is one of the files to measure")}) {
     const ProgramResult outcome = launch(json(R"("files":["good.fq","bad.fq"])", target));
     EXPECT_EQ(outcome.status, 9) << target;
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(readWholeFile((folder() / target).replace_extension(".error")),
-              R"({"OUTPUT_PATH":")" + target + R"(","ERROR_MESSAGE":")" + sentence + "\"}");
+              R"({"OUTPUT_PATH":")" + std::string(target) + R"(","ERROR_MESSAGE":"cannot write \")" + target +
+                  R"(\": )" + reason + "\"}");
   }
   fs::remove(folder() / "bad.fq");
   EXPECT_EQ(readWholeFile(folder() / "good.fq"), kGoodRead);
@@ -151,7 +152,7 @@ TEST_F(Program, TellsAnOutputThatCannotBeWritten) {
     EXPECT_EQ(full.status, 9) << samples;
     EXPECT_EQ(full.err, "");
     EXPECT_EQ(readWholeFile(folder() / "full.error"),
-              R"({"OUTPUT_PATH":"full.csv","ERROR_MESSAGE":"full.csv: writing failed: File too large"})");
+              R"({"OUTPUT_PATH":"full.csv","ERROR_MESSAGE":"cannot write \"full.csv\": File too large"})");
     EXPECT_EQ(namesIn(folder()), (Names{"full.error", "good.fq", "taken.csv", "taken.error"}));
   }
 }
@@ -204,7 +205,7 @@ TEST_F(Program, RefusesWhatPeopleMistype) {
       {{"--csv", "x", "--json", "./x"}, "--csv and --json cannot both go to \"./x\""},
       {{"--csv", "b.FASTQ.gz"}, "--csv: \"b.FASTQ.gz\" is named like reads, which it would replace"},
       {{"--json", ""}, "--json: the value is empty"},
-      {{"--csv", "./reads.txt"}, "./reads.txt: this is one of the files to measure"},
+      {{"--csv", "./reads.txt"}, "cannot write \"./reads.txt\": this is one of the files to measure"},
       {{"--fastqc-data", "-"}, "--fastqc-data: expected a folder, found \"-\""},
       {{"-", "-"}, "standard input can be read only once"},
   };

@@ -111,15 +111,17 @@ TEST(Samples, ThatAreNotThereAreNamed) {
   const test::TemporaryFolder folder;
   const std::string empty = platform::pathToUtf8(folder.path());
   test::writeWholeFile(folder.path() / "plain", "");
-  EXPECT_EQ(failureOf([&] { samplesOfFolder(empty); }),
-            "8 " + empty + ": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
-  EXPECT_EQ(failureOf([&] { samplesOfFolder(empty + "/none"); }), "2 " + empty + "/none: no such folder");
+  EXPECT_EQ(
+      failureOf([&] { samplesOfFolder(empty); }),
+      "8 cannot read \"" + empty + "\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder");
+  EXPECT_EQ(failureOf([&] { samplesOfFolder(empty + "/none"); }),
+            "2 cannot read \"" + empty + "/none\": no such folder");
   EXPECT_EQ(failureOf([&] { samplesOfFolder(empty + "/plain"); }),
-            "2 " + empty + "/plain: this is not a folder");
+            "2 cannot read \"" + empty + "/plain\": it is no folder");
   EXPECT_EQ(failureOf([&] { samplesOfFolder(""); }), "8 no FASTQ files and no folder were given");
   EXPECT_EQ(failureOf([&] { samplesOfFiles({}); }), "8 the list of FASTQ files is empty");
-  EXPECT_EQ(failureOf([&] { sampleOfFile(empty); }), "5 " + empty + ": this is a folder, not a FASTQ file");
-  EXPECT_EQ(failureOf([&] { sampleOfFile("/no/such.fq"); }), "2 /no/such.fq: no such file");
+  EXPECT_EQ(failureOf([&] { sampleOfFile(empty); }), "5 cannot read \"" + empty + "\": it is a folder");
+  EXPECT_EQ(failureOf([&] { sampleOfFile("/no/such.fq"); }), "2 cannot read \"/no/such.fq\": no such file");
 }
 
 }  // namespace

@@ -68,6 +68,29 @@ TEST(DisplayText, ShowsWhatWouldSteerATerminal) {
   EXPECT_EQ(printableText("a\n\tb\r\x1B\xFF", LineBreaks::Keep), "a\n\tb\\r\\x1B\xEF\xBF\xBD");
 }
 
+TEST(DisplayText, NamesAreCutAfterAKilobyte) {
+  const std::string ellipsis = "\xE2\x80\xA6";
+  const auto repeated = [](const std::string& part, std::size_t count) {
+    std::string text;
+    while (count-- > 0)
+      text += part;
+    return text;
+  };
+  const struct {
+    std::string name, shown;
+  } rows[] = {
+      {"a\x1B/\xFF", "a\\x1B/\xEF\xBF\xBD"},
+      {std::string(1024, 'x'), std::string(1024, 'x')},
+      {std::string(1025, 'x'), std::string(1021, 'x') + ellipsis},
+      {repeated("\xE6\x95\xB0", 342), repeated("\xE6\x95\xB0", 340) + ellipsis},
+      {repeated("\x1B", 1000), repeated("\\x1B", 255) + ellipsis},
+  };
+  for (const auto& [name, shown] : rows) {
+    EXPECT_EQ(shownName(name), shown);
+    EXPECT_EQ(quotedName(name), '"' + shown + '"');
+  }
+}
+
 TEST(DisplayText, WrapsLines) {
   struct Row {
     std::string text;

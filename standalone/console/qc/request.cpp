@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "common/files/fastq_names.h"
-#include "common/files/nearest_path.h"
+#include "common/files/path_fault.h"
 #include "common/text/ascii.h"
 #include "platform/launcher_folder.h"
 #include "platform/path_text.h"
@@ -39,9 +39,7 @@ std::string faultOfFile(const std::string& name) {
     // Not every command line fills in the names.
     if (name.find_first_of("*?") != std::string::npos)
       return translated("no such file or folder; name the folder instead of a pattern");
-    const std::string meant = common::nearestPath(name);
-    return meant.empty() ? translated("no such file or folder")
-                         : translated("no such file or folder; did you mean {1}?", {meant});
+    return common::nothingThere(name, common::Expected::FileOrFolder, translated);
   }
   if (!fs::is_regular_file(status)) return translated("it is no regular file");
   if (!std::ifstream(file, std::ios::binary)) return translated("it cannot be opened");
@@ -78,8 +76,7 @@ class InputCheck {
  private:
   void addFault(const std::string& input, const std::string& reason) {
     if (!faults_.empty()) faults_ += '\n';
-    faults_ +=
-        translated("error: {1}", {translated("cannot read {1}: {2}", {quoteForMessage(input), reason})});
+    faults_ += translated("error: {1}", {common::cannotRead(input, reason, translated)});
   }
 
   QcRequest& request_;
@@ -117,8 +114,7 @@ void checkOutputName(const char* option, const std::string& name) {
   if (name == "-") refuseQc(translated("{1}: expected the name of a file, found -", {option}));
   // An unquoted *.fastq after the option would otherwise cost the first of the reads.
   if (common::hasFastqEnding(name))
-    refuseQc(
-        translated("{1}: {2} is named like reads, which it would replace", {option, quoteForMessage(name)}));
+    refuseQc(translated("{1}: {2} is named like reads, which it would replace", {option, quotedName(name)}));
 }
 
 // Where the names are too long for the launcher, the module could only end the job without a word.

@@ -10,8 +10,10 @@
 #include <utility>
 
 #include "common/files/part_file.h"
+#include "common/text/printable_text.h"
 #include "platform/environment.h"
 #include "platform/path_text.h"
+#include "platform/terminal.h"
 #include "standalone/console/batch_run.h"
 #include "standalone/console/qc/request.h"
 #include "standalone/console/qc/view.h"
@@ -25,7 +27,7 @@ namespace genostat::standalone {
 namespace {
 
 int refuseQcRun(const std::string& message, int status) {
-  std::fprintf(stderr, "%s\n", message.c_str());
+  std::fprintf(stderr, "%s\n", common::printableText(message, common::LineBreaks::Keep).c_str());
   return status;
 }
 
@@ -61,7 +63,7 @@ void askForFastqcData(const std::string& folder) {
     common::tryFolder(path);
   } catch (const std::runtime_error& reason) {
     throw std::runtime_error(
-        translated("cannot write into {1}: {2}", {quoteForMessage(folder), translatedReason(reason.what())}));
+        translated("cannot write into {1}: {2}", {quotedName(folder), translatedReason(reason.what())}));
   }
   platform::setEnvironmentPath("GENOSTAT_FASTQC_DATA", error ? path : absolute);
 }
@@ -75,6 +77,8 @@ int runQc(const QcOptions& options) {
     const QcRequest request = checkQcOptions(options);
     command = qcCommand(request, options);
     if (options.printSyntax) {
+      if (platform::standardOutputTerminal().isTerminal)
+        command = common::printableText(command, common::LineBreaks::Keep);
       const bool written = std::fputs(command.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
       return written ? kSuccess
                      : refuseQcRun(translated("error: {1}", {translated("cannot write to standard output")}),

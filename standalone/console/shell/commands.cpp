@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "common/text/ascii.h"
+#include "common/text/printable_text.h"
 #include "platform/path_text.h"
 #include "standalone/console/shell/help.h"
 #include "standalone/console/shell/tables.h"
@@ -150,7 +151,7 @@ void writeOutput(const Call& call) {
   } catch (const std::runtime_error& error) {
     call.fail(error.what(), call.arguments[2]);
   }
-  call.view.showNotice(translated("written: {1}", {call.arguments[2].text}));
+  call.view.showNotice(translated("written: {1}", {common::shownName(call.arguments[2].text)}));
 }
 
 void runFile(const Call& call) {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "common/cli/columns.h"
+#include "common/text/printable_text.h"
 #include "common/text/wrapped_text.h"
 #include "platform/terminal.h"
 #include "standalone/console/view/output_file.h"
@@ -81,7 +82,8 @@ void ConsoleView::setFiles(std::optional<common::OutputFile> results,
   style_.width = common::columnsWanted() > 0 ? common::columnsWanted() : kWidthOfFiles;
 }
 
-void ConsoleView::showNotice(const std::string& text) {
+void ConsoleView::showNotice(const std::string& notice) {
+  const std::string text = common::printableText(notice, common::LineBreaks::Keep);
   const int width = noticeWidth();
   writeLine(width > 0 ? wrappedLines(text, width) : text);
 }
@@ -134,7 +136,12 @@ void ConsoleView::showAs(std::string_view text, const std::function<void()>& add
 }
 
 bool ConsoleView::finish() {
-  if (format_ == OutputFormat::Json) show(document_.toJson());
+  // Data is exact, but it must not steer a terminal.
+  const bool onTerminal = outputIsTerminal_ && !resultsFile_;
+  if (format_ == OutputFormat::Json) {
+    const std::string json = document_.toJson();
+    show(onTerminal ? common::printableText(json, common::LineBreaks::Keep) : json);
+  }
   if (format_ == OutputFormat::Html) show(report());
   if (resultsFile_) writeFile(*resultsFile_, fileText_);
   if (reportFile_) writeFile(*reportFile_, report());

@@ -3,16 +3,16 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "common/files/path_fault.h"
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
-#include "standalone/syntax/diagnostic.h"
 
 namespace genostat::standalone {
 
 namespace {
 
 [[noreturn]] void failToWrite(const std::string& name, const std::string& reason) {
-  throw std::runtime_error(translated("cannot write {1}: {2}", {quoteForMessage(name), reason}));
+  throw std::runtime_error(common::cannotWrite(name, reason, translated));
 }
 
 std::string reasonOf(const std::system_error& failure) {

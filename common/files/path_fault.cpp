@@ -1,4 +1,4 @@
-#include "common/files/nearest_path.h"
+#include "common/files/path_fault.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,10 +8,15 @@
 #include <vector>
 
 #include "common/text/nearest_word.h"
+#include "common/text/printable_text.h"
 #include "platform/path_text.h"
 
 namespace genostat::common {
 
+namespace {
+
+// For a path at which nothing is: the path with the last name replaced by one that is there and was meant;
+// empty when there is none.
 std::string nearestPath(const std::string& path) {
   namespace fs = std::filesystem;
   // Looking through a folder of millions would take too long for a guess.
@@ -35,6 +40,23 @@ std::string nearestPath(const std::string& path) {
   if (!nearest) return {};
   // The rest stays as it was written, its separators too.
   return path.substr(0, path.rfind(name)) + std::string(*nearest);
+}
+
+}  // namespace
+
+std::string cannotRead(std::string_view path, std::string_view reason, Translate translated) {
+  return translated("cannot read {1}: {2}", {quotedName(path), reason});
+}
+
+std::string cannotWrite(std::string_view path, std::string_view reason, Translate translated) {
+  return translated("cannot write {1}: {2}", {quotedName(path), reason});
+}
+
+std::string nothingThere(const std::string& path, Expected expected, Translate translated) {
+  const std::string fault =
+      expected == Expected::File ? translated("no such file", {}) : translated("no such file or folder", {});
+  const std::string meant = nearestPath(path);
+  return meant.empty() ? fault : translated("{1}; did you mean {2}?", {fault, shownName(meant)});
 }
 
 }  // namespace genostat::common
