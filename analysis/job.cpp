@@ -30,6 +30,7 @@
 #include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "common/text/printable_text.h"
+#include "common/text/spreadsheet_text.h"
 #include "common/text/utf8.h"
 #include "platform/environment.h"
 #include "platform/path_text.h"
@@ -262,7 +263,10 @@ ExitCode runQc(const QcOptions& options) {
         const std::filesystem::path fastqc = platform::pathFromUtf8(options.fastqcData);
         if (!fastqc.empty()) tryFolder(fastqc);
         const std::vector<ResultRow> rows = rowsWithProgress(samples, crew);
-        if (!options.csv.empty()) putOutput(options.csv, resultCsv(rows));
+        if (!options.csv.empty()) {
+          const std::string csv = resultCsv(rows);
+          putOutput(options.csv, options.safeCsv ? common::spreadsheetCsv(csv) : csv);
+        }
         if (!options.json.empty()) putOutput(options.json, resultJson(rows, crew.adapter));
         if (!fastqc.empty()) writeFastqcFolder(fastqc, rows);
       },

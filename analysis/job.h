@@ -26,6 +26,7 @@ struct QcOptions {
   std::string adapter = "none";    // none, illumina, nextera in any case, or a sequence
   unsigned threads = 0;            // 0: as many as the process may run at once
   std::optional<int> phredOffset;  // 33 or 64; else as each file's lowest quality says
+  bool safeCsv = false;            // no cell that a spreadsheet computes
   std::string csv = "-";           // a file, "-" for standard output, empty for none
   std::string json;                // likewise
   std::string fastqcData;          // a folder for FastQC's data files, empty for none

@@ -81,7 +81,7 @@ CommandHelp qcHelp() {
 // An unquoted *.fastq after the option would otherwise cost the first of the reads.
 std::string outputProblem(const std::string& file) {
   return common::hasFastqEnding(file)
-             ? common::quoteForMessage(file) + " is named like reads, which it would replace"
+             ? common::quotedName(file) + " is named like reads, which it would replace"
              : std::string();
 }
 
@@ -106,6 +106,8 @@ void addQcOptions(const common::Command& command, QcOptions& qc) {
       .addText("--csv", qc.csv, "FILE|-",
                "where the table goes: a file, or - for standard output (the default)")
       ->check(outputProblem);
+  command.app().add_flag("--safe-csv", qc.safeCsv,
+                         "an apostrophe before each text in the table that a spreadsheet would compute");
   command
       .addText("--json", qc.json, "FILE|-",
                "where the whole result goes, with its curves; with -, there is no table by default")

@@ -49,6 +49,7 @@ struct QcOptions {
   double confidence = 0;   // per cent; 0: not asked for
   bool normalPlot = false;
   std::string csvFile;
+  bool safeCsv = false;
   std::string fastqcFolder;
   bool printSyntax = false;
   RunOptions session;

@@ -194,6 +194,19 @@ TEST_F(Program, TakesPathsAsTheyAre) {
   EXPECT_EQ(run({"qc", "[a.fq]"}).status, 2);
 }
 
+TEST_F(Program, ShowsNoFormulasToSpreadsheets) {
+  for (const char* name : {"=1+1.fq", "-1.fq", "@a, b.fq"}) {
+    write(name, kGoodRead);
+  }
+  EXPECT_EQ(launch(json("\"folder\":\".\"")).status, 0);
+  const std::string exact =
+      kHeader + "-1,NONE" + kGoodRow + "=1+1,NONE" + kGoodRow + "\"@a, b\",NONE" + kGoodRow;
+  EXPECT_EQ(readWholeFile(folder() / "result.csv"), exact);
+  EXPECT_EQ(run({"qc", "."}).out, exact);
+  EXPECT_EQ(run({"qc", ".", "--safe-csv"}).out,
+            kHeader + "-1,NONE" + kGoodRow + "'=1+1,NONE" + kGoodRow + "\"'@a, b\",NONE" + kGoodRow);
+}
+
 TEST_F(Program, RefusesWhatPeopleMistype) {
   write("good.fq", kGoodRead);
   write("reads.txt", kGoodRead);

@@ -24,7 +24,7 @@ const std::vector<std::string> kHostile = {
     "a.b[0]\\.c",
     "<!-- --> <![CDATA[ &amp; &lt;",
     "</style></title></textarea><svg onload=window.harmed=6>",
-    "javascript:window.harmed=7",
+    "=HYPERLINK(\"javascript:window.harmed=7\")",
     "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D \xD8\xA7\xD9\x84\xD8\xB9\xD8\xB1",
     "\xE2\x80\xAEgnp.elpmas\xE2\x80\xAC",
     "\xF0\x9F\xA7\xAC sample \xE6\x95\xB0\xE6\x8D\xAE",

@@ -9,6 +9,7 @@
 #include "common/text/number_text.h"
 #include "common/text/printable_text.h"
 #include "common/text/progress_text.h"
+#include "common/text/spreadsheet_text.h"
 #include "common/text/utf8.h"
 #include "common/text/wrapped_text.h"
 
@@ -88,6 +89,22 @@ TEST(DisplayText, NamesAreCutAfterAKilobyte) {
   for (const auto& [name, shown] : rows) {
     EXPECT_EQ(shownName(name), shown);
     EXPECT_EQ(quotedName(name), '"' + shown + '"');
+  }
+}
+
+TEST(SpreadsheetText, ShowsFormulasAsTheyAre) {
+  const struct {
+    std::string csv, safe;
+  } rows[] = {
+      {"a,b\n-1,+x\n", "a,b\n-1,'+x\n"},
+      {"=1+1,\"=1,2\"\n@a,-1.5e3", "'=1+1,\"'=1,2\"\n'@a,-1.5e3"},
+      {"-,-inf,+1,-1-1\r\n\ta,,\r\n", "'-,'-inf,'+1,'-1-1\r\n'\ta,,\r\n"},
+      {"\"\n=a\",\"say \"\"=\"\", @\",\"\"\"=\"\n", "\"'\n=a\",\"say \"\"=\"\", @\",\"\"\"=\"\n"},
+      {"\r,a\n\"-5\",\"=open", "'\r,a\n\"-5\",\"'=open"},
+      {"", ""},
+  };
+  for (const auto& [csv, safe] : rows) {
+    EXPECT_EQ(spreadsheetCsv(csv), safe) << csv;
   }
 }
 

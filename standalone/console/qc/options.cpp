@@ -138,7 +138,11 @@ void addQcOptions(const common::Command& qc, QcOptions& options) {
              translated("the adapter to look for; default: none, which looks for the common ones"));
   qc.addText("--name", options.name, "NAME", translated("the job's name; default: a free one"));
   addAnalyses(qc, options);
-  qc.addText("--csv", options.csvFile, "FILE", translated("keep the result file"));
+  CLI::Option* csv = qc.addText("--csv", options.csvFile, "FILE", translated("keep the result file"));
+  qc.app()
+      .add_flag("--safe-csv", options.safeCsv,
+                translated("an apostrophe before each text in it that a spreadsheet would compute"))
+      ->needs(csv);
   qc.addText("--fastqc-data", options.fastqcFolder, "DIR",
              translated("write FastQC's data files for report programs into this folder"));
   qc.app().add_flag("--print-syntax", options.printSyntax,

@@ -88,8 +88,7 @@ int runQc(const QcOptions& options) {
     if (!options.csvFile.empty()) csv = prepareOutputFile(options.csvFile);
     checkOutputNames(request, options, csv);
     askForFastqcData(options.fastqcFolder);
-    view = std::make_unique<QcView>(options.session, std::move(csv),
-                                    platform::pathFromUtf8(options.fastqcFolder));
+    view = std::make_unique<QcView>(options, std::move(csv));
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {

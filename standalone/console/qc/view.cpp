@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "common/text/spreadsheet_text.h"
 #include "platform/path_text.h"
 #include "standalone/console/qc/summary.h"
 #include "standalone/console/qc/text.h"
@@ -23,13 +24,15 @@ constexpr const char* kQcProcedure = marked("Quality Control");
 
 }  // namespace
 
-QcView::QcView(const RunOptions& options, std::optional<common::OutputFile> csvCopy,
-               std::filesystem::path fastqcFolder)
-    : ConsoleView(options.output), csvCopy_(std::move(csvCopy)), fastqcFolder_(std::move(fastqcFolder)) {
+QcView::QcView(const QcOptions& options, std::optional<common::OutputFile> csvCopy)
+    : ConsoleView(options.session.output),
+      csvCopy_(std::move(csvCopy)),
+      safeCsv_(options.safeCsv),
+      fastqcFolder_(platform::pathFromUtf8(options.fastqcFolder)) {
   document().leaveOut("table", "GENOSTAT");
   document().leaveOut("table", "GET DATA");
   // The summary's marks say the same.
-  const bool tablesOnly = options.output == OutputFormat::Text && options.htmlFile.empty();
+  const bool tablesOnly = options.session.output == OutputFormat::Text && options.session.htmlFile.empty();
   if (tablesOnly) document().leaveOut("chart", "GET DATA");
 }
 
@@ -60,7 +63,7 @@ void QcView::copyResults(const std::filesystem::path& csv) const {
   const TextFile results = readTextFile(csv);
   if (!results.error.empty()) throw CommandError(results.error);
   try {
-    writeOutputFile(*csvCopy_, results.text);
+    writeOutputFile(*csvCopy_, safeCsv_ ? common::spreadsheetCsv(results.text) : results.text);
   } catch (const std::runtime_error& error) {
     throw CommandError(error.what());
   }
@@ -78,7 +81,7 @@ void QcView::checkFastqcFolder(std::size_t samples) const {
   if (found >= samples) return;
   throw CommandError(translated("FastQC's data files of {1} of {2} samples could not be written into {3}",
                                 {std::to_string(samples - found), std::to_string(samples),
-                                 quoteForMessage(platform::pathToUtf8(fastqcFolder_))}));
+                                 quotedName(platform::pathToUtf8(fastqcFolder_))}));
 }
 
 }  // namespace genostat::standalone

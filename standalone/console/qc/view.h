@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/files/output_file.h"
+#include "standalone/console/options.h"
 #include "standalone/console/view/console_view.h"
 
 namespace genostat::standalone {
@@ -12,10 +13,8 @@ namespace genostat::standalone {
 // Shows a job's results as a summary in place of the tables that every job's own syntax makes.
 class QcView : public ConsoleView {
  public:
-  // `csvCopy` gets the result file. The analysis writes FastQC's data files into `fastqcFolder`, unless that
-  // is empty.
-  QcView(const RunOptions& options, std::optional<common::OutputFile> csvCopy,
-         std::filesystem::path fastqcFolder);
+  // `csvCopy` gets the result file.
+  QcView(const QcOptions& options, std::optional<common::OutputFile> csvCopy);
 
   void showResults(const std::filesystem::path& csv) override;
   // Without the place: the syntax that it lies in is nobody's own.
@@ -26,7 +25,8 @@ class QcView : public ConsoleView {
   void checkFastqcFolder(std::size_t samples) const;
 
   std::optional<common::OutputFile> csvCopy_;
-  std::filesystem::path fastqcFolder_;
+  bool safeCsv_;
+  std::filesystem::path fastqcFolder_;  // gets FastQC's data files from the analysis, unless it is empty
 };
 
 }  // namespace genostat::standalone

@@ -22,10 +22,15 @@
     return rows;
   }
 
-  // A spreadsheet takes "-.25**" for a text; without its mark it is a number.
+  // A spreadsheet takes "-.25**" for a text; without its mark it is a number. A text such as "=1+1" it would
+  // compute; with an apostrophe it shows it.
   function forSpreadsheets(table) {
+    const formula = /^\s*(?:[=@]|[+-](?![\d.]+\s*$))/;
     const copy = table.cloneNode(true);
     copy.querySelectorAll(".number sup").forEach((mark) => mark.remove());
+    for (const cell of copy.querySelectorAll("caption, th, td:not(.number)")) {
+      if (formula.test(cell.textContent)) cell.prepend("'");
+    }
     for (const name of ["class", "id", "style", "aria-describedby"]) copy.removeAttribute(name);
     return copy;
   }

@@ -248,6 +248,15 @@ TEST_F(QcConsole, FailsWithoutTheFilesThatWereAskedFor) {
   EXPECT_THAT(readWholeFile(at("kept.csv")), HasSubstr("\ngood,NONE,2,"));
 }
 
+TEST_F(QcConsole, KeepsATableForSpreadsheets) {
+  write("=1+1.fq", kQcReads);
+  EXPECT_EQ(run({"=1+1.fq", "--csv", "exact.csv"}).status, 0);
+  EXPECT_EQ(run({"=1+1.fq", "--csv", "safe.csv", "--safe-csv"}).status, 0);
+  EXPECT_THAT(readWholeFile(at("exact.csv")), HasSubstr("\n=1+1,NONE,2,"));
+  EXPECT_THAT(readWholeFile(at("safe.csv")), HasSubstr("\n'=1+1,NONE,2,"));
+  EXPECT_THAT(run({"good.fq", "--safe-csv"}).err, HasSubstr("--safe-csv requires --csv"));
+}
+
 // The example cohort, and pairs with long names on a narrow terminal.
 TEST_F(QcConsole, ShowsTheKeptSummaries) {
   const fs::path examples = fs::path(GENOSTAT_SOURCE_DIR) / "examples";
