@@ -62,6 +62,9 @@ std::filesystem::path errorDetailsFile(const std::filesystem::path& csv) {
 
 // The sentence in the error-details file, or empty.
 std::string readFailureSentence(const std::filesystem::path& csv) {
+  std::error_code unknown;
+  // A pipe would be read until its writers have gone.
+  if (!std::filesystem::is_regular_file(errorDetailsFile(csv), unknown)) return {};
   const TextFile file = readTextFile(errorDetailsFile(csv));
   if (!file.error.empty()) return {};
   try {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/text/printable_text.h"
 #include "platform/path_text.h"
 #include "platform/private_folder.h"
 #include "platform/running_program.h"
@@ -92,9 +93,9 @@ PrivateFolder::PrivateFolder(const fs::path& base) {
     }
     throw std::system_error(std::make_error_code(std::errc::file_exists));
   } catch (const std::system_error& error) {
-    throw std::runtime_error(
-        translated("cannot make a folder in the temporary folder {1}: {2} (--temp chooses another)",
-                   {"\"" + platform::pathToUtf8(base) + "\"", translatedReason(error.code().message())}));
+    throw std::runtime_error(translated(
+        "cannot make a folder in the temporary folder {1}: {2} (--temp chooses another)",
+        {common::quotedName(platform::pathToUtf8(base)), translatedReason(error.code().message())}));
   }
 }
 
