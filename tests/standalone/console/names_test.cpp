@@ -147,7 +147,7 @@ TEST_F(HostileNames, AreCutInMessages) {
 }
 
 TEST_F(HostileNames, ThatNobodyHasAreMissingInTheSameWords) {
-  for (const std::string& name : {"nothere.fq", "goood.fq", "no\x1Bthere/"}) {
+  for (const std::string name : {"nothere.fq", "goood.fq", "no\x1Bthere/"}) {
     const std::string err = run("genostat-analysis", {"qc", name}).err;
     EXPECT_TRUE(
         err.starts_with("error: cannot read \"" + common::shownName(name) + "\": no such file or folder"))
