@@ -26,6 +26,12 @@ void write(const std::string& line) {
   if (reaction) reaction();
 }
 
+void onLine(const std::string& start, std::function<void()> reaction) {
+  const std::lock_guard lock(mutex);
+  state().trigger = start;
+  state().reaction = std::move(reaction);
+}
+
 std::vector<std::string> takeLines(std::vector<std::string> State::*lines) {
   const std::lock_guard lock(mutex);
   return std::exchange(state().*lines, {});

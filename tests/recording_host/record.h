@@ -26,8 +26,7 @@ struct State {
   int parseResult = 0;
   // What the parser delivers: texts by subcommand and parameter. The text "?" cannot be read.
   std::map<std::string, std::map<std::string, std::vector<std::string>>> command;
-  // Done before a line that begins so is answered.
-  std::string trigger;
+  std::string trigger;  // see onLine
   std::function<void()> reaction;
 
   std::thread::id commandThread;
@@ -39,6 +38,8 @@ struct State {
 State& state();
 // Writes a line for the calling thread.
 void write(const std::string& line);
+// Has `reaction` done when a line that begins so is written, before it is answered; an empty line ends that.
+void onLine(const std::string& start, std::function<void()> reaction);
 // The lines of one of the threads so far, which are then forgotten.
 std::vector<std::string> takeLines(std::vector<std::string> State::*lines);
 // "Table 2" for the second table.

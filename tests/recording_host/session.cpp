@@ -77,6 +77,10 @@ std::vector<std::string> inAnyOrder(std::vector<std::string> lines, const std::s
   return lines;
 }
 
+struct HostFailure : std::exception {
+  const char* what() const noexcept override { return "the host fails"; }
+};
+
 GenoStatAlgoManager& manager() {
   return *GenoStatAlgoManager::getManagerInstance();
 }
@@ -115,7 +119,11 @@ std::string Session::play(const std::string& text) {
       out_ += lines[i + 1] + "\n";
     }
     const auto [action, rest] = cutWord(lines[i - below.size()].substr(2));
-    act(action, rest, below);
+    try {
+      act(action, rest, below);
+    } catch (const HostFailure& failure) {
+      recording::write(std::string("throws: ") + failure.what());
+    }
     showLines(recording::takeLines(&recording::State::commandLines), "");
   }
   return withoutPlaces(out_);
@@ -144,8 +152,7 @@ bool Session::prepare(Words action, Words rest) {
   } else if (action == "refuse") {
     host.parseResult = std::stoi(rest);
   } else if (action == "throw") {
-    host.trigger = inPlace(rest);
-    host.reaction = [] { throw std::runtime_error("the host fails"); };
+    recording::onLine(inPlace(rest), [] { throw HostFailure(); });
   } else if (action == "only") {
     only_ = rest.empty() ? std::vector<std::string>() : split(rest, " | ");
   } else if (action == "describe") {
@@ -184,8 +191,7 @@ void Session::act(Words action, Words rest, const std::vector<std::string>& belo
     showWorker();
   } else if (action == "cancel" && rest.starts_with("at ")) {
     const auto [name, line] = cutWord(rest.substr(3));
-    recording::state().trigger = line;
-    recording::state().reaction = [name] { manager().cancelJob(name); };
+    recording::onLine(line, [job = name] { manager().cancelJob(job); });
   } else if (action == "cancel" && rest == "all") {
     manager().cancellAllJobsPending();
   } else if (action == "cancel") {
@@ -194,6 +200,12 @@ void Session::act(Words action, Words rest, const std::vector<std::string>& belo
     show(manager().isJobPendingOrRunning(rest));
   } else if (action == "full") {
     show(manager().isQueueFull());
+  } else if (action == "nothing") {
+    show(cancelGenoJob(nullptr, "running"));
+    show(cancelGenoJob(&manager(), nullptr));
+    manager().addJobToQueue(nullptr);
+    manager().postOutputToDisplay(nullptr, nullptr);
+    manager().cleanUpCSVFileCreated(nullptr);
   } else if (action == "load") {
     cacheCommonBlocks();
     for (const void* block : commonBlocks()) {
@@ -220,11 +232,7 @@ void Session::command(const std::vector<std::string>& below) {
     std::vector<std::string>& texts = params[rest.substr(0, colon)];
     if (colon < rest.size()) texts = split(inPlace(rest.substr(std::min(colon + 2, rest.size()))), " | ");
   }
-  try {
-    GENOSTAT();
-  } catch (const std::exception& error) {
-    recording::write(std::string("GENOSTAT throws ") + error.what());
-  }
+  GENOSTAT();
 }
 
 void Session::fill(int jobs) {

@@ -61,9 +61,10 @@ TEST(FillTemplate, SubstitutesOnceAndDropsBlankLines) {
       {"{{A}} one {{tail", "1 one {{tail one {{tail"},  // the open rest is doubled
       {"{{A}}}}", "1}}"},
       {"{{{A}}}", "{{{A}}}"},
+      {"{{azAZ09_}} {{@}}", "2 {{@}}"},  // what names are made of
       {"", ""},
   };
-  const ValueMap values = {{"A", "1"}, {"B", "{{A}}"}, {"E", ""}};
+  const ValueMap values = {{"A", "1"}, {"B", "{{A}}"}, {"E", ""}, {"azAZ09_", "2"}, {"@", "3"}};
   for (const Row& row : rows) {
     EXPECT_EQ(fillTemplate({{"T", row.text}}, "T", values), row.expected) << row.text;
   }
