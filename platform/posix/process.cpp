@@ -12,7 +12,6 @@
 #include <cstring>
 #include <new>
 #include <optional>
-#include <ranges>
 #include <span>
 #include <string_view>
 #include <thread>
@@ -183,8 +182,9 @@ bool killTree(pid_t root) {
   if (hasEnded(readStat(root))) return false;
   bool ended = false;
   const std::vector<pid_t> tree = frozenTree(root);
-  for (const pid_t id : std::views::reverse(tree)) {
-    ended = kill(id, SIGKILL) == 0;
+  // Not every compiler takes a reversed view of it.
+  for (auto id = tree.rbegin(); id != tree.rend(); ++id) {
+    ended = kill(*id, SIGKILL) == 0;
   }
   return ended;
 }
