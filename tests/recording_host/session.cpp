@@ -12,6 +12,7 @@
 #include "entry/common_blocks.h"
 #include "entry/genostat.h"
 #include "entry/record/geno_job_settings.h"
+#include "entry/record/genomic_parser_exception.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "tests/recording_host/record.h"
 #include "tests/support/stub_launcher.h"
@@ -206,6 +207,14 @@ void Session::act(Words action, Words rest, const std::vector<std::string>& belo
     manager().addJobToQueue(nullptr);
     manager().postOutputToDisplay(nullptr, nullptr);
     manager().cleanUpCSVFileCreated(nullptr);
+  } else if (action == "texts") {
+    for (std::uint32_t code = 0; code <= 23; ++code) {
+      out_ += std::string(commandErrorText(static_cast<CommandErrorCode>(code))) + "\n";
+    }
+    for (std::uint32_t value = 0; value <= 4; ++value) {
+      out_ += std::string(adapterKeyword(static_cast<AdapterType>(value))) + " " +
+              regressionKeyword(static_cast<RegressionMethod>(value)) + "\n";
+    }
   } else if (action == "load") {
     cacheCommonBlocks();
     for (const void* block : commonBlocks()) {

@@ -18,6 +18,7 @@
 //   > ended NAME               waits until no job of that name waits or runs; shows what the worker has done
 //   > cancel NAME, > cancel all, > find NAME, > full
 //   > nothing                  gives null pointers to all that a client may call
+//   > texts                    all texts of errors and all keywords, and what stands for values beyond
 //   > load                     what loading the module does
 //   > end                      deletes the manager
 //   > only LINE | LINE         shows only lines that begin so from here on; without LINE all
