@@ -202,6 +202,17 @@ def analyser_tells_its_progress(place):
         check("stdin,NONE,500," in (place.folder / "qc.csv").read_text(), "the table")
 
 
+@case
+def data_on_a_terminal_steers_nothing(place):
+    (place.folder / "\x1b[2J\u009b2Jreads.fq").write_text("@a\nG\n+\n5\n")
+    with place.terminal(columns=200, rows=60) as terminal:
+        for command in ("genostat-analysis qc", "genostat-analysis qc --json -", "genostat qc --print-syntax",
+                        "genostat qc --output json"):
+            terminal.clear()
+            check(terminal.run(command + " *reads.fq") == 0, command, terminal.screen())
+            check(r"\x9B2Jreads" in terminal.everything(), "the name can be read: " + command, terminal.screen())
+
+
 PROMPT = r"^genostat> ?\Z"
 JOB = "GENOSTAT /JOB NAME='check' FILE='control.fastq'."
 
