@@ -14,7 +14,8 @@ namespace genostat::analysis {
 // name whole or not at all. A failure is written to the error-details file beside it, or to standard error
 // where that is impossible; a job that succeeds leaves no such file. While it runs,
 // <result>.progress says how far it is. Where the environment has GENOSTAT_FASTQC_DATA, FastQC's data files
-// are written into that folder as well; that failing is only a warning.
+// are written into that folder as well; that failing is only a warning. No link at the place of a file is
+// followed: in a folder that users share, another one may have put it there.
 ExitCode runRequest(std::string_view payload);
 
 // For one that runs and that nobody waits for any more, before the program is ended: removes its progress.
