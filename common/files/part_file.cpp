@@ -25,17 +25,6 @@ constexpr std::string_view kPartEnding = ".genostat-part";
 
 constexpr std::chrono::hours kGivenUp{24};
 
-// In characters that every file system takes.
-std::string safeHostName() {
-  constexpr std::size_t kLongest = 64;
-  std::string name = platform::hostName().substr(0, kLongest);
-  const auto isSafe = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
-  };
-  std::ranges::replace_if(name, std::not_fn(isSafe), '_');
-  return name.empty() ? "host" : name;
-}
-
 // Takes "-<number>" off the end; false where there is none.
 bool dropNumber(std::string_view& text) {
   const std::size_t last = text.find_last_not_of("0123456789");
@@ -73,6 +62,16 @@ fs::path existingPlace(const fs::path& folder) {
 }
 
 }  // namespace
+
+std::string safeHostName() {
+  constexpr std::size_t kLongest = 64;
+  std::string name = platform::hostName().substr(0, kLongest);
+  const auto isSafe = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+  };
+  std::ranges::replace_if(name, std::not_fn(isSafe), '_');
+  return name.empty() ? "host" : name;
+}
 
 LockedFile createPart(const fs::path& folder, LockedFile::FolderLink link) {
   constexpr int kMostTaken = 10'000;

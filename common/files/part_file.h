@@ -8,12 +8,17 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 
 #include "platform/locked_file.h"
 
 namespace genostat::common {
 
 using platform::LockedFile;
+
+// This computer's name, in characters that every file system takes: for names of files and folders whose
+// locks no other computer may see.
+std::string safeHostName();
 
 // Creates a part file in a folder; an empty path is the current one. Failures as in LockedFile.
 LockedFile createPart(const std::filesystem::path& folder,

@@ -13,6 +13,7 @@
 #include "platform/path_text.h"
 #include "standalone/language/translation.h"
 #include "standalone/services/host_folders.h"
+#include "standalone/session/quoted_path.h"
 #include "standalone/session/requirements.h"
 #include "standalone/syntax/text_file.h"
 
@@ -32,10 +33,6 @@ constexpr auto kCommandPatience = 2s;
 
 std::string shownJobName(const std::string& name) {
   return name.empty() ? translated("(unnamed)") : common::shownName(name);
-}
-
-std::string quotedPath(const std::filesystem::path& path) {
-  return quotedName(platform::pathToUtf8(path));
 }
 
 }  // namespace

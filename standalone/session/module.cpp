@@ -3,11 +3,10 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "common/text/printable_text.h"
 #include "jobs/geno_stat_algo_manager.h"
 #include "platform/dynamic_library.h"
-#include "platform/path_text.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/quoted_path.h"
 
 namespace genostat::standalone {
 
@@ -16,7 +15,7 @@ namespace {
 constexpr const char* kModuleName = "zorvwgnm";
 
 std::string describe(const std::filesystem::path& file) {
-  return translated("the module {1}", {common::quotedName(platform::pathToUtf8(file))});
+  return translated("the module {1}", {quotedPath(file)});
 }
 
 template <auto method>

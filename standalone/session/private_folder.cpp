@@ -9,11 +9,11 @@
 #include <utility>
 #include <vector>
 
-#include "common/text/printable_text.h"
+#include "common/files/part_file.h"
 #include "platform/path_text.h"
 #include "platform/private_folder.h"
-#include "platform/running_program.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/quoted_path.h"
 
 namespace genostat::standalone {
 
@@ -25,14 +25,9 @@ constexpr int kMostAttempts = 100;
 constexpr const char* kLockName = "session.lock";
 constexpr std::string_view kDigits = "0123456789abcdef";
 constexpr std::size_t kRandomDigits = 16;
-constexpr std::size_t kMostOfHost = 32;
 
-// "genostat-<computer>-", in characters that suit every file system.
 std::string beginningOfNames() {
-  std::string host = platform::hostName().substr(0, kMostOfHost);
-  std::ranges::replace_if(
-      host, [](char c) { return (c < '0' || c > '9') && (c < 'A' || c > 'Z') && (c < 'a' || c > 'z'); }, '_');
-  return "genostat-" + host + "-";
+  return "genostat-" + common::safeHostName() + "-";
 }
 
 std::string randomDigits() {
@@ -93,9 +88,9 @@ PrivateFolder::PrivateFolder(const fs::path& base) {
     }
     throw std::system_error(std::make_error_code(std::errc::file_exists));
   } catch (const std::system_error& error) {
-    throw std::runtime_error(translated(
-        "cannot make a folder in the temporary folder {1}: {2} (--temp chooses another)",
-        {common::quotedName(platform::pathToUtf8(base)), translatedReason(error.code().message())}));
+    throw std::runtime_error(
+        translated("cannot make a folder in the temporary folder {1}: {2} (--temp chooses another)",
+                   {quotedPath(base), translatedReason(error.code().message())}));
   }
 }
 

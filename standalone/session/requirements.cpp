@@ -6,12 +6,10 @@
 #include <vector>
 
 #include "common/files/part_file.h"
-#include "common/text/printable_text.h"
 #include "platform/launcher_folder.h"
-#include "platform/path_text.h"
 #include "platform/process.h"
-#include "platform/running_program.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/quoted_path.h"
 #include "standalone/syntax/keyword.h"
 
 namespace genostat::standalone {
@@ -19,10 +17,6 @@ namespace genostat::standalone {
 namespace {
 
 constexpr const char* kLauncherName = "statisticspython3";
-
-std::string quoted(const std::filesystem::path& path) {
-  return common::quotedName(platform::pathToUtf8(path));
-}
 
 // Tried by writing, as permissions alone do not say enough.
 std::string whyNotWritable(const std::filesystem::path& folder) {
@@ -69,31 +63,31 @@ std::string missingRequirement(const HostFolders& folders) {
   std::error_code ignored;
   const std::filesystem::path launcher = launcherIn(folders);
   if (!std::filesystem::is_regular_file(launcher, ignored)) {
-    return translated("the analysis cannot be started: the launcher {1} is missing", {quoted(launcher)});
+    return translated("the analysis cannot be started: the launcher {1} is missing", {quotedPath(launcher)});
   }
   constexpr auto kAnyoneExecutes = std::filesystem::perms::owner_exec | std::filesystem::perms::group_exec |
                                    std::filesystem::perms::others_exec;
   if ((std::filesystem::status(launcher, ignored).permissions() & kAnyoneExecutes) ==
       std::filesystem::perms::none) {
     return translated("the analysis cannot be started: the launcher {1} is not executable",
-                      {quoted(launcher)});
+                      {quotedPath(launcher)});
   }
   if (std::filesystem::is_regular_file(folders.temporary, ignored)) {
     return translated(
         "the analysis cannot be started: the temporary folder {1} is a file (--temp chooses another)",
-        {quoted(folders.temporary)});
+        {quotedPath(folders.temporary)});
   }
   if (!std::filesystem::is_directory(folders.temporary, ignored)) {
     return translated(
         "the analysis cannot be started: the temporary folder {1} does not exist (--temp chooses another)",
-        {quoted(folders.temporary)});
+        {quotedPath(folders.temporary)});
   }
   const std::string reason = whyNotWritable(folders.temporary);
   if (reason.empty()) return {};
   return translated(
       "the analysis cannot be started: cannot write to the temporary folder {1}: {2} (--temp chooses "
       "another)",
-      {quoted(folders.temporary), reason});
+      {quotedPath(folders.temporary), reason});
 }
 
 std::size_t parameterSize(std::span<const std::string> names) {
@@ -119,7 +113,7 @@ std::string whyNotStarted(const std::string& shownName, std::size_t parameterSiz
   std::error_code ignored;
   if (!std::filesystem::is_directory(folders.temporary, ignored)) {
     return translated("job '{1}' could not be started: the temporary folder {2} is gone",
-                      {shownName, quoted(folders.temporary)});
+                      {shownName, quotedPath(folders.temporary)});
   }
   const std::size_t longest = platform::longestParameters(folders.installation);
   if (parameterSize > longest) {
@@ -129,7 +123,7 @@ std::string whyNotStarted(const std::string& shownName, std::size_t parameterSiz
         {shownName, std::to_string(parameterSize), std::to_string(longest)});
   }
   return translated("job '{1}' could not be started: its launcher {2} did not start",
-                    {shownName, quoted(launcherIn(folders))});
+                    {shownName, quotedPath(launcherIn(folders))});
 }
 
 }  // namespace genostat::standalone
