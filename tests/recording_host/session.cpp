@@ -20,7 +20,10 @@
 class GenoStatAlgoManagerTestPeer {
  public:
   // The module makes one manager and never deletes it; each session has its own.
-  static void makeManager() { GenoStatAlgoManager::m_pAlgoMgr = new GenoStatAlgoManager; }
+  static void makeManager() {
+    delete GenoStatAlgoManager::getManagerInstance();
+    GenoStatAlgoManager::m_pAlgoMgr = new GenoStatAlgoManager;
+  }
 };
 
 namespace genostat::test {
@@ -99,7 +102,6 @@ Session::Session() : home_(folder_.path() / "home"), temp_(folder_.path() / "tem
   host.home = platform::pathToNarrow(home_ / "");
   host.temp = platform::pathToNarrow(temp_);
   host.commandThread = std::this_thread::get_id();
-  GenoStatAlgoManager::getManagerInstance();
   GenoStatAlgoManagerTestPeer::makeManager();
   testing::internal::CaptureStderr();
 }
