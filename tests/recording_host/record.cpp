@@ -23,6 +23,7 @@ void write(const std::string& line) {
     (command ? state().commandLines : state().workerLines).push_back(line);
     if (!state().trigger.empty() && line.starts_with(state().trigger)) reaction = state().reaction;
   }
+  if (state().onEachLine) state().onEachLine(line);
   if (reaction) reaction();
 }
 

@@ -26,6 +26,8 @@ struct State {
   int parseResult = 0;
   // What the parser delivers: texts by subcommand and parameter. The text "?" cannot be read.
   std::map<std::string, std::map<std::string, std::vector<std::string>>> command;
+  // Gets each line after it was written down, on the calling thread. Set while the module is idle.
+  std::function<void(const std::string&)> onEachLine;
   std::string trigger;  // see onLine
   std::function<void()> reaction;
 

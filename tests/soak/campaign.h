@@ -13,7 +13,6 @@
 
 #include "platform/process.h"
 #include "platform/running_program.h"
-#include "tests/support/test_host.h"
 
 // Of the sanitizers' run-time libraries; missing without them.
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();
@@ -84,9 +83,9 @@ class Campaign {
 };
 
 // A launcher that costs next to nothing (soak_launcher.cpp).
-inline void useCheapLauncher(const TestHost& host) {
+inline void useCheapLauncher(const std::filesystem::path& home) {
   const std::string launcher = std::string("statisticspython3") + platform::kLauncherSuffix;
-  std::filesystem::copy_file(platform::programFolder() / "soak_launcher", host.home() / launcher,
+  std::filesystem::copy_file(platform::programFolder() / "soak_launcher", home / launcher,
                              std::filesystem::copy_options::overwrite_existing);
 }
 

@@ -86,6 +86,7 @@ def shards():
         Shard("jobs", "jobs-tsan", 3, program("linux-tsan", "soak_jobs")),
         Shard("jobs", "jobs-asan", 3, program("linux-asan", "soak_jobs")),
         Shard("faults", "faults", 2, program("linux-asan", "soak_faults")),
+        Shard("faults", "calls", 1, program("linux-asan", "soak_calls")),
         Shard("launchers", "launchers", 2, script("soak_launchers.py")),
         Shard("sessions", "sessions-1", 3, script("soak_sessions.py")),
         Shard("sessions", "sessions-2", 3, script("soak_sessions.py", 1000)),

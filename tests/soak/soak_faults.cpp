@@ -15,6 +15,7 @@
 #include "standalone/output/output_document.h"
 #include "standalone/services/current.h"
 #include "tests/soak/campaign.h"
+#include "tests/support/test_host.h"
 
 namespace {
 
@@ -74,7 +75,9 @@ std::string runCommand(const std::string& text) {
 // One life of the host. What fails is counted from 1.
 class Round {
  public:
-  explicit Round(const Campaign& campaign) : campaign_(campaign) { genostat::test::useCheapLauncher(host_); }
+  explicit Round(const Campaign& campaign) : campaign_(campaign) {
+    genostat::test::useCheapLauncher(host_.home());
+  }
 
   void run(long allocation, long message) {
     const std::string fault =

@@ -12,6 +12,7 @@
 #include "jobs/geno_stat_algo_manager.h"
 #include "standalone/services/current.h"
 #include "tests/soak/campaign.h"
+#include "tests/support/test_host.h"
 
 class GenoStatAlgoManagerTestPeer {
  public:
@@ -84,7 +85,7 @@ class Round {
         number_(number),
         client_(campaign),
         manager_(GenoStatAlgoManagerTestPeer::make()) {
-    genostat::test::useCheapLauncher(host_);
+    genostat::test::useCheapLauncher(host_.home());
     genostat::standalone::setCurrentAdapter(&client_);
   }
   void run() {
