@@ -4,6 +4,8 @@
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
+#include <list>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -62,23 +64,28 @@ auto forSample(const Sample& sample, const Step& step) {
 
 class Crew {
  public:
-  Crew(const std::vector<Sample>& samples, const CrewOptions& options)
-      : options_(options), resultOptions_{options.adapter, options.phredOffset}, tasks_(samples.size()) {
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-      tasks_[i].sample = &samples[i];
-      order_.push_back(i);
+  Crew(const std::vector<Sample>& samples, const CrewOptions& options, const OutcomeSink& sink,
+       unsigned threads)
+      : samples_(samples),
+        options_(options),
+        resultOptions_{options.adapter, options.phredOffset, options.keepGoing},
+        sink_(sink),
+        threads_(threads),
+        end_(samples.size()) {
+    // Nobody knows when a stream goes on, and a read of it cannot be given up: it must not keep a failure of
+    // another sample waiting.
+    for (const bool streams : {false, true}) {
+      for (std::size_t i = 0; i < samples.size(); ++i) {
+        if (samples[i].isStandardInput == streams) order_.push_back(i);
+      }
     }
-    // Nobody knows when standard input goes on, and a read of it cannot be given up: it must not keep a
-    // failure of another sample waiting.
-    std::stable_partition(order_.begin(), order_.end(),
-                          [&](std::size_t index) { return !samples[index].isStandardInput; });
   }
 
-  std::vector<SampleResult> run(unsigned threads) {
+  void run() {
     std::vector<std::jthread> others;
-    others.reserve(threads - 1);
+    others.reserve(threads_ - 1);
     try {
-      while (others.size() + 1 < threads) {
+      while (others.size() + 1 < threads_) {
         others.emplace_back([this] { work(); });
       }
     } catch (const std::exception&) {
@@ -86,25 +93,18 @@ class Crew {
     }
     work();
     others.clear();
-    std::vector<SampleResult> results;
-    results.reserve(tasks_.size());
-    for (Task& task : tasks_) {
-      if (task.failure) std::rethrow_exception(task.failure);
-      results.push_back(std::move(*task.result));
-    }
-    return results;
+    if (failure_) std::rethrow_exception(failure_);
   }
 
  private:
-  // All members are guarded by mutex_, except that the threads of a sample use its run.
+  // A sample that is being measured.
   struct Task {
-    const Sample* sample = nullptr;
-    std::shared_ptr<SampleRun> run;      // from its opening to its end
-    SampleProgress* progress = nullptr;  // likewise, if anybody asks for it
-    unsigned workers = 0;
-    std::optional<SampleResult> result;
-    std::exception_ptr failure;
+    std::size_t index;
+    std::shared_ptr<SampleRun> run{};    // once it is open
+    SampleProgress* progress = nullptr;  // if anybody asks for it
+    unsigned workers = 1;
   };
+  using Outcome = std::variant<SampleResult, std::exception_ptr>;
 
   // One thread's part of the job.
   void work() {
@@ -123,8 +123,7 @@ class Crew {
       if (Task* const next = beginNext()) return next;
       Task* helped = nullptr;
       bool opening = false;
-      for (Task& task : tasks_) {
-        if (task.workers == 0) continue;
+      for (Task& task : active_) {
         if (!task.run) {
           opening = true;
         } else if (!task.run->exhausted() && (helped == nullptr || task.workers < helped->workers)) {
@@ -139,20 +138,21 @@ class Crew {
 
   // Null when there is none, or none yet.
   Task* beginNext() {
-    for (; begun_ < order_.size(); ++begun_) {
-      Task& task = tasks_[order_[begun_]];
-      if (order_[begun_] >= end_) continue;
-      const bool alone =
-          std::all_of(tasks_.begin(), tasks_.end(), [](const Task& t) { return t.workers == 0; });
-      if (task.sample->isStandardInput && !alone) return nullptr;
+    while (begun_ < order_.size() && order_[begun_] >= end_) {
       ++begun_;
-      task.workers = 1;
-      return &task;
     }
-    return nullptr;
+    if (begun_ == order_.size()) return nullptr;
+    const std::size_t index = order_[begun_];
+    if (samples_[index].isStandardInput ? !active_.empty() : isFarAhead()) return nullptr;
+    ++begun_;
+    return &active_.emplace_back(Task{index});
   }
 
-  std::size_t indexOf(const Task& task) const { return static_cast<std::size_t>(&task - tasks_.data()); }
+  // Whether enough samples wait for an earlier one. For a stream, which comes last, all of them have to.
+  bool isFarAhead() const {
+    return finished_.size() >= 2 * std::size_t{threads_} + kFewOutcomes &&
+           !samples_[delivered_].isStandardInput;
+  }
 
   // Makes sure that the sample is open; false when it could not be opened.
   bool open(Task& task) {
@@ -161,38 +161,34 @@ class Crew {
       if (task.run) return true;
     }
     // Only the thread that begins a sample comes here: it cannot be helped before.
+    const Sample& sample = samples_[task.index];
     std::shared_ptr<SampleRun> run;
     SampleProgress* progress = nullptr;
     std::exception_ptr failure;
     try {
-      if (options_.progress != nullptr) {
-        progress = &options_.progress->begin(task.sample->name, sizeOf(*task.sample));
-      }
-      run = forSample(*task.sample, [&] {
-        return std::make_shared<SampleRun>(openChunks(openSample(*task.sample)), resultOptions_, pool_,
-                                           progress);
+      if (options_.progress != nullptr) progress = &options_.progress->begin(sample.name, sizeOf(sample));
+      if (sample.failure) throw Failure(*sample.failure);
+      run = forSample(sample, [&] {
+        return std::make_shared<SampleRun>(openChunks(openSample(sample)), resultOptions_, pool_, progress);
       });
     } catch (...) {
       failure = std::current_exception();
     }
-    const std::scoped_lock lock(mutex_);
+    if (failure && progress != nullptr) options_.progress->end(*progress);
+    std::unique_lock lock(mutex_);
+    if (failure) {
+      finish(task, failure, lock);
+      return false;
+    }
     task.run = std::move(run);
     task.progress = progress;
-    if (failure) {
-      task.workers = 0;
-      fail(task, failure);
-      if (progress != nullptr) options_.progress->end(*progress);
-    } else if (indexOf(task) >= end_) {
-      task.run->stop();
-    }
+    if (task.index >= end_) task.run->stop();
     changed_.notify_all();
-    return !failure;
+    return true;
   }
 
   // The last thread to leave a sample finishes it.
   void leave(Task& task) {
-    std::shared_ptr<SampleRun> run;
-    SampleProgress* progress = nullptr;
     bool wanted = false;
     {
       const std::scoped_lock lock(mutex_);
@@ -201,53 +197,115 @@ class Crew {
         return;
       }
       // Nobody joins any more: the run is exhausted.
-      run = std::move(task.run);
-      progress = task.progress;
-      wanted = indexOf(task) < end_;
+      wanted = task.index < end_;
     }
-    std::optional<SampleResult> result;
-    std::exception_ptr failure;
+    Outcome outcome;
     if (wanted) {
       try {
-        result = forSample(*task.sample, [&] { return run->result(); });
+        outcome = forSample(samples_[task.index], [&] { return task.run->result(); });
+      } catch (...) {
+        outcome = std::current_exception();
+      }
+    }
+    if (task.progress != nullptr) options_.progress->end(*task.progress);
+    std::unique_lock lock(mutex_);
+    finish(task, std::move(outcome), lock);
+  }
+
+  // The task is gone afterwards.
+  void finish(Task& task, Outcome outcome, std::unique_lock<std::mutex>& lock) {
+    const std::size_t index = task.index;
+    // Its memory is given back outside the lock, in the end.
+    const std::shared_ptr<SampleRun> run = std::move(task.run);
+    active_.remove_if([&](const Task& one) { return &one == &task; });
+    if (index < end_) {
+      if (const auto* failure = std::get_if<std::exception_ptr>(&outcome);
+          failure != nullptr && !(options_.keepGoing && isFailure(*failure))) {
+        giveUpFrom(index, *failure);
+      } else {
+        finished_.emplace(index, std::move(outcome));
+        deliver(lock);
+      }
+    }
+    changed_.notify_all();
+    lock.unlock();
+  }
+
+  // Hands on what is next in order. One thread does it at a time, without the lock: the others need not wait.
+  void deliver(std::unique_lock<std::mutex>& lock) {
+    if (delivering_) return;
+    delivering_ = true;
+    while (delivered_ < end_) {
+      auto next = finished_.extract(delivered_);
+      if (next.empty()) break;
+      lock.unlock();
+      std::exception_ptr failure;
+      try {
+        sink_(next.key(), publicOutcome(std::move(next.mapped())));
       } catch (...) {
         failure = std::current_exception();
       }
+      lock.lock();
+      ++delivered_;
+      if (failure) giveUpFrom(0, failure);
+      changed_.notify_all();
     }
-    run.reset();
-    if (progress != nullptr) options_.progress->end(*progress);
-    const std::scoped_lock lock(mutex_);
-    task.workers = 0;
-    task.result = std::move(result);
-    if (failure) fail(task, failure);
-    changed_.notify_all();
+    delivering_ = false;
   }
 
-  // Gives up the samples after a failed one: the first failure is the one that is reported.
-  void fail(Task& task, const std::exception_ptr& failure) {
-    task.failure = failure;
-    end_ = std::min(end_, indexOf(task));
-    for (std::size_t i = end_ + 1; i < tasks_.size(); ++i) {
-      if (tasks_[i].run) tasks_[i].run->stop();
+  // The failure of the first sample is the one that is reported.
+  void giveUpFrom(std::size_t index, const std::exception_ptr& failure) {
+    failure_ = failure;
+    end_ = index;
+    for (const Task& task : active_) {
+      if (task.index >= end_ && task.run) task.run->stop();
     }
   }
 
+  static bool isFailure(const std::exception_ptr& exception) {
+    try {
+      std::rethrow_exception(exception);
+    } catch (const Failure&) {
+      return true;
+    } catch (...) {
+      return false;
+    }
+  }
+
+  static SampleOutcome publicOutcome(Outcome outcome) {
+    if (auto* result = std::get_if<SampleResult>(&outcome)) return std::move(*result);
+    try {
+      std::rethrow_exception(std::get<std::exception_ptr>(outcome));
+    } catch (const Failure& failure) {
+      return failure;
+    }
+  }
+
+  static constexpr std::size_t kFewOutcomes = 8;
+
+  const std::vector<Sample>& samples_;
   const CrewOptions& options_;
   const ResultOptions resultOptions_;
+  const OutcomeSink& sink_;
+  const unsigned threads_;
   BatchPool pool_;
-  std::mutex mutex_;                 // guards all that follow
-  std::condition_variable changed_;  // a sample was opened, or has ended
-  std::vector<Task> tasks_;
-  std::vector<std::size_t> order_;   // of beginning: indices of tasks_
-  std::size_t begun_ = 0;            // so many of order_ have been begun, or passed over
-  std::size_t end_ = tasks_.size();  // the first task that failed: none after it is begun
+  std::vector<std::size_t> order_;   // of beginning: indices of samples
+  std::mutex mutex_;                 // guards all that follow, except that a sample's threads use its run
+  std::condition_variable changed_;  // a sample was opened, has ended or was handed on
+  std::list<Task> active_;           // in the order of their beginning
+  std::map<std::size_t, Outcome> finished_;  // that wait for earlier ones
+  std::size_t begun_ = 0;                    // so many of order_ have been begun, or passed over
+  std::size_t delivered_ = 0;                // so many outcomes were handed on
+  bool delivering_ = false;                  // a thread is
+  std::size_t end_;                          // none from this one on is begun or handed on
+  std::exception_ptr failure_;               // why
 };
 
 }  // namespace
 
-std::vector<SampleResult> measureSamples(const std::vector<Sample>& samples, const CrewOptions& options) {
+void measureSamples(const std::vector<Sample>& samples, const CrewOptions& options, const OutcomeSink& sink) {
   const unsigned threads = options.threads > 0 ? options.threads : std::thread::hardware_concurrency();
-  return Crew(samples, options).run(std::max(threads, 1U));
+  Crew(samples, options, sink, std::max(threads, 1U)).run();
 }
 
 }  // namespace genostat::analysis

@@ -15,12 +15,10 @@
 #include <vector>
 
 #include "analysis/crew.h"
+#include "analysis/outputs.h"
 #include "analysis/report/error_details.h"
-#include "analysis/report/fastqc_folder.h"
 #include "analysis/report/progress.h"
 #include "analysis/report/progress_file.h"
-#include "analysis/report/result_csv.h"
-#include "analysis/report/result_json.h"
 #include "analysis/request/request.h"
 #include "analysis/request/samples.h"
 #include "common/cli/columns.h"
@@ -30,7 +28,6 @@
 #include "common/text/ascii.h"
 #include "common/text/nearest_word.h"
 #include "common/text/printable_text.h"
-#include "common/text/spreadsheet_text.h"
 #include "common/text/utf8.h"
 #include "platform/environment.h"
 #include "platform/path_text.h"
@@ -52,32 +49,6 @@ void printLine(const char* kind, const std::string& text) {
   std::cerr << std::string(eraseBelow) + kind + ": " + common::printableText(text) + "\n" << std::flush;
 }
 
-std::vector<ResultRow> rowsOf(const std::vector<Sample>& samples, const CrewOptions& options) {
-  std::vector<SampleResult> results = measureSamples(samples, options);
-  std::vector<ResultRow> rows;
-  rows.reserve(samples.size());
-  for (std::size_t i = 0; i < samples.size(); ++i) {
-    const Sample& sample = samples[i];
-    const std::string file(sample.isStandardInput ? kStandardStream : sample.givenPath);
-    rows.push_back({sample.name, file, sample.fileName, options.adapter.kind, std::move(results[i])});
-  }
-  return rows;
-}
-
-// Finds early what would make an output fail, or cost the reads themselves: then the failure has this `code`.
-// The trial file does not stay: a job that is killed while it reads leaves nothing behind.
-void tryOutput(const std::filesystem::path& target, const std::vector<Sample>& samples, ExitCode code,
-               common::PlaceLink link) {
-  for (const Sample& sample : samples) {
-    std::error_code different;
-    if (std::filesystem::equivalent(target, sample.path, different)) {
-      const std::string path = platform::pathToUtf8(target);
-      throw Failure(code, path, common::cannotWrite(path, "this is one of the files to measure"));
-    }
-  }
-  writeOutput(target, [&] { common::OutputFile trial(target, link); });
-}
-
 // Of all files together; 0 where one of them has no size.
 std::uint64_t bytesOf(const std::vector<Sample>& samples) {
   std::uint64_t bytes = 0;
@@ -93,46 +64,88 @@ std::uint64_t bytesOf(const std::vector<Sample>& samples) {
 // A job's files lie where a host put them, which may be a folder that others share.
 constexpr common::PlaceLink kPlaceOfJob = common::PlaceLink::Replace;
 
+using Outputs = std::vector<std::unique_ptr<JobOutput>>;
+
+// Measures the samples into the outputs, which are still to be finished. Returns the failures of samples that
+// the job has survived.
+std::vector<Failure> measureInto(const Outputs& outputs, const std::vector<Sample>& samples,
+                                 const CrewOptions& options) {
+  std::vector<Failure> failures;
+  measureSamples(samples, options, [&](std::size_t i, SampleOutcome outcome) {
+    const Sample& sample = samples[i];
+    ResultRow row = {sample.name,
+                     std::string(sample.isStandardInput ? kStandardStream : sample.givenPath),
+                     sample.fileName,
+                     options.adapter.kind,
+                     {},
+                     {}};
+    if (auto* const result = std::get_if<SampleResult>(&outcome)) {
+      row.result = std::move(*result);
+    } else {
+      failures.push_back(std::get<Failure>(outcome));
+      row.notRead = failures.back().what();
+    }
+    for (const auto& output : outputs) {
+      output->add(row);
+    }
+  });
+  return failures;
+}
+
+void finish(const Outputs& outputs) {
+  for (const auto& output : outputs) {
+    output->finish();
+  }
+}
+
+// Beside the result: why samples were not read.
+std::filesystem::path notReadFileOf(std::filesystem::path result) {
+  result += ".notread";
+  return result;
+}
+
+// The outputs of a launched job. What its environment asks for beside the result may fail without it.
+Outputs launchedOutputs(const std::filesystem::path& target, const std::vector<Sample>& samples) {
+  Outputs outputs;
+  const auto warn = [](const std::string& sentence) { printLine("warning", sentence); };
+  try {
+    const std::filesystem::path folder = platform::environmentPath("GENOSTAT_FASTQC_DATA");
+    if (!folder.empty()) {
+      tryFolder(folder);
+      outputs.push_back(fastqcOutput(folder, samples, warn));
+    }
+  } catch (const std::exception& error) {
+    warn(error.what());
+  }
+  outputs.push_back(notReadOutput(notReadFileOf(target), kPlaceOfJob));
+  // Last: where it stands, all is there.
+  outputs.push_back(csvOutput(TextOutput(target, kPlaceOfJob), false));
+  return outputs;
+}
+
 // Measures the samples and writes the result file.
-std::vector<ResultRow> analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
-                                   CrewOptions options) {
+void analyseInto(const std::filesystem::path& target, const std::vector<Sample>& samples,
+                 CrewOptions options) {
   common::removeAbandonedPartsOnce(target.parent_path(), removeAbandonedProgress);
   tryOutput(target, samples, ExitCode::OutputFailed, kPlaceOfJob);
   JobProgress progress(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressFile progressFile(progress, target, {});
-  std::vector<ResultRow> rows = rowsOf(samples, options);
-  const std::string csv = resultCsv(rows);
-  writeOutput(target, [&] { common::writeFile(target, csv, kPlaceOfJob); });
-  return rows;
-}
-
-// As tryOutput, for a folder, which need not exist.
-void tryFolder(const std::filesystem::path& folder) {
-  writeOutput(folder, [&] { common::tryFolder(folder); });
-}
-
-// What the launcher's environment asks for beside the result. The job does not depend on it.
-void writeFastqcDataIfAsked(const std::vector<ResultRow>& rows) {
-  try {
-    const std::filesystem::path folder = platform::environmentPath("GENOSTAT_FASTQC_DATA");
-    if (folder.empty()) return;
-    tryFolder(folder);
-    writeFastqcFolder(folder, rows);
-  } catch (const std::exception& error) {
-    printLine("warning", error.what());
-  }
+  const Outputs outputs = launchedOutputs(target, samples);
+  const std::vector<Failure> failures = measureInto(outputs, samples, options);
+  // Where nothing at all could be read, the job has failed.
+  if (!failures.empty() && failures.size() == samples.size()) throw failures.front();
+  finish(outputs);
 }
 
 // Runs a whole job; `report` gets its failure.
-ExitCode runGuarded(const std::function<void()>& job, const std::function<void(const Failure&)>& report) {
+ExitCode runGuarded(const std::function<ExitCode()>& job, const std::function<void(const Failure&)>& report) {
   const auto fail = [&](const Failure& failure) {
     report(failure);
     return failure.code();
   };
   try {
-    job();
-    return ExitCode::Success;
+    return job();
   } catch (const Failure& failure) {
     return fail(failure);
   } catch (const std::bad_alloc&) {
@@ -184,20 +197,6 @@ void refuseSharedOutput(const QcOptions& options) {
   throw Failure(ExitCode::WrongArguments, options.json, "--csv and --json cannot both go to " + shared);
 }
 
-void putOutput(const std::string& place, const std::string& text) {
-  if (place != kStandardStream) {
-    const std::filesystem::path target = platform::pathFromUtf8(place);
-    writeOutput(target, [&] { common::writeFile(target, text); });
-    return;
-  }
-  // Data is exact, but it must not steer a terminal.
-  const bool shown = platform::standardOutputTerminal().isTerminal;
-  std::cout << (shown ? common::printableText(text, common::LineBreaks::Keep) : text) << std::flush;
-  if (!std::cout) {
-    throw Failure(ExitCode::OutputFailed, "standard output", "cannot write to standard output");
-  }
-}
-
 // A wider line than the terminal's would be broken, and could not be rewritten.
 std::size_t progressWidth() {
   const int terminal = platform::standardErrorTerminal().width;
@@ -205,12 +204,19 @@ std::size_t progressWidth() {
   return static_cast<std::size_t>(wanted > 0 ? std::min(wanted, terminal) : terminal);
 }
 
-std::vector<ResultRow> rowsWithProgress(const std::vector<Sample>& samples, CrewOptions options) {
-  if (!platform::standardErrorTerminal().movesCursor) return rowsOf(samples, options);
+// As measureInto, with a line on the terminal meanwhile.
+std::vector<Failure> measureWithProgress(const Outputs& outputs, const std::vector<Sample>& samples,
+                                         CrewOptions options) {
+  if (!platform::standardErrorTerminal().movesCursor) return measureInto(outputs, samples, options);
   JobProgress progress(bytesOf(samples), samples.size());
   options.progress = &progress;
   const ProgressDisplay display(progress, std::cerr, progressWidth);
-  return rowsOf(samples, options);
+  return measureInto(outputs, samples, options);
+}
+
+TextOutput outputAt(const std::string& place) {
+  return place == kStandardStream ? TextOutput()
+                                  : TextOutput(platform::pathFromUtf8(place), common::PlaceLink::Follow);
 }
 
 }  // namespace
@@ -224,12 +230,16 @@ ExitCode runRequest(std::string_view payload) {
           // An old one would be taken for this job's.
           std::error_code ignored;
           std::filesystem::remove(pathFromRequest(errorDetailsPath(*csvPath)), ignored);
+          std::filesystem::remove(notReadFileOf(pathFromRequest(*csvPath)), ignored);
         }
         const Request request = parseRequest(payload);
-        const std::vector<Sample> samples =
-            request.folder ? samplesOfFolder(*request.folder) : samplesOfFiles(request.files);
-        writeFastqcDataIfAsked(
-            analyseInto(pathFromRequest(request.csvPath), samples, {.adapter = request.adapter}));
+        const bool keepGoing = platform::environmentPath("GENOSTAT_KEEP_GOING") == "1";
+        const OnBadFile onBadFile = keepGoing ? OnBadFile::Keep : OnBadFile::Throw;
+        const std::vector<Sample> samples = request.folder ? samplesOfFolder(*request.folder, onBadFile)
+                                                           : samplesOfFiles(request.files, onBadFile);
+        analyseInto(pathFromRequest(request.csvPath), samples,
+                    {.adapter = request.adapter, .keepGoing = keepGoing});
+        return ExitCode::Success;
       },
       [&](const Failure& failure) {
         // Whoever waits for the job shows what the file says; it is not said twice.
@@ -254,21 +264,26 @@ ExitCode runQc(const QcOptions& options) {
         crew.phredOffset = options.phredOffset;
         crew.threads = options.threads;
         refuseSharedOutput(options);
-        const std::vector<Sample> samples = samplesOfPaths(options.paths);
+        crew.keepGoing = options.keepGoing;
+        const std::vector<Sample> samples =
+            samplesOfPaths(options.paths, options.keepGoing ? OnBadFile::Keep : OnBadFile::Throw);
         for (const std::string& place : {options.csv, options.json}) {
           if (place.empty() || place == kStandardStream) continue;
           tryOutput(platform::pathFromUtf8(place), samples, ExitCode::WrongArguments,
                     common::PlaceLink::Follow);
         }
-        const std::filesystem::path fastqc = platform::pathFromUtf8(options.fastqcData);
-        if (!fastqc.empty()) tryFolder(fastqc);
-        const std::vector<ResultRow> rows = rowsWithProgress(samples, crew);
-        if (!options.csv.empty()) {
-          const std::string csv = resultCsv(rows);
-          putOutput(options.csv, options.safeCsv ? common::spreadsheetCsv(csv) : csv);
+        Outputs outputs;
+        if (!options.csv.empty()) outputs.push_back(csvOutput(outputAt(options.csv), options.safeCsv));
+        if (!options.json.empty()) outputs.push_back(jsonOutput(outputAt(options.json), crew.adapter));
+        if (!options.fastqcData.empty()) {
+          const std::filesystem::path folder = platform::pathFromUtf8(options.fastqcData);
+          tryFolder(folder);
+          outputs.push_back(fastqcOutput(folder, samples));
         }
-        if (!options.json.empty()) putOutput(options.json, resultJson(rows, crew.adapter));
-        if (!fastqc.empty()) writeFastqcFolder(fastqc, rows);
+        const std::vector<Failure> failures = measureWithProgress(outputs, samples, crew);
+        finish(outputs);
+        std::ranges::for_each(failures, printFailure);
+        return failures.empty() ? ExitCode::Success : ExitCode::General;
       },
       printFailure);
 }

@@ -27,6 +27,7 @@ struct QcOptions {
   std::string adapter = "none";    // none, illumina, nextera in any case, or a sequence
   unsigned threads = 0;            // 0: as many as the process may run at once
   std::optional<int> phredOffset;  // 33 or 64; else as each file's lowest quality says
+  bool keepGoing = false;          // a sample that cannot be read does not end the job
   bool safeCsv = false;            // no cell that a spreadsheet computes
   std::string csv = "-";           // a file, "-" for standard output, empty for none
   std::string json;                // likewise

@@ -43,7 +43,10 @@ HelpSection environment() {
 HelpSection exitStatus() {
   return {"Exit status",
           {{"0", "all files were measured"},
-           {"1", "another failure, such as a path whose links lead in a circle"},
+           {"1",
+            "with --keep-going, a sample could not be read; or another failure, such as a path whose links "
+            "lead in a "
+            "circle"},
            {"2", "wrong usage, or no such file or folder"},
            {"5", "a file breaks the rules of FASTQ or of its compression, or reading it fails on the way"},
            {"7", "no permission to read"},
@@ -106,6 +109,9 @@ void addQcOptions(const common::Command& command, QcOptions& qc) {
       .addText("--csv", qc.csv, "FILE|-",
                "where the table goes: a file, or - for standard output (the default)")
       ->check(outputProblem);
+  command.app().add_flag(
+      "--keep-going", qc.keepGoing,
+      "measure the others where a sample cannot be read; it keeps its place, with the reason");
   command.app().add_flag("--safe-csv", qc.safeCsv,
                          "an apostrophe before each text in the table that a spreadsheet would compute");
   command

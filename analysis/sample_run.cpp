@@ -41,7 +41,8 @@ SampleRun::SampleRun(std::unique_ptr<ChunkSource> source, const ResultOptions& o
       kernels_(kernels),
       pool_(pool),
       progress_(progress),
-      source_(std::move(source)) {}
+      source_(std::move(source)),
+      cutter_(options.emptyIsSample) {}
 
 void SampleRun::work() {
   SampleMetrics* metrics = nullptr;

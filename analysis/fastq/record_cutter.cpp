@@ -205,7 +205,7 @@ void RecordCutter::finish(Batch& batch, Begun begun) {
     begun.lines = 0;
   }
   if (begun.lines == 0) {
-    if (tally_.records > 0) return;
+    if (tally_.records > 0 || (mayBeEmpty_ && tally_.line == 1)) return;
     batch.error = FastqError(tally_.line == 1 ? "the file is empty" : "the file holds no records");
     return;
   }

@@ -41,6 +41,9 @@ struct Batch {
 
 class RecordCutter {
  public:
+  // `mayBeEmpty`: a file without any line is no error.
+  explicit RecordCutter(bool mayBeEmpty = false) : mayBeEmpty_(mayBeEmpty) {}
+
   // Cuts the next batch, whose chunk is expanded and whose line feeds are known. `last`: no chunk follows.
   // After an error no further batch may be cut. Quality characters are not looked at. Throws std::bad_alloc
   // only.
@@ -98,6 +101,7 @@ class RecordCutter {
   std::size_t carriedSize_ = 0;
   LineEnds carriedEnds_ = {};
   std::size_t carriedLines_ = 0;
+  const bool mayBeEmpty_;
   Tally tally_;
 };
 

@@ -22,15 +22,15 @@ namespace genostat::analysis {
 struct SampleResult {
   LengthSummary lengths;
   Verdicts verdicts;
-  int phredOffset = 33;             // the quality code of Phred 0
-  double lowComplexityPercent = 0;  // of the reads
+  int phredOffset = 33;  // the quality code of Phred 0
 
-  // Percentages and Phred values; nothing where the reads have no bases to take them from.
+  // Percentages and Phred values; nothing where there are no reads, or no bases in them, to take them from.
   std::optional<double> gcPercent;
   std::optional<double> meanPhred;
   std::optional<double> medianPhredFirst;
   std::optional<double> medianPhredLast;
   std::optional<double> unexpectedPercent;
+  std::optional<double> lowComplexityPercent;  // of the reads
 
   std::vector<GroupProfile> profile;  // of positions; empty without bases
   std::vector<LengthBin> lengthBins;

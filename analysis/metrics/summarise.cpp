@@ -72,6 +72,10 @@ SampleResult summarise(const SampleCounts& counts, const DuplicationCounts& dupl
   SampleResult result;
   result.lengths = counts.lengths.summary();
   const LengthSummary& lengths = result.lengths;
+  if (lengths.reads == 0) {
+    result.verdicts[Check::BasicStatistics] = Verdict::Pass;
+    return result;
+  }
 
   PositionProfile profile(lengths.longest);
   PositionCounts atPosition;

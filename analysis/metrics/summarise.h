@@ -16,6 +16,7 @@ namespace genostat::analysis {
 struct ResultOptions {
   Adapter adapter;
   std::optional<int> phredOffset;  // otherwise the qualities decide
+  bool emptyIsSample = false;      // an empty file is a sample without reads, and no error
 };
 
 // Puts the counts at a position, from 0, into the given structure, whatever that held before.

@@ -1,7 +1,7 @@
 #include "analysis/report/fastqc_folder.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <set>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
@@ -25,43 +25,38 @@ constexpr std::size_t kLongestStem = 240;
 
 }  // namespace
 
-std::vector<FastqcPlace> fastqcPlaces(const std::vector<ResultRow>& rows) {
-  std::set<std::string> taken;
-  for (const ResultRow& row : rows) {
-    taken.insert(common::upperCase(common::cutToBytes(row.sample, kLongestStem)));
+FastqcPlaces::FastqcPlaces(const std::vector<std::string>& samples) {
+  for (const std::string& sample : samples) {
+    taken_.insert(common::upperCase(common::cutToBytes(sample, kLongestStem)));
   }
-  std::set<std::string> used;
-  std::vector<FastqcPlace> places;
-  places.reserve(rows.size());
-  for (const ResultRow& row : rows) {
-    const std::string stem(common::cutToBytes(row.sample, kLongestStem));
-    std::string number;
-    if (!used.insert(common::upperCase(stem)).second) {
-      for (int next = 2; number.empty() || !taken.insert(common::upperCase(stem + number)).second; ++next) {
-        number = "." + std::to_string(next);
-      }
-    }
-    places.push_back(
-        {stem + number + "_fastqc", row.sample + number + row.fileName.substr(row.sample.size())});
-  }
-  return places;
 }
 
-void writeFastqcFolder(const fs::path& folder, const std::vector<ResultRow>& rows) {
-  const std::vector<FastqcPlace> places = fastqcPlaces(rows);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const fs::path place = folder / platform::pathFromUtf8(places[i].folder);
-    writeOutput(place, [&] {
-      std::error_code error;
-      fs::create_directories(place, error);
-      if (error) throw std::runtime_error(error.message());
-    });
-    const fs::path file = place / "fastqc_data.txt";
-    writeOutput(file, [&] {
-      common::writeFile(file, fastqcData(rows[i].result, places[i].fileName), common::PlaceLink::Replace,
-                        common::LockedFile::FolderLink::Refuse);
-    });
+FastqcPlace FastqcPlaces::next(const std::string& sample, const std::string& fileName) {
+  const std::string stem(common::cutToBytes(sample, kLongestStem));
+  std::string number;
+  if (!used_.insert(common::upperCase(stem)).second) {
+    for (int n = 2; number.empty() || !taken_.insert(common::upperCase(stem + number)).second; ++n) {
+      number = "." + std::to_string(n);
+    }
   }
+  return {stem + number + "_fastqc",
+          sample + number + fileName.substr(std::min(sample.size(), fileName.size()))};
+}
+
+void FastqcFolder::add(const ResultRow& row) {
+  const FastqcPlace names = places_.next(row.sample, row.fileName);
+  if (!row.notRead.empty()) return;
+  const fs::path place = folder_ / platform::pathFromUtf8(names.folder);
+  writeOutput(place, [&] {
+    std::error_code error;
+    fs::create_directories(place, error);
+    if (error) throw std::runtime_error(error.message());
+  });
+  const fs::path file = place / "fastqc_data.txt";
+  writeOutput(file, [&] {
+    common::writeFile(file, fastqcData(row.result, names.fileName), common::PlaceLink::Replace,
+                      common::LockedFile::FolderLink::Refuse);
+  });
 }
 
 void writeOutput(const fs::path& target, const std::function<void()>& step) {

@@ -3,7 +3,9 @@
 
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "analysis/report/result_csv.h"
@@ -16,13 +18,35 @@ struct FastqcPlace {
   std::string fileName;  // as it was given, with the number of a repeated sample
 };
 
-// One place for each row, all different, also where upper and lower case are one: of samples with the same
+// One place for each sample, all different, also where upper and lower case are one: of samples with the same
 // name the second one is called "<sample>.2". File names begin with the names of the samples.
-std::vector<FastqcPlace> fastqcPlaces(const std::vector<ResultRow>& rows);
+class FastqcPlaces {
+ public:
+  // `samples`: the names of all.
+  explicit FastqcPlaces(const std::vector<std::string>& samples);
 
-// Writes <folder>/<sample>_fastqc/fastqc_data.txt for each row, each file whole or not at all. What others
-// may have put there is not followed where it is a link. Throws a Failure (OutputFailed).
-void writeFastqcFolder(const std::filesystem::path& folder, const std::vector<ResultRow>& rows);
+  // Of the samples in their order.
+  FastqcPlace next(const std::string& sample, const std::string& fileName);
+
+ private:
+  std::set<std::string> taken_;
+  std::set<std::string> used_;
+};
+
+// Writes <folder>/<sample>_fastqc/fastqc_data.txt for one sample after another, each file whole or not at
+// all. What others may have put there is not followed where it is a link. Throws a Failure (OutputFailed).
+class FastqcFolder {
+ public:
+  FastqcFolder(std::filesystem::path folder, const std::vector<std::string>& samples)
+      : folder_(std::move(folder)), places_(samples) {}
+
+  // Nothing is written for one that was not read.
+  void add(const ResultRow& row);
+
+ private:
+  std::filesystem::path folder_;
+  FastqcPlaces places_;
+};
 
 // Runs a step that writes to `target`; a std::runtime_error of it becomes a Failure (OutputFailed).
 void writeOutput(const std::filesystem::path& target, const std::function<void()>& step);

@@ -30,8 +30,14 @@ using FieldTexts = std::array<std::string, common::kResultColumns.size()>;
 
 // In the order of the columns.
 FieldTexts fieldTexts(const ResultRow& row) {
+  if (!row.notRead.empty())
+    return {common::toValidUtf8(row.sample), std::string(adapterKindName(row.adapter))};
   const SampleResult& result = row.result;
   const auto verdict = [&](Check check) { return std::string(common::verdictWord(result.verdicts[check])); };
+  // Without reads there are none to be distinct, long or good.
+  const auto ofReads = [&](std::string text) {
+    return result.lengths.reads > 0 ? std::move(text) : std::string();
+  };
   std::array texts = {
       common::toValidUtf8(row.sample),
       std::string(adapterKindName(row.adapter)),
@@ -39,9 +45,9 @@ FieldTexts fieldTexts(const ResultRow& row) {
       std::to_string(result.lengths.bases),
       lengthRange(result.lengths),
       decimals(result.gcPercent),
-      common::fixedText(result.duplication.deduplicatedPercent, 6),
-      decimals(result.lengths.mean),
-      common::shortestText(result.lengths.median),
+      ofReads(common::fixedText(result.duplication.deduplicatedPercent, 6)),
+      ofReads(decimals(result.lengths.mean)),
+      ofReads(common::shortestText(result.lengths.median)),
       verdict(Check::BasicStatistics),
       verdict(Check::PerBaseSequenceQuality),
       verdict(Check::PerSequenceQualityScores),
@@ -53,7 +59,7 @@ FieldTexts fieldTexts(const ResultRow& row) {
       verdict(Check::OverrepresentedSequences),
       verdict(Check::AdapterContent),
       verdict(Check::PerTileSequenceQuality),
-      common::fixedText(result.verdicts.score(), 2),
+      ofReads(common::fixedText(result.verdicts.score(), 2)),
       shortest(result.medianPhredFirst),
       shortest(result.medianPhredLast),
       decimals(result.meanPhred),
@@ -64,11 +70,13 @@ FieldTexts fieldTexts(const ResultRow& row) {
   return texts;
 }
 
-void appendLine(std::string& csv, const auto& fields) {
+std::string lineOf(const auto& fields) {
+  std::string line;
   for (const std::string_view field : fields) {
-    csv.append(csvField(field)) += ',';
+    line.append(csvField(field)) += ',';
   }
-  csv.back() = '\n';
+  line.back() = '\n';
+  return line;
 }
 
 }  // namespace
@@ -92,13 +100,12 @@ std::vector<ColumnText> columnTexts(const ResultRow& row) {
   return columns;
 }
 
-std::string resultCsv(const std::vector<ResultRow>& rows) {
-  std::string csv;
-  appendLine(csv, std::views::transform(common::kResultColumns, &common::ResultColumn::name));
-  for (const ResultRow& row : rows) {
-    appendLine(csv, fieldTexts(row));
-  }
-  return csv;
+std::string csvHeader() {
+  return lineOf(std::views::transform(common::kResultColumns, &common::ResultColumn::name));
+}
+
+std::string csvLine(const ResultRow& row) {
+  return lineOf(fieldTexts(row));
 }
 
 }  // namespace genostat::analysis

@@ -16,10 +16,13 @@ struct ResultRow {
   std::string fileName;  // without folder
   AdapterKind adapter = AdapterKind::None;
   SampleResult result;
+  std::string notRead;  // why there is no result; empty where there is one
 };
 
-// The whole text. Its 27 columns are always there; one that has no value for a sample is empty.
-std::string resultCsv(const std::vector<ResultRow>& rows);
+// The table's lines with their line feeds: the column names, and one sample. The 27 columns are always there;
+// one that has no value for a sample is empty. A sample that was not read has its name and adapter only.
+std::string csvHeader();
+std::string csvLine(const ResultRow& row);
 
 // The columns of one row in their order, as they stand in the table before quoting.
 struct ColumnText {

@@ -87,7 +87,9 @@ void writeSample(JsonText& json, const ResultRow& row) {
   json.object([&] {
     json.member("name", row.sample);
     json.member("file", row.file);
+    if (!row.notRead.empty()) json.member("notRead", row.notRead);
     writeColumns(json, row);
+    if (!row.notRead.empty()) return;
     json.member("phredOffset", result.phredOffset);
     json.arrayMember("profile", result.profile, [&](const GroupProfile& group) { writeGroup(json, group); });
     json.arrayMember("lengths", result.lengthBins, [&](const LengthBin& bin) {
@@ -121,7 +123,7 @@ void writeSample(JsonText& json, const ResultRow& row) {
 
 }  // namespace
 
-std::string resultJson(const std::vector<ResultRow>& rows, const Adapter& adapter) {
+std::string jsonBeginning(const Adapter& adapter) {
   JsonText json;
   json.object([&] {
     json.member("format", "genostat-qc");
@@ -131,9 +133,20 @@ std::string resultJson(const std::vector<ResultRow>& rows, const Adapter& adapte
       json.member("kind", adapterKindName(adapter.kind));
       if (!adapter.sequence.empty()) json.member("sequence", adapter.sequence);
     });
-    json.arrayMember("samples", rows, [&](const ResultRow& row) { writeSample(json, row); });
   });
-  return json.text() + '\n';
+  std::string text = json.text();
+  text.pop_back();
+  return text + ",\"samples\":[";
+}
+
+std::string jsonSample(const ResultRow& row, bool isFirst) {
+  JsonText json;
+  writeSample(json, row);
+  return (isFirst ? "" : ",") + json.text();
+}
+
+std::string jsonEnd() {
+  return "]}\n";
 }
 
 }  // namespace genostat::analysis

@@ -3,14 +3,16 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "analysis/report/result_csv.h"
 #include "analysis/request/adapter.h"
 
 namespace genostat::analysis {
 
-// UTF-8; invalid bytes are replaced, values that are missing or not finite are null.
-std::string resultJson(const std::vector<ResultRow>& rows, const Adapter& adapter);
+// The document in pieces: what comes before the samples, each sample after its separator, and the end. UTF-8;
+// invalid bytes are replaced, values that are missing or not finite are null.
+std::string jsonBeginning(const Adapter& adapter);
+std::string jsonSample(const ResultRow& row, bool isFirst);
+std::string jsonEnd();
 
 }  // namespace genostat::analysis

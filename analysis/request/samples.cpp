@@ -42,6 +42,17 @@ Sample makeSample(fs::path path, std::string givenPath) {
   return {std::move(path), std::move(givenPath), std::move(fileName), std::move(name), false};
 }
 
+Sample sampleOf(const std::string& path, OnBadFile onBadFile) {
+  try {
+    return sampleOfFile(path);
+  } catch (const Failure& failure) {
+    if (onBadFile == OnBadFile::Throw) throw;
+    Sample sample = makeSample(platform::pathFromUtf8(path), path);
+    sample.failure = std::make_shared<const Failure>(failure);
+    return sample;
+  }
+}
+
 // People may name folders, too, and get a guess at what they meant.
 void refuseMissing(const std::string& path) {
   std::error_code unknown;
@@ -66,7 +77,7 @@ Sample sampleOfFile(const std::string& path) {
   return sample;
 }
 
-std::vector<Sample> samplesOfFolder(const std::string& folder) {
+std::vector<Sample> samplesOfFolder(const std::string& folder, OnBadFile onBadFile) {
   const fs::path path = platform::pathFromUtf8(folder);
   if (folder.empty()) throw Failure(ExitCode::NoFastqFiles, {}, "no FASTQ files and no folder were given");
   if (!fs::is_directory(statusOf(path, folder, "folder"))) {
@@ -85,19 +96,20 @@ std::vector<Sample> samplesOfFolder(const std::string& folder) {
   std::vector<Sample> samples;
   samples.reserve(names.size());
   for (const std::string& name : names) {
-    samples.push_back(sampleOfFile(platform::pathToUtf8(path / platform::pathFromUtf8(name))));
+    samples.push_back(sampleOf(platform::pathToUtf8(path / platform::pathFromUtf8(name)), onBadFile));
   }
   return samples;
 }
 
-std::vector<Sample> samplesOfFiles(const std::vector<std::string>& paths) {
+std::vector<Sample> samplesOfFiles(const std::vector<std::string>& paths, OnBadFile onBadFile) {
   if (paths.empty()) throw Failure(ExitCode::NoFastqFiles, {}, "the list of FASTQ files is empty");
   std::vector<Sample> samples;
-  std::transform(paths.begin(), paths.end(), std::back_inserter(samples), sampleOfFile);
+  std::ranges::transform(paths, std::back_inserter(samples),
+                         [&](const std::string& path) { return sampleOf(path, onBadFile); });
   return samples;
 }
 
-std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
+std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths, OnBadFile onBadFile) {
   std::vector<Sample> samples;
   for (const std::string& path : paths) {
     std::error_code unknown;
@@ -107,11 +119,11 @@ std::vector<Sample> samplesOfPaths(const std::vector<std::string>& paths) {
       }
       samples.push_back({{}, "standard input", "stdin", "stdin", true});
     } else if (fs::is_directory(platform::pathFromUtf8(path), unknown)) {
-      std::vector<Sample> found = samplesOfFolder(path);
+      std::vector<Sample> found = samplesOfFolder(path, onBadFile);
       std::move(found.begin(), found.end(), std::back_inserter(samples));
     } else {
-      refuseMissing(path);
-      samples.push_back(sampleOfFile(path));
+      if (onBadFile == OnBadFile::Throw) refuseMissing(path);
+      samples.push_back(sampleOf(path, onBadFile));
     }
   }
   return samples;

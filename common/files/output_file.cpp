@@ -38,14 +38,8 @@ void writeDevice(const fs::path& place, std::string_view text) {
   }
 }
 
-void writeAt(const fs::path& place, std::string_view text, PlaceLink link,
-             LockedFile::FolderLink folderLink = LockedFile::FolderLink::Follow) {
-  if (isDeviceAt(place, link)) return writeDevice(place, text);
-  removeAbandonedPartsOnce(place.parent_path());
-  LockedFile part = createPart(place.parent_path(), folderLink);
-  part.write(text);
-  part.moveTo(place);
-}
+// What is kept in memory of a file that goes on.
+constexpr std::size_t kMostPending = std::size_t{64} << 10;
 
 }  // namespace
 
@@ -63,7 +57,7 @@ OutputFile::OutputFile(fs::path target, PlaceLink link)
 }
 
 void OutputFile::write(std::string_view text) const {
-  writeAt(place_, text, link_);
+  writeFile(place_, text, link_);
 }
 
 bool OutputFile::isDevice() const {
@@ -75,9 +69,37 @@ bool OutputFile::isSameAs(const fs::path& other) const {
   return placeOf(other) == place_ || fs::equivalent(other, place_, different);
 }
 
+StreamedFile::StreamedFile(const fs::path& target, PlaceLink link, LockedFile::FolderLink folderLink)
+    : place_(placeFor(target, link)), folderLink_(folderLink), isDevice_(isDeviceAt(place_, link)) {}
+
+LockedFile& StreamedFile::part() {
+  if (!part_) {
+    removeAbandonedPartsOnce(place_.parent_path());
+    part_.emplace(createPart(place_.parent_path(), folderLink_));
+  }
+  return *part_;
+}
+
+void StreamedFile::write(std::string_view text) {
+  if (isDevice_ || pending_.size() + text.size() < kMostPending) {
+    pending_ += text;
+    return;
+  }
+  part().write(std::exchange(pending_, {}));
+  part().write(text);
+}
+
+void StreamedFile::finish() {
+  if (isDevice_) return writeDevice(place_, pending_);
+  part().write(pending_);
+  part().moveTo(place_);
+}
+
 void writeFile(const fs::path& target, std::string_view text, PlaceLink link,
                LockedFile::FolderLink folderLink) {
-  writeAt(placeFor(target, link), text, link, folderLink);
+  StreamedFile file(target, link, folderLink);
+  file.write(text);
+  file.finish();
 }
 
 }  // namespace genostat::common

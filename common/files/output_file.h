@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/locked_file.h"
@@ -42,8 +44,29 @@ class OutputFile {
   PlaceLink link_;
 };
 
-// Writes a part file beside the target and moves it there. Throws as above. `folderLink` is for the target's
-// folder.
+// A file that is written piece by piece and appears when it is whole. What is small, and what goes to a
+// device, is kept in memory until then. Throws as above.
+class StreamedFile {
+ public:
+  // `folderLink` is for the target's folder.
+  explicit StreamedFile(const std::filesystem::path& target, PlaceLink link = PlaceLink::Follow,
+                        LockedFile::FolderLink folderLink = LockedFile::FolderLink::Follow);
+
+  void write(std::string_view text);
+  // Gives it its name; without it nothing stays.
+  void finish();
+
+ private:
+  LockedFile& part();
+
+  std::filesystem::path place_;
+  LockedFile::FolderLink folderLink_;
+  bool isDevice_;
+  std::string pending_;
+  std::optional<LockedFile> part_;  // once there was too much for the memory
+};
+
+// The same for a text that is there.
 void writeFile(const std::filesystem::path& target, std::string_view text, PlaceLink link = PlaceLink::Follow,
                LockedFile::FolderLink folderLink = LockedFile::FolderLink::Follow);
 

@@ -67,12 +67,10 @@ TEST(FastqcData, KeepsItsForm) {
 TEST(FastqcPlaces, AreAllDifferent) {
   const std::string tooLong = std::string(239, 'x') + "\xC3\xA9" + std::string(9, 'y');
   const Names samples = {"a", "A", "a", "a.2", "", tooLong, tooLong + "z"};
-  std::vector<ResultRow> rows;
-  for (const std::string& name : samples) {
-    rows.push_back({.sample = name, .file = {}, .fileName = name + ".fq", .result = {}});
-  }
+  FastqcPlaces places(samples);
   Names shown;
-  for (const FastqcPlace& place : fastqcPlaces(rows)) {
+  for (const std::string& name : samples) {
+    const FastqcPlace place = places.next(name, name + ".fq");
     shown.push_back(place.folder + " " + place.fileName);
   }
   const std::string stem(239, 'x');

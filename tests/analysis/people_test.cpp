@@ -83,7 +83,7 @@ TEST(ResultJson, HoldsColumnsAndCurves) {
   result.tiles.tiles = {{1101, {-0.125, 1.0 / 3}}};
 
   rapidjson::Document document;
-  const std::string text = resultJson({row}, {AdapterKind::Custom, "ACGN"});
+  const std::string text = jsonBeginning({AdapterKind::Custom, "ACGN"}) + jsonSample(row, true) + jsonEnd();
   document.Parse(text.c_str());
   ASSERT_FALSE(document.HasParseError()) << text;
   const auto& sample = document["samples"][0];

@@ -49,7 +49,7 @@ std::unique_ptr<SampleRun> runThrough(const std::string& bytes, std::size_t chun
 
 // Every figure of the result that is shown.
 std::string figures(SampleRun& run) {
-  return resultCsv({ResultRow{"sample", {}, {}, AdapterKind::None, run.result()}});
+  return csvHeader() + csvLine(ResultRow{"sample", {}, {}, AdapterKind::None, run.result(), {}});
 }
 
 std::string errorOf(const std::string& bytes, std::size_t chunkSize, unsigned threads) {
@@ -158,6 +158,47 @@ TEST(SampleRun, EndsWhenMemoryRunsOut) {
   EXPECT_THROW(run.result(), std::bad_alloc);
 }
 
+// Of each sample its reads, or its failure, as they come.
+std::vector<std::string> outcomesOf(const std::vector<Sample>& samples, const CrewOptions& options) {
+  std::vector<std::string> outcomes;
+  measureSamples(samples, options, [&](std::size_t sample, const SampleOutcome& outcome) {
+    EXPECT_EQ(sample, outcomes.size());
+    const auto* const result = std::get_if<SampleResult>(&outcome);
+    outcomes.push_back(result != nullptr ? std::to_string(result->lengths.reads)
+                                         : std::get<Failure>(outcome).subject());
+  });
+  return outcomes;
+}
+
+// Many more than threads, of very different sizes: the first is the last to be done.
+TEST(Crew, HandsOnOutcomesInOrder) {
+  const test::TemporaryFolder folder;
+  test::writeWholeFile(folder.path() / "large.fq", makeText(30'000));
+  test::writeWholeFile(folder.path() / "small.fq", makeText(3));
+  test::writeWholeFile(folder.path() / "bad.fq", "no header\n");
+  test::writeWholeFile(folder.path() / "empty.fq", "");
+  std::vector<std::string> paths;
+  std::vector<std::string> expected;
+  const std::vector<std::pair<std::string, std::string>> kinds = {
+      {"small.fq", "3"}, {"bad.fq", "bad.fq"}, {"empty.fq", "0"}, {"missing.fq", "missing.fq"}};
+  for (std::size_t i = 0; i < 100; ++i) {
+    const auto& [name, outcome] =
+        i % 33 == 0 ? std::pair<std::string, std::string>("large.fq", "30000") : kinds[i % 4];
+    paths.push_back(platform::pathToUtf8(folder.path() / name));
+    expected.push_back(name == "missing.fq" ? paths.back() : outcome);
+  }
+  const std::vector<Sample> samples = samplesOfFiles(paths, OnBadFile::Keep);
+  for (const unsigned threads : {1U, 2U, 8U}) {
+    EXPECT_EQ(outcomesOf(samples, {.adapter = {}, .threads = threads, .keepGoing = true}), expected);
+  }
+  int calls = 0;
+  const auto failing = [&](std::size_t, const SampleOutcome&) {
+    if (++calls == 5) throw Failure(ExitCode::OutputFailed, "disk", "full");
+  };
+  EXPECT_THROW(measureSamples(samples, {.adapter = {}, .threads = 4, .keepGoing = true}, failing), Failure);
+  EXPECT_EQ(calls, 5);
+}
+
 // The first in their order, whichever is met first, and none of those after it.
 TEST(Crew, TellsTheFirstFailureOfTheSamples) {
   const test::TemporaryFolder folder;
@@ -174,13 +215,13 @@ TEST(Crew, TellsTheFirstFailureOfTheSamples) {
     options.threads = threads;
     for (int i = 0; i < 5; ++i) {
       try {
-        measureSamples(samplesOfFiles(paths), options);
+        outcomesOf(samplesOfFiles(paths), options);
         ADD_FAILURE() << "no failure";
       } catch (const Failure& failure) {
         EXPECT_EQ(failure.subject(), "b.fq") << threads << " threads";
       }
     }
-    EXPECT_EQ(measureSamples(samplesOfFiles({paths[0], paths[3], paths[0]}), options).size(), 3U);
+    EXPECT_EQ(outcomesOf(samplesOfFiles({paths[0], paths[3], paths[0]}), options).size(), 3U);
   }
 }
 
