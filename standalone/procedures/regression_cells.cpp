@@ -50,12 +50,12 @@ std::string modelLabel(std::size_t step) {
 }
 
 int decimalsForSizes(std::initializer_list<double> sizes) {
-  constexpr int kMostDecimals = 7;
+  constexpr int kMostOfCoefficients = 7;
   int decimals = 3;
   for (const double size : sizes) {
     if (size == 0 || !std::isfinite(size)) continue;
     const int needed = 1 - static_cast<int>(std::floor(std::log10(std::abs(size))));
-    decimals = std::max(decimals, std::min(needed, kMostDecimals));
+    decimals = std::max(decimals, std::min(needed, kMostOfCoefficients));
   }
   return decimals;
 }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <span>
 #include <system_error>
+#include <utility>
 
 #include "platform/input_file.h"
 #include "standalone/output/table_json.h"
@@ -84,8 +85,8 @@ std::optional<JobProgress> readJobProgress(const fs::path& file) {
   progress.bytesTotal = countMember(document, "bytesTotal");
   progress.readsDone = countMember(document, "readsDone");
   progress.seconds = secondsMember(document);
-  const auto running = document.FindMember("running");
-  if (running == document.MemberEnd() || !running->value.IsArray()) return progress;
+  const auto running = std::as_const(document).FindMember("running");
+  if (running == std::as_const(document).MemberEnd() || !running->value.IsArray()) return progress;
   for (const rapidjson::Value& sample : running->value.GetArray()) {
     if (!sample.IsObject()) continue;
     progress.running.push_back({std::string(stringMember(sample, "name")), countMember(sample, "bytes"),

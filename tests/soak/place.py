@@ -36,7 +36,8 @@ class Place:
         self.mark = f"GENOSTAT_SOAK={self.folder.name}"
         self.environment = {
             "PATH": "/usr/bin:/bin", "TMPDIR": str(self.tmp), "HOME": str(self.home), "TERM": "xterm",
-            "LC_ALL": "C.UTF-8", "LANGUAGE": "en", "GENOSTAT_SOAK": self.folder.name, "UBSAN_OPTIONS": "print_stacktrace=1:halt_on_error=1"}
+            "LC_ALL": "C.UTF-8", "LANGUAGE": "en", "GENOSTAT_SOAK": self.folder.name,
+            "UBSAN_OPTIONS": "print_stacktrace=1:halt_on_error=1"}
 
     def processes(self):
         found = {}
