@@ -48,6 +48,7 @@ struct QcOptions {
   std::string method;      // enter, stepwise, backward, forward
   double confidence = 0;   // per cent; 0: not asked for
   bool normalPlot = false;
+  bool stopAtUnread = false;
   std::string csvFile;
   bool safeCsv = false;
   std::string fastqcFolder;

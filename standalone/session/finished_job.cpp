@@ -19,6 +19,7 @@
 #include "standalone/services/current.h"
 #include "standalone/session/job_progress.h"
 #include "standalone/session/requirements.h"
+#include "standalone/session/unread_samples.h"
 #include "standalone/syntax/command.h"
 #include "standalone/syntax/text_file.h"
 
@@ -152,6 +153,8 @@ std::set<std::string> PostedJobs::names() const {
 }
 
 void PostedJobs::forgetResult(const std::string& path) {
+  std::error_code ignored;
+  std::filesystem::remove(unreadFileOf(platform::pathFromNarrow(path)), ignored);
   const std::lock_guard lock(mutex_);
   results_.erase(path);
 }
@@ -161,6 +164,7 @@ void PostedJobs::removeResults() const {
   for (const std::string& path : results_) {
     std::error_code ignored;
     std::filesystem::remove(platform::pathFromNarrow(path), ignored);
+    std::filesystem::remove(unreadFileOf(platform::pathFromNarrow(path)), ignored);
   }
 }
 

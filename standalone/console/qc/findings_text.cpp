@@ -84,6 +84,22 @@ std::string failedSamples(const std::vector<QcSample>& samples, const TextStyle&
 
 }  // namespace
 
+std::string renderQcUnread(const std::vector<QcSample>& samples, const TextStyle& style) {
+  std::string text;
+  std::size_t unread = 0;
+  for (const QcSample& sample : samples) {
+    if (!sample.isUnread()) continue;
+    ++unread;
+    text += paragraph(shownName(sample.label(), &style) + ": " + common::printableText(sample.unread),
+                      paintedMark(Verdict::Fail, style), style);
+  }
+  if (unread == 0) return {};
+  return heading(translatedCount(unread, "{1} sample of {2} could not be read",
+                                 "{1} samples of {2} could not be read", {std::to_string(samples.size())}),
+                 style) +
+         text;
+}
+
 std::string renderQcFindings(const std::vector<QcSample>& samples, const TextStyle& style) {
   const std::vector<QcFinding> failures = findingsOf(samples, Verdict::Fail);
   const std::vector<QcFinding> warnings = findingsOf(samples, Verdict::Warn);

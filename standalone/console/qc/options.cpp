@@ -118,7 +118,9 @@ common::CommandHelp qcHelp() {
            "Writes the GENOSTAT command for these files and runs it as \"genostat run\" would. What is "
            "shown is a table of the samples with a mark for each check, the checks that failed, and "
            "the analyses that are asked for."),
-       translated("A sample that fails its checks is a result: the program succeeds."),
+       translated(
+           "A sample that fails its checks is a result: the program succeeds. With a sample that could "
+           "not be read it ends with status 1, after the results of the others."),
        translated(
            "VARS are columns of the result, with blanks or commas between them; ALL stands for all that "
            "the analysis can use. Each analysis can be asked for once; its switches need it."),
@@ -137,6 +139,9 @@ void addQcOptions(const common::Command& qc, QcOptions& options) {
   qc.addText("--adapter", options.adapter, "none|illumina|nextera|SEQUENCE",
              translated("the adapter to look for; default: none, which looks for the common ones"));
   qc.addText("--name", options.name, "NAME", translated("the job's name; default: a free one"));
+  qc.app().add_flag("--no-keep-going", options.stopAtUnread,
+                    translated("end the job at the first sample that cannot be read; by default the others "
+                               "are measured"));
   addAnalyses(qc, options);
   CLI::Option* csv = qc.addText("--csv", options.csvFile, "FILE", translated("keep the result file"));
   qc.app()

@@ -27,35 +27,50 @@ namespace fs = std::filesystem;
   throw QcRequestError(translated("error: {1}", {message}));
 }
 
-// Empty when the file can be analysed, else why not.
-std::string faultOfFile(const std::string& name) {
+// Why a file cannot be analysed.
+struct FileFault {
+  enum class Kind { None, Mistake, Unreadable, Empty } kind = Kind::None;
+  std::string reason{};
+};
+
+FileFault faultOfFile(const std::string& name) {
+  using enum FileFault::Kind;
   // No string of the command language can hold them.
-  if (name.find_first_of("\r\n") != std::string::npos) return translated("its name holds a line break");
+  if (name.find_first_of("\r\n") != std::string::npos)
+    return {Unreadable, translated("its name holds a line break")};
   const fs::path file = platform::pathFromUtf8(name);
   std::error_code error;
   const fs::file_status status = fs::status(file, error);
   if (!fs::exists(status)) {
-    if (name == "-") return translated("a job cannot read standard input; genostat-analysis qc can");
+    if (name == "-")
+      return {Mistake, translated("a job cannot read standard input; genostat-analysis qc can")};
     // Not every command line fills in the names.
     if (name.find_first_of("*?") != std::string::npos)
-      return translated("no such file or folder; name the folder instead of a pattern");
-    return common::nothingThere(name, common::Expected::FileOrFolder, translated);
+      return {Mistake, translated("no such file or folder; name the folder instead of a pattern")};
+    return {Mistake, common::nothingThere(name, common::Expected::FileOrFolder, translated)};
   }
-  if (!fs::is_regular_file(status)) return translated("it is no regular file");
-  if (!std::ifstream(file, std::ios::binary)) return translated("it cannot be opened");
+  if (!fs::is_regular_file(status)) return {Mistake, translated("it is no regular file")};
+  if (!std::ifstream(file, std::ios::binary)) return {Unreadable, translated("it cannot be opened")};
   const auto size = fs::file_size(file, error);
-  return !error && size == 0 ? translated("it is empty") : std::string();
+  if (!error && size == 0) return {Empty, translated("it is empty")};
+  return {};
 }
 
 // Collects what is wrong with the inputs, one line each.
 class InputCheck {
  public:
-  explicit InputCheck(QcRequest& request) : request_(request) {}
+  InputCheck(QcRequest& request, bool stopAtUnread) : request_(request), stopAtUnread_(stopAtUnread) {}
 
   void addFile(const std::string& file) {
-    const std::string fault = faultOfFile(file);
-    if (!fault.empty()) addFault(file, fault);
-    request_.files.push_back(file);
+    using enum FileFault::Kind;
+    const FileFault fault = faultOfFile(file);
+    if (fault.kind == None) {
+      request_.files.push_back(file);
+    } else if (fault.kind == Mistake || stopAtUnread_) {
+      addFault(file, fault.reason);
+    } else {
+      request_.leftOut.push_back({file, fault.kind == Empty ? std::string() : fault.reason});
+    }
   }
 
   void addFolder(const std::string& folder) {
@@ -71,7 +86,15 @@ class InputCheck {
     }
   }
 
-  const std::string& faults() const { return faults_; }
+  // With nothing to measure there is no job to go on with.
+  const std::string& faults() {
+    if (request_.files.empty() && faults_.empty()) {
+      for (const QcLeftOut& one : request_.leftOut) {
+        addFault(one.file, one.reason.empty() ? translated("it is empty") : one.reason);
+      }
+    }
+    return faults_;
+  }
 
  private:
   void addFault(const std::string& input, const std::string& reason) {
@@ -80,11 +103,12 @@ class InputCheck {
   }
 
   QcRequest& request_;
+  const bool stopAtUnread_;
   std::string faults_;
 };
 
-void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
-  InputCheck check(request);
+void checkInputs(const std::vector<std::string>& inputs, bool stopAtUnread, QcRequest& request) {
+  InputCheck check(request, stopAtUnread);
   for (const std::string& input : inputs) {
     std::error_code error;
     if (!fs::is_directory(platform::pathFromUtf8(input), error)) {
@@ -95,6 +119,8 @@ void checkInputs(const std::vector<std::string>& inputs, QcRequest& request) {
     }
   }
   if (!check.faults().empty()) throw QcRequestError(check.faults());
+  // The analysis looks into the folder itself.
+  if (!request.folder.empty()) request.leftOut.clear();
 }
 
 std::string adapterKeyword(const std::string& adapter) {
@@ -175,7 +201,7 @@ QcRequest checkQcOptions(const QcOptions& options) {
   checkOutputName("--to", options.session.outputFile);
   checkOutputName("--html", options.session.htmlFile);
   checkOutputName("--events", options.session.eventsFile);
-  checkInputs(options.inputs, request);
+  checkInputs(options.inputs, options.stopAtUnread, request);
   if (request.folder.empty()) checkLengthOfNames(request, options.session);
   return request;
 }

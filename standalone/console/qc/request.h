@@ -15,10 +15,17 @@ struct QcRequestError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A file that the job is not asked to measure.
+struct QcLeftOut {
+  std::string file;    // UTF-8
+  std::string reason;  // why it cannot be read; none for an empty file
+};
+
 struct QcRequest {
   std::vector<std::string> files;  // UTF-8, as given or below the folders given
   std::string folder;              // the only input, if it is one
-  std::string adapter;             // NONE, ILLUMINA, NEXTERA or CUSTOM(sequence)
+  std::vector<QcLeftOut> leftOut;
+  std::string adapter;  // NONE, ILLUMINA, NEXTERA or CUSTOM(sequence)
   std::string name;
   // Columns in their own spelling; an analysis without any is not asked for.
   std::vector<std::string> descriptives;

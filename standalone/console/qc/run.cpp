@@ -88,7 +88,8 @@ int runQc(const QcOptions& options) {
     if (!options.csvFile.empty()) csv = prepareOutputFile(options.csvFile);
     checkOutputNames(request, options, csv);
     askForFastqcData(options.fastqcFolder);
-    view = std::make_unique<QcView>(options, std::move(csv));
+    platform::setEnvironmentPath("GENOSTAT_KEEP_GOING", options.stopAtUnread ? "0" : "1");
+    view = std::make_unique<QcView>(options, request, std::move(csv));
   } catch (const QcRequestError& error) {
     return refuseQcRun(error.what(), kUsageError);
   } catch (const std::runtime_error& error) {

@@ -3,12 +3,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <utility>
 
+#include "common/files/fastq_names.h"
+#include "common/files/path_fault.h"
+#include "platform/path_text.h"
 #include "standalone/console/qc/sample_names.h"
 #include "standalone/data/text_import.h"
 #include "standalone/language/translation.h"
+#include "standalone/session/unread_samples.h"
 
 namespace genostat::standalone {
 
@@ -63,15 +68,34 @@ std::string QcSample::label() const {
   return read == 0 ? name : name + " R" + std::to_string(read);
 }
 
-std::vector<QcSample> readQcSamples(const std::filesystem::path& csv) {
+std::string sampleNameOf(const QcLeftOut& file) {
+  return common::sampleName(platform::pathToUtf8(platform::pathFromUtf8(file.file).filename()));
+}
+
+std::vector<QcSample> readQcSamples(const std::filesystem::path& csv, const std::vector<QcLeftOut>& leftOut) {
   const Dataset results = importResults(csv);
-  const std::vector<std::string>& names = results.find("Sample")->texts;
+  std::vector<std::string> names = results.find("Sample")->texts;
   std::vector<QcSample> inFileOrder;
-  std::vector<std::uint64_t> reads;
+  const std::vector<UnreadSample> unread = readUnreadSamples(csv);
+  auto reason = unread.begin();
   for (std::size_t row = 0; row < results.caseCount; ++row) {
-    inFileOrder.push_back(sampleAt(results, row));
-    reads.push_back(wholeNumber(inFileOrder.back().reads));
+    QcSample& sample = inFileOrder.emplace_back(sampleAt(results, row));
+    if (!std::isnan(sample.reads)) continue;
+    sample.measured = false;
+    sample.unread = reason != unread.end() ? (reason++)->reason : translated("it could not be read");
   }
+  for (const QcLeftOut& file : leftOut) {
+    names.push_back(sampleNameOf(file));
+    QcSample& sample = inFileOrder.emplace_back();
+    sample.measured = false;
+    if (!file.reason.empty()) sample.unread = common::cannotRead(file.file, file.reason, translated);
+    constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+    sample.reads = sample.bases = file.reason.empty() ? 0 : kNone;
+    sample.gc = sample.duplicates = sample.quality = sample.score = kNone;
+  }
+  std::vector<std::uint64_t> reads;
+  std::ranges::transform(inFileOrder, std::back_inserter(reads),
+                         [](const QcSample& sample) { return wholeNumber(sample.reads); });
   const auto cleaned = cleanSampleNames(names, reads);
   std::vector<QcSample> samples;
   for (std::size_t row = 0; row < cleaned.size(); ++row) {
@@ -125,6 +149,18 @@ PivotTable qcTable(const std::vector<QcSample>& samples) {
     for (const Verdict verdict : sample.verdicts) {
       cells.push_back(textCell(translated(common::verdictWord(verdict))));
     }
+  }
+  return table;
+}
+
+PivotTable qcUnreadTable(const std::vector<QcSample>& samples) {
+  PivotTable table;
+  table.title = translated("Samples that could not be read");
+  table.columns.push_back({translated("Why"), {}});
+  for (const QcSample& sample : samples) {
+    if (!sample.isUnread()) continue;
+    table.rows.push_back({sample.label(), {}});
+    table.cells.push_back({textCell(sample.unread)});
   }
   return table;
 }

@@ -13,6 +13,9 @@ namespace genostat::standalone {
 // legend.
 std::string renderQcTable(const std::vector<QcSample>& samples, const TextStyle& style);
 
+// The samples that could not be read, and why; empty when all could.
+std::string renderQcUnread(const std::vector<QcSample>& samples, const TextStyle& style);
+
 // The checks that failed, and shorter those that warned.
 std::string renderQcFindings(const std::vector<QcSample>& samples, const TextStyle& style);
 

@@ -1,5 +1,7 @@
 #include "standalone/console/qc/view.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -22,12 +24,25 @@ namespace {
 // The report translates it; documents have it as it is.
 constexpr const char* kQcProcedure = marked("Quality Control");
 
+// A line of the result table. `counts`: of reads, of bases, and the length.
+std::string rowWithoutValues(const std::string& sample, const std::string& adapter,
+                             const std::string& counts) {
+  std::string quoted;
+  for (const char c : sample) {
+    quoted.append(c == '"' ? 2 : 1, c);
+  }
+  constexpr std::size_t kOthers = common::kResultColumns.size() - 5;
+  return '"' + quoted + "\"," + adapter + ',' + counts + std::string(kOthers, ',') + '\n';
+}
+
 }  // namespace
 
-QcView::QcView(const QcOptions& options, std::optional<common::OutputFile> csvCopy)
+QcView::QcView(const QcOptions& options, const QcRequest& request, std::optional<common::OutputFile> csvCopy)
     : ConsoleView(options.session.output),
       csvCopy_(std::move(csvCopy)),
       safeCsv_(options.safeCsv),
+      adapter_(request.adapter.substr(0, request.adapter.find('('))),
+      leftOut_(request.leftOut),
       fastqcFolder_(platform::pathFromUtf8(options.fastqcFolder)) {
   document().leaveOut("table", "GENOSTAT");
   document().leaveOut("table", "GET DATA");
@@ -45,23 +60,36 @@ void QcView::showDiagnostic(const Diagnostic& diagnostic) {
 void QcView::showResults(const std::filesystem::path& csv) {
   std::vector<QcSample> samples;
   try {
-    samples = readQcSamples(csv);
+    samples = readQcSamples(csv, leftOut_);
   } catch (const ImportError& error) {
     throw CommandError(translated("cannot read the results: {1}", {error.what()}));
   }
   if (samples.empty()) throw CommandError(translated("the results hold no samples"));
-  showAs(renderQcTable(samples, style()) + renderQcFindings(samples, style()), [&] {
-    document().addTable(kQcProcedure, qcTable(samples));
-    const PivotTable findings = qcFindingsTable(samples);
-    if (!findings.rows.empty()) document().addTable(kQcProcedure, findings);
-  });
+  showAs(
+      renderQcTable(samples, style()) + renderQcUnread(samples, style()) + renderQcFindings(samples, style()),
+      [&] {
+        document().addTable(kQcProcedure, qcTable(samples));
+        const PivotTable unread = qcUnreadTable(samples);
+        if (!unread.rows.empty()) document().addTable(kQcProcedure, unread);
+        const PivotTable findings = qcFindingsTable(samples);
+        if (!findings.rows.empty()) document().addTable(kQcProcedure, findings);
+      });
   if (csvCopy_) copyResults(csv);
-  if (!fastqcFolder_.empty()) checkFastqcFolder(samples.size());
+  if (!fastqcFolder_.empty())
+    checkFastqcFolder(static_cast<std::size_t>(std::ranges::count_if(samples, &QcSample::measured)));
+  const auto unread = static_cast<std::size_t>(std::ranges::count_if(samples, &QcSample::isUnread));
+  if (unread > 0)
+    throw CommandError(translatedCount(unread, "{1} sample of {2} could not be read",
+                                       "{1} samples of {2} could not be read",
+                                       {std::to_string(samples.size())}));
 }
 
 void QcView::copyResults(const std::filesystem::path& csv) const {
-  const TextFile results = readTextFile(csv);
+  TextFile results = readTextFile(csv);
   if (!results.error.empty()) throw CommandError(results.error);
+  for (const QcLeftOut& one : leftOut_) {
+    results.text += rowWithoutValues(sampleNameOf(one), adapter_, one.reason.empty() ? "0,0,0" : ",,");
+  }
   try {
     writeOutputFile(*csvCopy_, safeCsv_ ? common::spreadsheetCsv(results.text) : results.text);
   } catch (const std::runtime_error& error) {

@@ -6,6 +6,7 @@
 
 #include "common/files/output_file.h"
 #include "standalone/console/options.h"
+#include "standalone/console/qc/request.h"
 #include "standalone/console/view/console_view.h"
 
 namespace genostat::standalone {
@@ -14,7 +15,7 @@ namespace genostat::standalone {
 class QcView : public ConsoleView {
  public:
   // `csvCopy` gets the result file.
-  QcView(const QcOptions& options, std::optional<common::OutputFile> csvCopy);
+  QcView(const QcOptions& options, const QcRequest& request, std::optional<common::OutputFile> csvCopy);
 
   void showResults(const std::filesystem::path& csv) override;
   // Without the place: the syntax that it lies in is nobody's own.
@@ -26,6 +27,8 @@ class QcView : public ConsoleView {
 
   std::optional<common::OutputFile> csvCopy_;
   bool safeCsv_;
+  std::string adapter_;  // as in the result's second column
+  std::vector<QcLeftOut> leftOut_;
   std::filesystem::path fastqcFolder_;  // gets FastQC's data files from the analysis, unless it is empty
 };
 

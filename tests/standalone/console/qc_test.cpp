@@ -158,8 +158,8 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
        "error: cannot read \"missing.fq\": no such file or folder\n"
        "error: cannot read \"-\": a job cannot read standard input; genostat-analysis qc can\n"
        "error: cannot read \"*.fq\": no such file or folder; name the folder instead of a pattern\n"
-       "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"
-       "error: cannot read \"empties/empty.fq\": it is empty\n"},
+       "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"},
+      {{"empties/", "--no-keep-going"}, "error: cannot read \"empties/empty.fq\": it is empty\n"},
       {{"--descriptives", "GC, qc_scor"},
        place("--descriptives", 5, "GC, qc_scor", "no column is called \"qc_scor\"", "^~~~~~~",
              "did you mean qc_score?")},
@@ -246,6 +246,39 @@ TEST_F(QcConsole, FailsWithoutTheFilesThatWereAskedFor) {
                   "\nerror: FastQC's data files of 1 of 1 samples could not be written into \"data\"\n"));
   EXPECT_EQ(result.status, 1);
   EXPECT_THAT(readWholeFile(at("kept.csv")), HasSubstr("\ngood,NONE,2,"));
+}
+
+TEST_F(QcConsole, GoesOnAfterSamplesThatCannotBeRead) {
+  fs::create_directory(at("run"));
+  write("run/a.fq", kQcReads);
+  write("run/b.fq", "@r\nA\n+\n");
+  write("run/c.fq", "");
+  const std::string place = "run/b.fq: record 1, line 4";
+  const std::string none(25, ',');
+  const struct {
+    Arguments inputs;
+    std::string kept;  // the rows of b and c
+  } rows[] = {{{"run"}, "\nb,NONE" + none + "\nc,NONE,0,0,0,"},
+              // The module takes no empty file by its name.
+              {{"run/a.fq", "run/c.fq", "run/b.fq"}, "\nb,NONE" + none + "\n\"c\",NONE,0,0,0,"}};
+  for (const auto& row : rows) {
+    Arguments arguments = row.inputs;
+    arguments.insert(arguments.end(), {"--csv", "kept.csv", "--html", "page.html", "--fastqc-data", "data"});
+    const ProgramResult result = run(arguments, "100");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, testing::EndsWith(" finished\nerror: 1 sample of 3 could not be read\n"));
+    EXPECT_THAT(result.out, HasSubstr("\n1 sample of 3 could not be read\n  x b: "));
+    EXPECT_THAT(result.out, HasSubstr(place));
+    EXPECT_THAT(readWholeFile(at("kept.csv")), HasSubstr(row.kept));
+    EXPECT_THAT(readWholeFile(at("page.html")), HasSubstr("Samples that could not be read"));
+    EXPECT_TRUE(namesIn(at("temp")).empty());
+  }
+  const ProgramResult stopped = run({"run", "--no-keep-going"});
+  EXPECT_EQ(stopped.status, 2);
+  EXPECT_THAT(stopped.err, HasSubstr("\"run/c.fq\": it is empty"));
+  fs::remove(at("run/c.fq"));
+  EXPECT_THAT(run({"run", "--no-keep-going"}).err, HasSubstr(place));
+  EXPECT_THAT(run({"run/b.fq"}).err, HasSubstr(place));
 }
 
 TEST_F(QcConsole, KeepsATableForSpreadsheets) {
