@@ -94,7 +94,8 @@ int main(int argc, char** argv) {
   host.home = genostat::platform::pathToNarrow(folder.path() / "");
   host.temp = folder.narrow();
   host.commandThread = std::this_thread::get_id();
-  getGenoManagerInstance();
+  // The one that is made on first use; each round has its own.
+  delete getGenoManagerInstance();
   const int all = std::max(playRound(campaign, 0), playRound(campaign, 0));
   const auto before = genostat::test::ProcessAccount::now();
   std::vector<int> order(static_cast<std::size_t>(all));
