@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/fastq/file_kind.h"
+
 namespace genostat::analysis {
 
 namespace {
@@ -13,6 +15,8 @@ namespace {
 // So many chunks more than there are threads may wait to be measured. Some, so that threads seldom meet at
 // the queue and a chunk has left the cache of the processor that inflated it before another one reads it.
 constexpr std::size_t kAhead = 4;
+
+constexpr std::size_t kHeadSize = 4096;
 
 std::vector<std::string> sequencesOf(const std::vector<Probe>& probes) {
   const auto sequences = probes | std::views::transform(&Probe::sequence);
@@ -148,6 +152,7 @@ std::size_t SampleRun::cutInOrder(Batch& batch, bool last) {
     batch.error.reset();
     return 0;
   }
+  if (head_.empty()) head_.assign(batch.chunk.text.data(), std::min(batch.chunk.size, kHeadSize));
   cutter_.cut(batch, last);
   cutFailed_ = batch.error.has_value();
   if (!tilesKnown_) {
@@ -191,6 +196,9 @@ bool SampleRun::exhausted() const {
 
 SampleResult SampleRun::result() {
   if (exception_) std::rethrow_exception(exception_);
+  if (error_ && error_->record() == 1) {
+    if (std::string kind = foreignKind(head_); !kind.empty()) throw FastqError(std::move(kind));
+  }
   if (error_) throw FastqError(*error_);
   // Not a copy: with many tiles and long reads it would be large.
   SampleCounts counts = parts_.front().takeCounts();

@@ -19,6 +19,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -69,8 +70,8 @@ class SampleRun {
   // Whether another thread would find nothing to do.
   bool exhausted() const;
 
-  // Once, when every work() has returned. Throws the FastqError that comes first in the file, or what else
-  // made the run fail (std::bad_alloc).
+  // Once, when every work() has returned. Throws the FastqError that comes first in the file, one that says
+  // what the file is where it has no reads at all, or what else made the run fail (std::bad_alloc).
   SampleResult result();
 
  private:
@@ -108,6 +109,7 @@ class SampleRun {
 
   // Used by the thread whose turn it is.
   RecordCutter cutter_;
+  std::string head_;           // of the text: shows what a file is that is no FASTQ
   DuplicateTable duplicates_;  // once full by all, unchanged
   TileScheme tiles_;           // once known by all, unchanged
   bool tilesKnown_ = false;

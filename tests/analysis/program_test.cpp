@@ -207,6 +207,36 @@ TEST_F(Program, ShowsNoFormulasToSpreadsheets) {
             kHeader + "-1,NONE" + kGoodRow + "'=1+1,NONE" + kGoodRow + "\"'@a, b\",NONE" + kGoodRow);
 }
 
+TEST_F(Program, SaysWhatAFileIsThatIsNoFastq) {
+  using std::string_literals::operator""s;
+  const auto measures = [](const std::string& command) {
+    return "; \"" + command + " | genostat-analysis qc -\" measures its reads";
+  };
+  const std::vector<std::pair<std::string, std::string>> kinds = {
+      {"BAM\1\0\0\0\0"s, "this is a BAM file" + measures("samtools fastq FILE")},
+      {"@HD\tVN:1.6\n@SQ\tSN:1\tLN:9\nr\t4\t*\n", "this is a SAM file" + measures("samtools fastq FILE")},
+      {">a\nACGT\n>b\nAC\n", "this is a FASTA file: its sequences have no qualities"},
+      {"\xFD\x37zXZ\0\0"s, "this is an xz file" + measures("xz -dc FILE")},
+      {"\x28\xB5\x2F\xFD\x04\n", "this is a zstd file" + measures("zstd -dc FILE")},
+      {"a.fq" + std::string(253, '\0') + "ustar  ", "this is a tar archive" + measures("tar -xOf FILE")},
+      {"<!DOCTYPE html>\n<title>Log in</title>\n",
+       "this is a web page, such as one that asks for a login: download the file again"},
+      {"version https://git-lfs.github.com/spec/v1\noid sha256:0\nsize 9\n",
+       "this is a pointer of Git LFS: \"git lfs pull\" gets the file"},
+      {"\xEF\xBB\xBF" + kGoodRead,
+       "a byte order mark stands before the first record" + measures("tail -c +4 FILE")},
+      {"\xFF\xFE@\0r\0\n\0"s, "this text is in UTF-16" + measures("iconv -f UTF-16 -t UTF-8 FILE")},
+      {"@r\rACGT\r+\rIIII\r", "lines end in a carriage return alone" + measures("tr '\\r' '\\n' < FILE")},
+      {"@r\nACGT\nAC\n+\nIIII\nII\n", "sequences stand on several lines" + measures("seqtk seq FILE")},
+      {"@r\nACGT\n?\nIIII\n", "record 1, line 3: the third line starts with '?' instead of '+'"},
+      {kGoodRead + "@r\nACGT\nAC\n", "record 2, line 7: the third line starts with 'A' instead of '+'"},
+  };
+  for (const auto& [bytes, sentence] : kinds) {
+    write("reads.fq", bytes);
+    EXPECT_EQ(run({"qc", "reads.fq"}).err, "error: reads.fq: " + sentence + "\n");
+  }
+}
+
 TEST_F(Program, GoesOnAfterSamplesThatCannotBeRead) {
   write("bad.fq", "@r\nA\n+\n");
   write("empty.fq", "");

@@ -1,0 +1,95 @@
+#include "analysis/fastq/file_kind.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/text/ascii.h"
+
+namespace genostat::analysis {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+struct Kind {
+  std::string_view beginning;
+  std::string_view sentence;
+  std::string_view command{};  // makes reads of FILE
+  std::size_t offset = 0;
+};
+
+// The longer of two that begin alike comes first.
+constexpr auto kKinds = std::to_array<Kind>({
+    {"BAM\1"sv, "this is a BAM file", "samtools fastq FILE"},
+    {"CRAM"sv, "this is a CRAM file", "samtools fastq FILE"},
+    {"@HD\t"sv, "this is a SAM file", "samtools fastq FILE"},
+    {"@SQ\t"sv, "this is a SAM file", "samtools fastq FILE"},
+    {"@PG\t"sv, "this is a SAM file", "samtools fastq FILE"},
+    {"@CO\t"sv, "this is a SAM file", "samtools fastq FILE"},
+    {">"sv, "this is a FASTA file: its sequences have no qualities"},
+    {"BZh"sv, "this is a bzip2 file", "bzip2 -dc FILE"},
+    {"\xFD\x37zXZ\0"sv, "this is an xz file", "xz -dc FILE"},
+    {"\x28\xB5\x2F\xFD"sv, "this is a zstd file", "zstd -dc FILE"},
+    {"PK\3\4"sv, "this is a zip archive", "unzip -p FILE"},
+    {"ustar"sv, "this is a tar archive", "tar -xOf FILE", 257},
+    {"\x1F\x8B"sv, "this was compressed with gzip twice", "gzip -dc FILE | gzip -dc"},
+    {"\x89HDF\r\n\x1A\n"sv,
+     "this is an HDF5 file, such as FAST5: it holds signals, of which a basecaller makes reads"},
+    {"\x8BPOD\r\n\x1A\n"sv, "this is a POD5 file: it holds signals, of which a basecaller makes reads"},
+    {"<!doctype html"sv, "this is a web page, such as one that asks for a login: download the file again"},
+    {"<html"sv, "this is a web page, such as one that asks for a login: download the file again"},
+    {"version https://git-lfs"sv, "this is a pointer of Git LFS: \"git lfs pull\" gets the file"},
+    {"/annex/objects/"sv, "this is a pointer of git-annex: \"git annex get\" gets the file"},
+    {"\xEF\xBB\xBF@"sv, "a byte order mark stands before the first record", "tail -c +4 FILE"},
+    {"\xFF\xFE"sv, "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
+    {"\xFE\xFF"sv, "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
+    {"@\0"sv, "this text is in UTF-16", "iconv -f UTF-16LE -t UTF-8 FILE"},
+});
+
+std::string sentenceOf(const Kind& kind) {
+  std::string sentence(kind.sentence);
+  if (!kind.command.empty()) {
+    sentence.append("; \"").append(kind.command).append(" | genostat-analysis qc -\" measures its reads");
+  }
+  return sentence;
+}
+
+// A line's text, without its end; what is left of the text then follows.
+std::string_view takeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+bool isSequence(std::string_view line) {
+  return !line.empty() && std::ranges::all_of(line, [](char c) {
+    const char letter = common::upperLetter(c);
+    return letter >= 'A' && letter <= 'Z';
+  });
+}
+
+// "@", then two lines or more of letters.
+bool isWrapped(std::string_view text) {
+  if (!takeLine(text).starts_with('@')) return false;
+  return isSequence(takeLine(text)) && isSequence(takeLine(text));
+}
+
+}  // namespace
+
+std::string foreignKind(std::string_view beginning) {
+  for (const Kind& kind : kKinds) {
+    if (beginning.size() > kind.offset &&
+        common::startsWithIgnoreCase(beginning.substr(kind.offset), kind.beginning))
+      return sentenceOf(kind);
+  }
+  std::string_view rest = beginning;
+  if (beginning.starts_with('@') && takeLine(rest).find('\r') != std::string_view::npos) {
+    return sentenceOf({{}, "lines end in a carriage return alone", "tr '\\r' '\\n' < FILE"});
+  }
+  if (isWrapped(beginning)) return sentenceOf({{}, "sequences stand on several lines", "seqtk seq FILE"});
+  return {};
+}
+
+}  // namespace genostat::analysis
