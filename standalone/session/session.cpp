@@ -7,6 +7,7 @@
 #include "standalone/services/installed_language.h"
 #include "standalone/services/string_table_file.h"
 #include "standalone/session/exit_status.h"
+#include "standalone/session/private_folder.h"
 
 namespace genostat::standalone {
 
@@ -61,6 +62,8 @@ Session::Session(SessionOptions options, std::span<const CommandHandler> command
             [this](const SourcePtr& text) { runCommands(text, false); }) {
   showStringTableWarnings(commands_);
 }
+
+Session::~Session() = default;
 
 void Session::run(const SourcePtr& text) {
   commands_.beginText();

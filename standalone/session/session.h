@@ -13,10 +13,11 @@
 #include "standalone/session/command_runner.h"
 #include "standalone/session/job_follower.h"
 #include "standalone/session/module.h"
-#include "standalone/session/private_folder.h"
 #include "standalone/session/session_view.h"
 
 namespace genostat::standalone {
+
+class PrivateFolder;
 
 struct SessionOptions {
   HostFolders folders;
@@ -33,6 +34,7 @@ class Session {
   // module cannot be used, std::runtime_error where no folder can be made.
   Session(SessionOptions options, std::span<const CommandHandler> commands, SessionView& view,
           OutputDocument& output);
+  ~Session();
 
   // Runs the commands of a text. A command that fails is shown, and the next one runs.
   void run(const SourcePtr& text);
