@@ -36,13 +36,14 @@ Failure openFailure(const Sample& sample, const std::error_code& reason) {
 }
 
 std::unique_ptr<ByteSource> openSample(const Sample& sample) {
-  return sample.isStandardInput ? openStandardInput() : openFile(sample.path);
+  if (sample.path.empty()) return openStandardInput();
+  return sample.isStream ? openPipe(sample.path) : openFile(sample.path);
 }
 
 // 0 where it is not known.
 std::uint64_t sizeOf(const Sample& sample) {
   std::error_code unknown;
-  const std::uintmax_t size = sample.isStandardInput ? 0 : std::filesystem::file_size(sample.path, unknown);
+  const std::uintmax_t size = sample.isStream ? 0 : std::filesystem::file_size(sample.path, unknown);
   return unknown ? 0 : size;
 }
 
@@ -76,7 +77,7 @@ class Crew {
     // another sample waiting.
     for (const bool streams : {false, true}) {
       for (std::size_t i = 0; i < samples.size(); ++i) {
-        if (samples[i].isStandardInput == streams) order_.push_back(i);
+        if (samples[i].isStream == streams) order_.push_back(i);
       }
     }
   }
@@ -143,15 +144,18 @@ class Crew {
     }
     if (begun_ == order_.size()) return nullptr;
     const std::size_t index = order_[begun_];
-    if (samples_[index].isStandardInput ? !active_.empty() : isFarAhead()) return nullptr;
+    if (samples_[index].isStream ? hasActiveFile() : isFarAhead()) return nullptr;
     ++begun_;
     return &active_.emplace_back(Task{index});
   }
 
   // Whether enough samples wait for an earlier one. For a stream, which comes last, all of them have to.
   bool isFarAhead() const {
-    return finished_.size() >= 2 * std::size_t{threads_} + kFewOutcomes &&
-           !samples_[delivered_].isStandardInput;
+    return finished_.size() >= 2 * std::size_t{threads_} + kFewOutcomes && !samples_[delivered_].isStream;
+  }
+
+  bool hasActiveFile() const {
+    return std::ranges::any_of(active_, [this](const Task& task) { return !samples_[task.index].isStream; });
   }
 
   // Makes sure that the sample is open; false when it could not be opened.

@@ -74,7 +74,7 @@ std::vector<Failure> measureInto(const Outputs& outputs, const std::vector<Sampl
   measureSamples(samples, options, [&](std::size_t i, SampleOutcome outcome) {
     const Sample& sample = samples[i];
     ResultRow row = {sample.name,
-                     std::string(sample.isStandardInput ? kStandardStream : sample.givenPath),
+                     sample.path.empty() ? std::string(kStandardStream) : sample.givenPath,
                      sample.fileName,
                      options.adapter.kind,
                      {},
@@ -234,9 +234,10 @@ ExitCode runRequest(std::string_view payload) {
         }
         const Request request = parseRequest(payload);
         const bool keepGoing = platform::environmentPath("GENOSTAT_KEEP_GOING") == "1";
-        const OnBadFile onBadFile = keepGoing ? OnBadFile::Keep : OnBadFile::Throw;
-        const std::vector<Sample> samples = request.folder ? samplesOfFolder(*request.folder, onBadFile)
-                                                           : samplesOfFiles(request.files, onBadFile);
+        const SampleOptions sampleOptions = {.keepBad = keepGoing};
+        std::vector<Sample> samples = request.folder ? samplesOfFolder(*request.folder, sampleOptions)
+                                                     : samplesOfFiles(request.files, sampleOptions);
+        tellApart(samples);
         analyseInto(pathFromRequest(request.csvPath), samples,
                     {.adapter = request.adapter, .keepGoing = keepGoing});
         return ExitCode::Success;
@@ -265,8 +266,11 @@ ExitCode runQc(const QcOptions& options) {
         crew.threads = options.threads;
         refuseSharedOutput(options);
         crew.keepGoing = options.keepGoing;
-        const std::vector<Sample> samples =
-            samplesOfPaths(options.paths, options.keepGoing ? OnBadFile::Keep : OnBadFile::Throw);
+        std::vector<Sample> samples = samplesOfPaths(options.paths, {.keepBad = options.keepGoing,
+                                                                     .takeStreams = true,
+                                                                     .recursive = options.recursive,
+                                                                     .inputName = options.inputName});
+        tellApart(samples);
         for (const std::string& place : {options.csv, options.json}) {
           if (place.empty() || place == kStandardStream) continue;
           tryOutput(platform::pathFromUtf8(place), samples, ExitCode::WrongArguments,

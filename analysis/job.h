@@ -23,15 +23,17 @@ void giveUpRequest(std::string_view payload);
 
 // What a person asks for on the command line, UTF-8.
 struct QcOptions {
-  std::vector<std::string> paths;  // files, folders, and "-" for standard input
-  std::string adapter = "none";    // none, illumina, nextera in any case, or a sequence
-  unsigned threads = 0;            // 0: as many as the process may run at once
-  std::optional<int> phredOffset;  // 33 or 64; else as each file's lowest quality says
-  bool keepGoing = false;          // a sample that cannot be read does not end the job
-  bool safeCsv = false;            // no cell that a spreadsheet computes
-  std::string csv = "-";           // a file, "-" for standard output, empty for none
-  std::string json;                // likewise
-  std::string fastqcData;          // a folder for FastQC's data files, empty for none
+  std::vector<std::string> paths;   // files, folders, and "-" for standard input
+  std::string adapter = "none";     // none, illumina, nextera in any case, or a sequence
+  unsigned threads = 0;             // 0: as many as the process may run at once
+  std::optional<int> phredOffset;   // 33 or 64; else as each file's lowest quality says
+  bool recursive = false;           // folders stand for the folders in them as well
+  std::string inputName = "stdin";  // of the sample that comes from standard input
+  bool keepGoing = false;           // a sample that cannot be read does not end the job
+  bool safeCsv = false;             // no cell that a spreadsheet computes
+  std::string csv = "-";            // a file, "-" for standard output, empty for none
+  std::string json;                 // likewise
+  std::string fastqcData;           // a folder for FastQC's data files, empty for none
 };
 
 // The form for people. Failures go to standard error only.

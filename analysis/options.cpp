@@ -109,6 +109,9 @@ void addQcOptions(const common::Command& command, QcOptions& qc) {
       .addText("--csv", qc.csv, "FILE|-",
                "where the table goes: a file, or - for standard output (the default)")
       ->check(outputProblem);
+  command.app().add_flag("--recursive", qc.recursive, "take the folders in folders as well");
+  command.addText("--name", qc.inputName, "NAME",
+                  "what the sample from standard input is called; default: stdin");
   command.app().add_flag(
       "--keep-going", qc.keepGoing,
       "measure the others where a sample cannot be read; it keeps its place, with the reason");

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <system_error>
 
@@ -38,6 +39,25 @@ class FileSource : public ByteSource {
   std::uint64_t offset_ = 0;  // of the next read()
 };
 
+class PipeSource : public ByteSource {
+ public:
+  explicit PipeSource(const std::filesystem::path& path) {
+    errno = 0;
+    if (pipe_.open(path, std::ios::in | std::ios::binary) == nullptr)
+      throw std::system_error(errno != 0 ? errno : EIO, std::generic_category());
+  }
+
+  std::size_t read(std::span<char> into) override {
+    errno = 0;
+    const std::streamsize size = pipe_.sgetn(into.data(), static_cast<std::streamsize>(into.size()));
+    if (size == 0 && errno != 0) failReading("the pipe", std::error_code(errno, std::generic_category()));
+    return static_cast<std::size_t>(size);
+  }
+
+ private:
+  std::filebuf pipe_;
+};
+
 class StandardInput : public ByteSource {
  public:
   std::size_t read(std::span<char> into) override {
@@ -55,6 +75,10 @@ class StandardInput : public ByteSource {
 
 std::unique_ptr<ByteSource> openFile(const std::filesystem::path& path) {
   return std::make_unique<FileSource>(path);
+}
+
+std::unique_ptr<ByteSource> openPipe(const std::filesystem::path& path) {
+  return std::make_unique<PipeSource>(path);
 }
 
 std::unique_ptr<ByteSource> openStandardInput() {

@@ -42,6 +42,9 @@ class ByteSource {
 // A file's bytes. Throws std::system_error with the system's reason when it cannot be opened.
 std::unique_ptr<ByteSource> openFile(const std::filesystem::path& path);
 
+// Those of a pipe or another file that is only read once; waits for its writer. Throws as above.
+std::unique_ptr<ByteSource> openPipe(const std::filesystem::path& path);
+
 // Standard input's bytes; there is one standard input, so use one of these at a time. On systems where text
 // and binary streams differ the program must have switched it to binary (platform::prepareStandardStreams).
 std::unique_ptr<ByteSource> openStandardInput();

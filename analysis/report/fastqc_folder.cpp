@@ -23,24 +23,31 @@ namespace fs = std::filesystem;
 // Most file systems take names of 255 bytes; this leaves room for a number and the ending.
 constexpr std::size_t kLongestStem = 240;
 
+// A sample's name may begin with folders.
+std::string nameOfFolder(std::string sample) {
+  std::ranges::replace(sample, '/', '_');
+  return std::string(common::cutToBytes(sample, kLongestStem));
+}
+
 }  // namespace
 
 FastqcPlaces::FastqcPlaces(const std::vector<std::string>& samples) {
   for (const std::string& sample : samples) {
-    taken_.insert(common::upperCase(common::cutToBytes(sample, kLongestStem)));
+    taken_.insert(common::upperCase(nameOfFolder(sample)));
   }
 }
 
 FastqcPlace FastqcPlaces::next(const std::string& sample, const std::string& fileName) {
-  const std::string stem(common::cutToBytes(sample, kLongestStem));
+  const std::string stem = nameOfFolder(sample);
   std::string number;
   if (!used_.insert(common::upperCase(stem)).second) {
     for (int n = 2; number.empty() || !taken_.insert(common::upperCase(stem + number)).second; ++n) {
       number = "." + std::to_string(n);
     }
   }
-  return {stem + number + "_fastqc",
-          sample + number + fileName.substr(std::min(sample.size(), fileName.size()))};
+  const std::size_t plainName = sample.size() - (sample.rfind('/') + 1);
+  const std::string ending = fileName.substr(std::min(plainName, fileName.size()));
+  return {stem + number + "_fastqc", sample + number + ending};
 }
 
 void FastqcFolder::add(const ResultRow& row) {

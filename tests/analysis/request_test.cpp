@@ -1,6 +1,7 @@
 // What a job is asked to do, and what it finds to do.
 #include "analysis/request/request.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -105,6 +106,32 @@ TEST(Samples, OfAFolderAreItsFastqFilesInByteOrder) {
     names.push_back(sample.fileName);
   }
   EXPECT_EQ(names, (std::vector<std::string>{"B.FastQ", "a-1.FQ.GZ", "a.fastq.gz", "b.fq"}));
+}
+
+TEST(Samples, OfEqualNamesAreToldApartByTheirFolders) {
+  const test::TemporaryFolder folder;
+  for (const char* name :
+       {"lane1/a/x.fq", "lane2/a/x.fq", "lane2/b/x.fq", "lane2/b/y.fq", ".old/x.fq", "z.fq"}) {
+    std::filesystem::create_directories((folder.path() / name).parent_path());
+    test::writeWholeFile(folder.path() / name, "");
+  }
+  const std::string root = platform::pathToUtf8(folder.path());
+  const auto namesOf = [](std::vector<Sample> samples) {
+    tellApart(samples);
+    std::vector<std::string> names;
+    std::ranges::transform(samples, std::back_inserter(names), &Sample::name);
+    return names;
+  };
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(namesOf(samplesOfFolder(root)), (Names{"z"}));
+  EXPECT_EQ(namesOf(samplesOfFolder(root, {.recursive = true})),
+            (Names{"lane1/a/x", "lane2/a/x", "b/x", "y", "z"}));
+  // A file that is given twice has no name that tells it apart from itself.
+  EXPECT_EQ(
+      namesOf(samplesOfFiles({root + "/lane1/a/x.fq", root + "/lane1/a/../a/x.fq", root + "/lane2/b/x.fq"})),
+      (Names{"a/x", "a/x", "b/x"}));
+  EXPECT_THAT(failureOf([&] { samplesOfFolder(root + "/lane1", {.takeStreams = true}); }),
+              testing::EndsWith("in this folder; --recursive takes those of the folders in it"));
 }
 
 TEST(Samples, ThatAreNotThereAreNamed) {

@@ -187,7 +187,7 @@ TEST(Crew, HandsOnOutcomesInOrder) {
     paths.push_back(platform::pathToUtf8(folder.path() / name));
     expected.push_back(name == "missing.fq" ? paths.back() : outcome);
   }
-  const std::vector<Sample> samples = samplesOfFiles(paths, OnBadFile::Keep);
+  const std::vector<Sample> samples = samplesOfFiles(paths, {.keepBad = true});
   for (const unsigned threads : {1U, 2U, 8U}) {
     EXPECT_EQ(outcomesOf(samples, {.adapter = {}, .threads = threads, .keepGoing = true}), expected);
   }
