@@ -253,7 +253,7 @@ TEST_F(QcConsole, GoesOnAfterSamplesThatCannotBeRead) {
   write("run/a.fq", kQcReads);
   write("run/b.fq", "@r\nA\n+\n");
   write("run/c.fq", "");
-  const std::string place = "run/b.fq: record 1, line 4";
+  const std::string place = "b.fq: record 1, line 4";
   const std::string none(25, ',');
   const struct {
     Arguments inputs;
