@@ -16,7 +16,7 @@ namespace {
 // the queue and a chunk has left the cache of the processor that inflated it before another one reads it.
 constexpr std::size_t kAhead = 4;
 
-constexpr std::size_t kHeadSize = 4096;
+constexpr std::size_t kKeptHead = 4096;
 
 std::vector<std::string> sequencesOf(const std::vector<Probe>& probes) {
   const auto sequences = probes | std::views::transform(&Probe::sequence);
@@ -152,7 +152,7 @@ std::size_t SampleRun::cutInOrder(Batch& batch, bool last) {
     batch.error.reset();
     return 0;
   }
-  if (head_.empty()) head_.assign(batch.chunk.text.data(), std::min(batch.chunk.size, kHeadSize));
+  if (head_.empty()) head_.assign(batch.chunk.text.data(), std::min(batch.chunk.size, kKeptHead));
   cutter_.cut(batch, last);
   cutFailed_ = batch.error.has_value();
   if (!tilesKnown_) {

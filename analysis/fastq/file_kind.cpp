@@ -11,7 +11,7 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-struct Kind {
+struct ForeignKind {
   std::string_view beginning;
   std::string_view sentence;
   std::string_view command{};  // makes reads of FILE
@@ -19,7 +19,7 @@ struct Kind {
 };
 
 // The longer of two that begin alike comes first.
-constexpr auto kKinds = std::to_array<Kind>({
+constexpr auto kForeignKinds = std::to_array<ForeignKind>({
     {"BAM\1"sv, "this is a BAM file", "samtools fastq FILE"},
     {"CRAM"sv, "this is a CRAM file", "samtools fastq FILE"},
     {"@HD\t"sv, "this is a SAM file", "samtools fastq FILE"},
@@ -46,7 +46,7 @@ constexpr auto kKinds = std::to_array<Kind>({
     {"@\0"sv, "this text is in UTF-16", "iconv -f UTF-16LE -t UTF-8 FILE"},
 });
 
-std::string sentenceOf(const Kind& kind) {
+std::string sentenceOf(const ForeignKind& kind) {
   std::string sentence(kind.sentence);
   if (!kind.command.empty()) {
     sentence.append("; \"").append(kind.command).append(" | genostat-analysis qc -\" measures its reads");
@@ -79,7 +79,7 @@ bool isWrapped(std::string_view text) {
 }  // namespace
 
 std::string foreignKind(std::string_view beginning) {
-  for (const Kind& kind : kKinds) {
+  for (const ForeignKind& kind : kForeignKinds) {
     if (beginning.size() > kind.offset &&
         common::startsWithIgnoreCase(beginning.substr(kind.offset), kind.beginning))
       return sentenceOf(kind);
