@@ -77,6 +77,9 @@ def campaign(play):
     end = time.monotonic() + float(sys.argv[3])
     seed = int(sys.argv[4])
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    # A shell without job control has its background ignore some, and sessions heed that.
+    for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGHUP, signal.SIGTERM):
+        signal.signal(number, signal.default_int_handler if number == signal.SIGINT else signal.SIG_DFL)
     with tempfile.TemporaryDirectory(prefix="soak") as folder:
         place = Place(folder)
         try:
