@@ -10,9 +10,9 @@
 
 #include "platform/interrupts.h"
 #include "platform/path_text.h"
-#include "platform/running_program.h"
 #include "platform/suspension.h"
 #include "standalone/console/session_setup.h"
+#include "standalone/console/start_phase.h"
 #include "standalone/console/view/console_view.h"
 #include "standalone/language/translation.h"
 #include "standalone/procedures/commands.h"
@@ -30,20 +30,11 @@ struct BatchRun {
 
   const std::unique_ptr<ConsoleView> view;
   std::optional<Session> session;
-  enum class Phase { Starting, Running, Interrupted };
-  std::atomic<Phase> phase{Phase::Starting};
+  StartPhase start;
   std::atomic<bool> progressEnded{false};
 
-  // The session may be interrupted from now on.
-  void begin() {
-    Phase before = Phase::Starting;
-    if (!phase.compare_exchange_strong(before, Phase::Running)) platform::exitNow(kInterrupted);
-  }
-
   void interrupt() {
-    Phase before = Phase::Starting;
-    const bool early = phase.compare_exchange_strong(before, Phase::Interrupted);
-    if (early || before == Phase::Interrupted) platform::exitNow(kInterrupted);
+    start.interrupt();
     // Once only: a terminal that takes nothing more must not hold up the next interrupt.
     if (!progressEnded.exchange(true)) view->endProgress();
     session->interrupt();
@@ -75,8 +66,12 @@ int runShown(const RunOptions& options, const std::function<SourcePtr()>& readTe
   try {
     const SourcePtr syntax = readText();
     prepareOutputs(options, *run->view, title);
-    run->session.emplace(sessionOptions(options), procedureCommands(), *run->view, run->view->document());
-    run->begin();
+    run->start.open(
+        [&] {
+          run->session.emplace(sessionOptions(options), procedureCommands(), *run->view,
+                               run->view->document());
+        },
+        [&] { run->session.reset(); });
     run->session->run(syntax);
   } catch (const UsageError& error) {
     return refuse(error.what(), kUsageError);

@@ -10,7 +10,6 @@
 
 #include "platform/environment.h"
 #include "platform/path_text.h"
-#include "platform/running_program.h"
 #include "platform/suspension.h"
 #include "standalone/console/session_setup.h"
 #include "standalone/console/shell/commands.h"
@@ -55,18 +54,11 @@ Shell::Shell(const ShellOptions& options) : options_(options), view_(options.ses
 void Shell::begin() {
   prepareOutputs(options_.session, view_, translated("Results"));
   if (editor_->isInteractive()) view_.showProgress(false);
-  work_.emplace(options_.session, view_);
-  Phase before = Phase::Starting;
-  // Or else the thread of the interrupt is ending the program.
-  if (!phase_.compare_exchange_strong(before, Phase::Running)) phase_.wait(Phase::Interrupted);
+  start_.open([this] { work_.emplace(options_.session, view_); }, [this] { work_.reset(); });
 }
 
 void Shell::interrupt(platform::Interrupt kind) {
-  Phase before = Phase::Starting;
-  if (phase_.compare_exchange_strong(before, Phase::Interrupted) || before == Phase::Interrupted) {
-    editor_->restoreTerminal();
-    platform::exitNow(kInterrupted);
-  }
+  start_.interrupt([this] { editor_->restoreTerminal(); });
   if (kind == platform::Interrupt::Key && editor_->isInteractive() && !inputEnded_) {
     if (!work_->stop()) editor_->interrupt();
     return;

@@ -16,6 +16,7 @@
 #include "standalone/console/shell/input.h"
 #include "standalone/console/shell/view.h"
 #include "standalone/console/shell/work.h"
+#include "standalone/console/start_phase.h"
 
 namespace genostat::standalone {
 
@@ -58,8 +59,7 @@ class Shell {
   bool failed_ = false;  // a shell word
   bool asking_ = false;  // a question is on the screen, not a command's line
 
-  enum class Phase { Starting, Running, Interrupted };
-  std::atomic<Phase> phase_{Phase::Starting};
+  StartPhase start_;
   std::atomic<bool> inputEnded_{false};  // on a terminal: nobody can answer any more
   std::atomic<bool> ending_{false};      // the first interrupt that ends the program has come
 };
