@@ -70,10 +70,17 @@ bool isSequence(std::string_view line) {
   });
 }
 
-// "@", then two lines or more of letters.
+// "@", two lines or more of letters, and then "+", which may lie beyond a beginning that was cut.
 bool isWrapped(std::string_view text) {
+  constexpr std::size_t kSurelyCut = 2048;
+  const bool isCut = text.size() >= kSurelyCut;
   if (!takeLine(text).starts_with('@')) return false;
-  return isSequence(takeLine(text)) && isSequence(takeLine(text));
+  int lines = 0;
+  std::string_view line = takeLine(text);
+  for (; isSequence(line); line = takeLine(text)) {
+    ++lines;
+  }
+  return lines >= 2 && (line.starts_with('+') || (text.empty() && isCut));
 }
 
 }  // namespace

@@ -23,22 +23,26 @@ namespace fs = std::filesystem;
 // Most file systems take names of 255 bytes; this leaves room for a number and the ending.
 constexpr std::size_t kLongestStem = 240;
 
-// A sample's name may begin with folders.
-std::string nameOfFolder(std::string sample) {
+// A sample's name may begin with folders, which readers of the data would take off.
+std::string joinedName(std::string sample) {
   std::ranges::replace(sample, '/', '_');
-  return std::string(common::cutToBytes(sample, kLongestStem));
+  return sample;
+}
+
+std::string stemOf(const std::string& sample) {
+  return std::string(common::cutToBytes(joinedName(sample), kLongestStem));
 }
 
 }  // namespace
 
 FastqcPlaces::FastqcPlaces(const std::vector<std::string>& samples) {
   for (const std::string& sample : samples) {
-    taken_.insert(common::upperCase(nameOfFolder(sample)));
+    taken_.insert(common::upperCase(stemOf(sample)));
   }
 }
 
 FastqcPlace FastqcPlaces::next(const std::string& sample, const std::string& fileName) {
-  const std::string stem = nameOfFolder(sample);
+  const std::string stem = stemOf(sample);
   std::string number;
   if (!used_.insert(common::upperCase(stem)).second) {
     for (int n = 2; number.empty() || !taken_.insert(common::upperCase(stem + number)).second; ++n) {
@@ -47,7 +51,7 @@ FastqcPlace FastqcPlaces::next(const std::string& sample, const std::string& fil
   }
   const std::size_t plainName = sample.size() - (sample.rfind('/') + 1);
   const std::string ending = fileName.substr(std::min(plainName, fileName.size()));
-  return {stem + number + "_fastqc", sample + number + ending};
+  return {stem + number + "_fastqc", joinedName(sample) + number + ending};
 }
 
 void FastqcFolder::add(const ResultRow& row) {
