@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "common/text/ascii.h"
 
@@ -9,7 +10,11 @@ namespace genostat::analysis {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+// With all zeros in it.
+template <std::size_t kSize>
+constexpr std::string_view bytes(const char (&text)[kSize]) {
+  return {text, kSize - 1};
+}
 
 struct ForeignKind {
   std::string_view beginning;
@@ -20,30 +25,31 @@ struct ForeignKind {
 
 // The longer of two that begin alike comes first.
 constexpr auto kForeignKinds = std::to_array<ForeignKind>({
-    {"BAM\1"sv, "this is a BAM file", "samtools fastq FILE"},
-    {"CRAM"sv, "this is a CRAM file", "samtools fastq FILE"},
-    {"@HD\t"sv, "this is a SAM file", "samtools fastq FILE"},
-    {"@SQ\t"sv, "this is a SAM file", "samtools fastq FILE"},
-    {"@PG\t"sv, "this is a SAM file", "samtools fastq FILE"},
-    {"@CO\t"sv, "this is a SAM file", "samtools fastq FILE"},
-    {">"sv, "this is a FASTA file: its sequences have no qualities"},
-    {"BZh"sv, "this is a bzip2 file", "bzip2 -dc FILE"},
-    {"\xFD\x37zXZ\0"sv, "this is an xz file", "xz -dc FILE"},
-    {"\x28\xB5\x2F\xFD"sv, "this is a zstd file", "zstd -dc FILE"},
-    {"PK\3\4"sv, "this is a zip archive", "unzip -p FILE"},
-    {"ustar"sv, "this is a tar archive", "tar -xOf FILE", 257},
-    {"\x1F\x8B"sv, "this was compressed with gzip twice", "gzip -dc FILE | gzip -dc"},
-    {"\x89HDF\r\n\x1A\n"sv,
+    {bytes("BAM\1"), "this is a BAM file", "samtools fastq FILE"},
+    {bytes("CRAM"), "this is a CRAM file", "samtools fastq FILE"},
+    {bytes("@HD\t"), "this is a SAM file", "samtools fastq FILE"},
+    {bytes("@SQ\t"), "this is a SAM file", "samtools fastq FILE"},
+    {bytes("@PG\t"), "this is a SAM file", "samtools fastq FILE"},
+    {bytes("@CO\t"), "this is a SAM file", "samtools fastq FILE"},
+    {bytes(">"), "this is a FASTA file: its sequences have no qualities"},
+    {bytes("BZh"), "this is a bzip2 file", "bzip2 -dc FILE"},
+    {bytes("\xFD\x37zXZ\0"), "this is an xz file", "xz -dc FILE"},
+    {bytes("\x28\xB5\x2F\xFD"), "this is a zstd file", "zstd -dc FILE"},
+    {bytes("PK\3\4"), "this is a zip archive", "unzip -p FILE"},
+    {bytes("ustar"), "this is a tar archive", "tar -xOf FILE", 257},
+    {bytes("\x1F\x8B"), "this was compressed with gzip twice", "gzip -dc FILE | gzip -dc"},
+    {bytes("\x89HDF\r\n\x1A\n"),
      "this is an HDF5 file, such as FAST5: it holds signals, of which a basecaller makes reads"},
-    {"\x8BPOD\r\n\x1A\n"sv, "this is a POD5 file: it holds signals, of which a basecaller makes reads"},
-    {"<!doctype html"sv, "this is a web page, such as one that asks for a login: download the file again"},
-    {"<html"sv, "this is a web page, such as one that asks for a login: download the file again"},
-    {"version https://git-lfs"sv, "this is a pointer of Git LFS: \"git lfs pull\" gets the file"},
-    {"/annex/objects/"sv, "this is a pointer of git-annex: \"git annex get\" gets the file"},
-    {"\xEF\xBB\xBF@"sv, "a byte order mark stands before the first record", "tail -c +4 FILE"},
-    {"\xFF\xFE"sv, "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
-    {"\xFE\xFF"sv, "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
-    {"@\0"sv, "this text is in UTF-16", "iconv -f UTF-16LE -t UTF-8 FILE"},
+    {bytes("\x8BPOD\r\n\x1A\n"), "this is a POD5 file: it holds signals, of which a basecaller makes reads"},
+    {bytes("<!doctype html"),
+     "this is a web page, such as one that asks for a login: download the file again"},
+    {bytes("<html"), "this is a web page, such as one that asks for a login: download the file again"},
+    {bytes("version https://git-lfs"), "this is a pointer of Git LFS: \"git lfs pull\" gets the file"},
+    {bytes("/annex/objects/"), "this is a pointer of git-annex: \"git annex get\" gets the file"},
+    {bytes("\xEF\xBB\xBF@"), "a byte order mark stands before the first record", "tail -c +4 FILE"},
+    {bytes("\xFF\xFE"), "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
+    {bytes("\xFE\xFF"), "this text is in UTF-16", "iconv -f UTF-16 -t UTF-8 FILE"},
+    {bytes("@\0"), "this text is in UTF-16", "iconv -f UTF-16LE -t UTF-8 FILE"},
 });
 
 std::string sentenceOf(const ForeignKind& kind) {

@@ -189,7 +189,8 @@ void tellApart(std::vector<Sample>& samples) {
       equals[one.sample->name].push_back(std::move(one));
     }
     open.clear();
-    for (auto& [name, group] : equals) {
+    for (auto& equal : equals) {
+      std::vector<Named>& group = equal.second;
       const bool differ =
           std::ranges::any_of(group, [&](const Named& one) { return one.rest != group.front().rest; });
       for (Named& one : group) {
