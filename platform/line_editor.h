@@ -63,7 +63,8 @@ class LineEditor {
   // Adds to the history, in its file as well. False when the file cannot be written, the first time.
   virtual bool remember(const std::string& /*entry*/) { return true; }
 
-  // Leaves the terminal as it was found. Any thread; to be called before the program ends within read().
+  // Leaves the terminal as it was found; read() no longer returns. Any thread; to be called before the
+  // program ends within read().
   virtual void restoreTerminal() {}
 };
 

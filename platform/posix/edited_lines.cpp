@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cwchar>
 #include <exception>
+#include <mutex>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -114,8 +115,7 @@ class EditedLines : public LineEditor {
     drawn_.begin(editor_.get(), static_cast<int>(characterCount(prompt_)));
     reading_ = true;
     // The library would do so after the prompt, and what is typed in between would be seen twice.
-    el_set(editor_.get(), EL_PREP_TERM, 1);
-    freeSignalKeys();
+    takeTerminal();
     int count = 0;
     const char* text = el_gets(editor_.get(), &count);
     reading_ = false;
@@ -153,9 +153,20 @@ class EditedLines : public LineEditor {
     return false;
   }
 
-  void restoreTerminal() override { putBack(); }
+  void restoreTerminal() override {
+    // Nobody takes it again. A thread that is taking it may be held up by a terminal that takes nothing.
+    constexpr std::chrono::milliseconds kPatience{200};
+    if (!restored_.exchange(true)) (void)modes_.try_lock_for(kPatience);
+    putBack();
+  }
 
  private:
+  void takeTerminal() {
+    const std::scoped_lock lock(modes_);
+    el_set(editor_.get(), EL_PREP_TERM, 1);
+    freeSignalKeys();
+  }
+
   void putBack() const {
     if (canRestore_ && ownsTerminal()) tcsetattr(STDIN_FILENO, TCSANOW, &found_);
   }
@@ -303,12 +314,13 @@ class EditedLines : public LineEditor {
     do {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     } while (!ownsTerminal());
-    el_set(editor_.get(), EL_PREP_TERM, 1);
-    freeSignalKeys();
+    takeTerminal();
     drawn_.redraw();
     return CC_NORM;
   }
 
+  std::timed_mutex modes_;  // held while the terminal's modes change; for ever once it was restored
+  std::atomic<bool> restored_{false};
   const Options options_;
   const LineHistory keeper_;
   termios found_ = {};
