@@ -267,7 +267,7 @@ ExitCode runQc(const QcOptions& options) {
         refuseSharedOutput(options);
         crew.keepGoing = options.keepGoing;
         std::vector<Sample> samples = samplesOfPaths(options.paths, {.keepBad = options.keepGoing,
-                                                                     .takeStreams = true,
+                                                                     .forPeople = true,
                                                                      .recursive = options.recursive,
                                                                      .inputName = options.inputName});
         tellApart(samples);

@@ -49,8 +49,9 @@ FastqcPlace FastqcPlaces::next(const std::string& sample, const std::string& fil
       number = "." + std::to_string(n);
     }
   }
-  const std::size_t plainName = sample.size() - (sample.rfind('/') + 1);
-  const std::string ending = fileName.substr(std::min(plainName, fileName.size()));
+  const std::string plainName = sample.substr(sample.rfind('/') + 1);
+  const std::string ending =
+      fileName.starts_with(plainName) ? fileName.substr(plainName.size()) : std::string();
   return {stem + number + "_fastqc", joinedName(sample) + number + ending};
 }
 

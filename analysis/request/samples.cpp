@@ -116,7 +116,7 @@ Sample sampleOfFile(const std::string& path, const SampleOptions& options) {
   }
   sample.isStream = fs::is_fifo(status) || fs::is_character_file(status);
   // Opening a pipe that nobody writes to would wait for ever.
-  if (!fs::is_regular_file(status) && !(sample.isStream && options.takeStreams)) {
+  if (!fs::is_regular_file(status) && !(sample.isStream && options.forPeople)) {
     refuse(ExitCode::InvalidFastq, sample.fileName, path, "it is no regular file");
   }
   return sample;
@@ -131,7 +131,7 @@ std::vector<Sample> samplesOfFolder(const std::string& folder, const SampleOptio
   std::vector<Sample> samples;
   addSamplesIn(path, folder, options, samples);
   if (samples.empty()) {
-    const bool hasFolders = !options.recursive && options.takeStreams && !foldersIn(path).empty();
+    const bool hasFolders = !options.recursive && options.forPeople && !foldersIn(path).empty();
     refuse(ExitCode::NoFastqFiles, folder, folder,
            std::string("no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder") +
                (hasFolders ? "; --recursive takes those of the folders in it" : ""));

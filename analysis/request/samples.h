@@ -24,8 +24,8 @@ struct Sample {
 };
 
 struct SampleOptions {
-  bool keepBad = false;      // a file that cannot be one of the samples becomes one that cannot be read
-  bool takeStreams = false;  // pipes can be samples
+  bool keepBad = false;    // a file that cannot be one of the samples becomes one that cannot be read
+  bool forPeople = false;  // pipes can be samples, and messages name options
   bool recursive = false;  // folders stand for the folders in them as well; links to folders are not followed
   std::string inputName = "stdin";  // of the sample that comes from standard input
 };

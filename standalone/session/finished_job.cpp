@@ -176,6 +176,8 @@ void PostedJobs::removeCancelledLeftovers() {
   for (const std::string& path : paths) {
     const std::filesystem::path csv = platform::pathFromNarrow(path);
     removeLeftovers(csv);
+    std::error_code ignored;
+    std::filesystem::remove(unreadFileOf(csv), ignored);
     folders.insert(csv.parent_path());
   }
   for (const std::filesystem::path& folder : folders) {

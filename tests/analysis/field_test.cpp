@@ -73,6 +73,9 @@ TEST(FastqcPlaces, AreAllDifferent) {
     const FastqcPlace place = places.next(name, name + ".fq");
     shown.push_back(place.folder + " " + place.fileName);
   }
+  // Named by its user, from standard input.
+  FastqcPlaces one({"a/b"});
+  EXPECT_EQ(one.next("a/b", "a/b").fileName, "a_b");
   const std::string stem(239, 'x');
   EXPECT_EQ(shown, (Names{"a_fastqc a.fq", "A.3_fastqc A.3.fq", "a.4_fastqc a.4.fq", "a.2_fastqc a.2.fq",
                           "_fastqc .fq", stem + "_fastqc " + tooLong + ".fq",

@@ -130,7 +130,7 @@ TEST(Samples, OfEqualNamesAreToldApartByTheirFolders) {
   EXPECT_EQ(
       namesOf(samplesOfFiles({root + "/lane1/a/x.fq", root + "/lane1/a/../a/x.fq", root + "/lane2/b/x.fq"})),
       (Names{"a/x", "a/x", "b/x"}));
-  EXPECT_THAT(failureOf([&] { samplesOfFolder(root + "/lane1", {.takeStreams = true}); }),
+  EXPECT_THAT(failureOf([&] { samplesOfFolder(root + "/lane1", {.forPeople = true}); }),
               testing::EndsWith("in this folder; --recursive takes those of the folders in it"));
 }
 

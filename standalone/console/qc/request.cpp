@@ -201,7 +201,8 @@ QcRequest checkQcOptions(const QcOptions& options) {
   checkOutputName("--to", options.session.outputFile);
   checkOutputName("--html", options.session.htmlFile);
   checkOutputName("--events", options.session.eventsFile);
-  checkInputs(options.inputs, options.stopAtUnread, request);
+  // A command that is only printed says nothing of files that it leaves out.
+  checkInputs(options.inputs, options.stopAtUnread || options.printSyntax, request);
   if (request.folder.empty()) checkLengthOfNames(request, options.session);
   return request;
 }

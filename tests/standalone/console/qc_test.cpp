@@ -159,6 +159,7 @@ TEST_F(QcConsole, RefusesBeforeAnyJobIsQueued) {
        "error: cannot read \"-\": a job cannot read standard input; genostat-analysis qc can\n"
        "error: cannot read \"*.fq\": no such file or folder; name the folder instead of a pattern\n"
        "error: cannot read \"temp\": no FASTQ files (.fastq, .fq, .fastq.gz, .fq.gz) in this folder\n"},
+      {{"empties/", "--print-syntax"}, "error: cannot read \"empties/empty.fq\": it is empty\n"},
       {{"empties/", "--no-keep-going"}, "error: cannot read \"empties/empty.fq\": it is empty\n"},
       {{"--descriptives", "GC, qc_scor"},
        place("--descriptives", 5, "GC, qc_scor", "no column is called \"qc_scor\"", "^~~~~~~",
